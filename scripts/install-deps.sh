@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Installs every Debian package that building, testing and running Quorvale
+# needs. Safe to run again: apt-get skips what is already there.
+set -euo pipefail
+
+packages=(
+  # build
+  build-essential cmake ninja-build pkg-config clang-format
+  qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6sql6-odbc
+  libsqlite3-dev libquazip1-qt6-dev zlib1g-dev
+  # tests
+  libgtest-dev libgmock-dev poppler-utils python3-openpyxl
+  # SQL Server access through ODBC (FreeTDS on Linux)
+  unixodbc tdsodbc
+  # Chinese fonts for the UI and for PDFs
+  fonts-wqy-microhei
+  # benchmarks compare the workbook writer with libxlsxwriter
+  libxlsxwriter-dev
+  # running the desktop program on a machine without a display
+  xvfb xauth
+)
+
+sudo_cmd=()
+if [ "$(id -u)" -ne 0 ]; then
+  command -v sudo >/dev/null || { echo "install-deps: need root or sudo" >&2; exit 1; }
+  sudo_cmd=(sudo)
+fi
+
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+done
+if [ ${#missing[@]} -eq 0 ]; then
+  echo "install-deps: all packages present"
+  exit 0
+fi
+echo "install-deps: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${sudo_cmd[@]}" apt-get update -q
+"${sudo_cmd[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
