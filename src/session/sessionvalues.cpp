@@ -1,0 +1,17 @@
+#include "session/sessionvalues.h"
+
+namespace quorvale {
+
+QString CurUserNo;
+QString CurUserName;
+QString CurDeptCode;
+QString CurDeptName;
+QString CurPostCode;
+QString CurPostName;
+QString CurDeptClassCode;
+QString CurDeptClassName;
+QString CurPostClassCode;
+QString CurPostClassName;
+bool HasProjectAudit = false;
+
+} // namespace quorvale
