@@ -1,0 +1,7 @@
+#include "reports/reportregistry.h"
+
+namespace quorvale {
+
+void registerReportWindows() {}
+
+} // namespace quorvale
