@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <memory>
+
+namespace quorvale::xlsx {
+
+class Workbook;
+class SheetData;
+
+// Excel's classic alignment numbers as the automation layer accepts them:
+// the small numbers are the old ALIGNMENT codes (horizontal 1 general,
+// 2 left, 3 center, 4 right, 5 fill, 6 justify, 7 center across selection,
+// 8 distributed; vertical 1 top, 2 center, 3 bottom, 4 justify,
+// 5 distributed), the negative ones the xl* constants (-4108 center, ...).
+namespace Align {
+inline constexpr int HCenter = 3;
+inline constexpr int VDistributed = 5;
+inline constexpr int XlCenter = -4108;
+} // namespace Align
+
+// One worksheet of a Workbook. Rows and columns are 1-based. Values and
+// formats are kept until Workbook::save(), which merges them into the
+// sheet's existing cells.
+class Worksheet {
+public:
+    Worksheet(Workbook &book, QString name, QString partName, bool isNew);
+    ~Worksheet();
+    Worksheet(const Worksheet &) = delete;
+    Worksheet &operator=(const Worksheet &) = delete;
+
+    QString name() const { return m_name; }
+    // Excel's rules: 1-31 characters, none of []:*?/\, no apostrophe at either
+    // end, unique in the workbook ignoring case.
+    void setName(const QString &name);
+    bool isVisible() const { return m_visible; }
+    void setVisible(bool visible);
+
+    // Interprets the text as Excel interprets typed input: numbers and ISO
+    // dates become values, a leading apostrophe keeps the rest as text, an
+    // empty text clears the cell.
+    void setCellValue(int row, int col, const QString &text);
+    // Width in Excel's character units (the classic grid passes twips / 100).
+    void setColumnWidth(int col, double width);
+    void setRowHorizontalAlignment(int row, int value);
+    void setRowVerticalAlignment(int row, int value);
+    void setRowFontSize(int row, double size);
+    void setRangeFontSize(int row1, int col1, int row2, int col2, double size);
+    // Borders.LineStyle: 1 (continuous) draws thin lines round every cell of
+    // the range; -4142 (none) removes them.
+    void setRangeBorders(int row1, int col1, int row2, int col2, int lineStyle = 1);
+    // Keeps the top-left value and clears the others, as Excel does.
+    void merge(int row1, int col1, int row2, int col2);
+
+    // Internal plumbing for Workbook.
+    QString partName() const { return m_partName; }
+    bool isNew() const { return m_isNew; }
+    bool isModified() const;
+    SheetData &data() { return *m_data; }
+    void setHiddenState(bool hidden) { m_visible = !hidden; }
+
+private:
+    Workbook &m_book;
+    QString m_name;
+    QString m_partName;
+    bool m_isNew;
+    bool m_visible = true;
+    std::unique_ptr<SheetData> m_data;
+};
+
+} // namespace quorvale::xlsx
