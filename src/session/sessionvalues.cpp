@@ -13,5 +13,6 @@ QString CurDeptClassName;
 QString CurPostClassCode;
 QString CurPostClassName;
 bool HasProjectAudit = false;
+QString StartupArgs;
 
 } // namespace quorvale

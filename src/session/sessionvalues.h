@@ -21,4 +21,7 @@ extern QString CurPostClassName;
 // audit right; decides which offices the reports list.
 extern bool HasProjectAudit;
 
+// The program's command-line text, read once when the login window loads.
+extern QString StartupArgs;
+
 } // namespace quorvale

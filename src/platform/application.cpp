@@ -1,0 +1,33 @@
+#include "platform/application.h"
+
+#include "platform/msgbox.h"
+#include "platform/toplevelhandler.h"
+
+#include <QFont>
+
+namespace quorvale {
+
+Application::Application(int &argc, char **argv) : QApplication(argc, argv)
+{
+    setUpApplication(*this);
+}
+
+bool Application::notify(QObject *receiver, QEvent *event)
+{
+    bool result = false;
+    runGuarded([&] { result = QApplication::notify(receiver, event); });
+    return result;
+}
+
+void setUpApplication(QApplication &app)
+{
+    app.setApplicationName(programTitle());
+    QFont font = app.font();
+    // 微软雅黑 on Windows; the CJK fonts Debian ships elsewhere.
+    font.setFamilies({QStringLiteral("微软雅黑"), QStringLiteral("Microsoft YaHei"),
+                      QStringLiteral("WenQuanYi Micro Hei"), QStringLiteral("Noto Sans CJK SC")});
+    font.setPointSize(10);
+    app.setFont(font);
+}
+
+} // namespace quorvale

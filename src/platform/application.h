@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QApplication>
+
+namespace quorvale {
+
+// The desktop program's application object. An error that no procedure
+// traps must not unwind through Qt's event loop: notify() stops it and hands
+// it to the run-time error report, which ends the process.
+class Application : public QApplication {
+  public:
+    Application(int &argc, char **argv);
+
+    bool notify(QObject *receiver, QEvent *event) override;
+};
+
+// Sets the program's name and the UI font with Chinese glyphs.
+void setUpApplication(QApplication &app);
+
+} // namespace quorvale

@@ -1,0 +1,69 @@
+#include "platform/toplevelhandler.h"
+
+#include "platform/msgbox.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+namespace quorvale {
+
+namespace {
+EndProgramHook &endHook()
+{
+    static EndProgramHook hook;
+    return hook;
+}
+
+// The classic runtime's number for a failure it cannot name better.
+constexpr int InternalError = 51;
+} // namespace
+
+QString runtimeErrorText(int number, const QString &description)
+{
+    return QStringLiteral("实时错误 '") + QString::number(number) + QStringLiteral("':\n\n") +
+           description;
+}
+
+void reportUnhandledError(const RuntimeError &error)
+{
+    MsgBox(runtimeErrorText(error.number(), error.description()), vb::Critical);
+    endProgram(1);
+}
+
+bool runGuarded(const std::function<void()> &code)
+{
+    try {
+        code();
+        return true;
+    } catch (const RuntimeError &e) {
+        reportUnhandledError(e);
+    } catch (const std::exception &e) {
+        reportUnhandledError(RuntimeError(InternalError, QString::fromLocal8Bit(e.what())));
+    } catch (...) {
+        reportUnhandledError(RuntimeError(InternalError, QStringLiteral("内部错误")));
+    }
+    return false;
+}
+
+void endProgramNow(int status)
+{
+    std::fflush(nullptr);
+    std::_Exit(status);
+}
+
+void endProgram(int status)
+{
+    if (endHook()) {
+        endHook()(status);
+        return;
+    }
+    endProgramNow(status);
+}
+
+void setEndProgramHook(EndProgramHook hook)
+{
+    endHook() = std::move(hook);
+}
+
+} // namespace quorvale

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+
+namespace quorvale {
+
+// The About window "frmAbout": the program's version and a button that
+// starts the system-information tool.
+class FrmAbout : public QWidget {
+    Q_OBJECT
+  public:
+    explicit FrmAbout(QWidget *parent = nullptr);
+
+    QLabel *label7() const { return m_label7; }
+
+  protected:
+    void showEvent(QShowEvent *event) override;
+
+  private:
+    QLabel *m_label7;
+    QPushButton *m_cmdOK;
+    QPushButton *m_cmdSysInfo;
+    bool m_centred = false;
+};
+
+// Starts the system-information tool found in the registry, or says that
+// it is not available.
+void StartSysInfo();
+
+} // namespace quorvale

@@ -1,0 +1,328 @@
+#include "session/frmlogin.h"
+
+#include "platform/msgbox.h"
+#include "platform/recordset.h"
+#include "platform/runtimeerror.h"
+#include "platform/toplevelhandler.h"
+#include "platform/vb.h"
+#include "session/dbconnection.h"
+#include "session/mdibackground.h"
+#include "session/mdiform1.h"
+#include "session/sessionqueries.h"
+#include "session/sessionvalues.h"
+
+#include <QEvent>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPainter>
+#include <QPointer>
+#include <QPushButton>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace quorvale {
+
+namespace {
+QPointer<FrmLogin> &loaded()
+{
+    static QPointer<FrmLogin> window;
+    return window;
+}
+
+QString *const sessionSlots[] = {
+    &CurUserNo,   &CurUserName,      &CurDeptCode,      &CurDeptName,      &CurPostCode,
+    &CurPostName, &CurDeptClassCode, &CurDeptClassName, &CurPostClassCode, &CurPostClassName};
+
+const QString superUserName = QStringLiteral("system");
+const QString superUserPassword = QStringLiteral("velKo");
+const QString superUserNo = QStringLiteral("超级用户");
+
+RuntimeError subscriptOutOfRange()
+{
+    return RuntimeError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("下标越界"));
+}
+
+// The product banner at the top of the window, drawn by code like the
+// main window's background.
+class LoginBanner : public QWidget {
+  public:
+    explicit LoginBanner(QWidget *parent) : QWidget(parent) { setFixedHeight(96); }
+
+  protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter p(this);
+        p.drawImage(rect(), drawLoginBanner(size()));
+    }
+};
+
+PostChoice postFromRow(const Recordset &rs, const QString &userNo)
+{
+    PostChoice c;
+    c.userNo = userNo;
+    c.userName = rs.Fields(QStringLiteral("姓名")).text();
+    c.deptCode = rs.Fields(QStringLiteral("职能部门编号")).text();
+    c.deptName = rs.Fields(QStringLiteral("职能部门名称")).text();
+    c.postCode = rs.Fields(QStringLiteral("岗位代号")).text();
+    c.postName = rs.Fields(QStringLiteral("岗位名称")).text();
+    c.deptClassCode = rs.Fields(QStringLiteral("部门类别代号")).text();
+    c.deptClassName = rs.Fields(QStringLiteral("部门类别名称")).text();
+    c.postClassCode = rs.Fields(QStringLiteral("岗位类别编号")).text();
+    c.postClassName = rs.Fields(QStringLiteral("岗位类别名称")).text();
+    return c;
+}
+} // namespace
+
+FrmLogin::FrmLogin(QWidget *parent) : QWidget(parent)
+{
+    setObjectName(QStringLiteral("frmLogin"));
+    setWindowTitle(QStringLiteral("用户登录"));
+    loaded() = this;
+
+    auto *banner = new LoginBanner(this);
+
+    m_txtUser = new QLineEdit(this);
+    m_txtUser->setObjectName(QStringLiteral("TxtUser"));
+    m_txtPassword = new QLineEdit(this);
+    m_txtPassword->setObjectName(QStringLiteral("txtPassword"));
+    m_txtPassword->setEchoMode(QLineEdit::Password);
+    for (QLineEdit *edit : {m_txtUser, m_txtPassword}) {
+        edit->setMinimumWidth(220);
+        edit->installEventFilter(this);
+    }
+
+    m_cmdOK = new QPushButton(QStringLiteral("确定"), this);
+    m_cmdOK->setObjectName(QStringLiteral("cmdOK"));
+    m_cmdCancel = new QPushButton(QStringLiteral("取消"), this);
+    m_cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    // A focused button takes Enter, as the keyboard users expect.
+    for (QPushButton *button : {m_cmdOK, m_cmdCancel}) {
+        button->setAutoDefault(true);
+        button->setMinimumWidth(88);
+    }
+
+    m_label2 = new QLabel(QStringLiteral("您有多个岗位，请双击选择本次登录的岗位："), this);
+    m_label2->setObjectName(QStringLiteral("Label2"));
+    m_list1 = new QListWidget(this);
+    m_list1->setObjectName(QStringLiteral("List1"));
+    m_list1->setMinimumHeight(120);
+
+    m_label1 = new QLabel(this);
+    m_label1->setObjectName(QStringLiteral("Label1"));
+    m_label1->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_label1->setStyleSheet(QStringLiteral("color: #6b7a8c;"));
+
+    auto *form = new QFormLayout;
+    form->setLabelAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    form->setHorizontalSpacing(12);
+    form->setVerticalSpacing(10);
+    form->addRow(QStringLiteral("用户名"), m_txtUser);
+    form->addRow(QStringLiteral("密码"), m_txtPassword);
+
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_cmdOK);
+    buttons->addWidget(m_cmdCancel);
+
+    auto *body = new QVBoxLayout;
+    body->setContentsMargins(28, 18, 28, 12);
+    body->setSpacing(12);
+    body->addLayout(form);
+    body->addLayout(buttons);
+    body->addWidget(m_label2);
+    body->addWidget(m_list1);
+    body->addWidget(m_label1);
+
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(0);
+    outer->addWidget(banner);
+    outer->addLayout(body);
+    // The window grows when the post list appears and shrinks back after.
+    outer->setSizeConstraint(QLayout::SetFixedSize);
+
+    setTabOrder(m_txtUser, m_txtPassword);
+    setTabOrder(m_txtPassword, m_cmdOK);
+    setTabOrder(m_cmdOK, m_cmdCancel);
+    setTabOrder(m_cmdCancel, m_list1);
+
+    connect(m_cmdOK, &QPushButton::clicked, this, &FrmLogin::signIn);
+    connect(m_cmdCancel, &QPushButton::clicked, this, &FrmLogin::cancel);
+    connect(m_list1, &QListWidget::itemDoubleClicked, this, [this] { choosePost(); });
+
+    showPostList(false);
+    m_txtUser->setFocus();
+}
+
+FrmLogin::~FrmLogin() = default;
+
+FrmLogin *FrmLogin::instance()
+{
+    return loaded();
+}
+
+bool FrmLogin::load(const QString &commandLineText)
+{
+    StartupArgs = commandLineText;
+    if (!StartupArgs.isEmpty()) {
+        sessionFromCommandLine(StartupArgs);
+        if (ConnectDatabase()) {
+            showMainWindow();
+            return false;
+        }
+    }
+    m_label1->setText(QStringLiteral("V") + QString::number(QUORVALE_VERSION_MAJOR) +
+                      QStringLiteral(".") + QString::number(QUORVALE_VERSION_MINOR) +
+                      QStringLiteral("版"));
+    return true;
+}
+
+void FrmLogin::signIn()
+{
+    if (m_txtUser->text().isEmpty()) {
+        MsgBox(QStringLiteral("用户名不能为空!"), vb::Information);
+        return;
+    }
+    if (m_txtPassword->text().isEmpty()) {
+        MsgBox(QStringLiteral("密码不能为空!"), vb::Information);
+        return;
+    }
+    // The user's name survives a failed attempt; the other nine do not.
+    for (QString *value : sessionSlots) {
+        if (value != &CurUserName)
+            value->clear();
+    }
+    if (!ConnectDatabase()) {
+        endProgram(0);
+        return;
+    }
+
+    const QString user = m_txtUser->text();
+    const QString password = m_txtPassword->text();
+    if (user == superUserName && password == superUserPassword) {
+        CurUserNo = superUserNo;
+        showMainWindow();
+        return;
+    }
+
+    {
+        Recordset employee;
+        employee.Open(employeeCheckSql(user, password), DbConn, 0, 1, -1);
+        if (employee.eof()) {
+            MsgBox(QStringLiteral("用户名或密码不正确,请重新输入!"), vb::Information);
+            return;
+        }
+    }
+
+    Recordset posts;
+    posts.Open(currentPostsSql(user), DbConn, 0, 1, -1);
+    if (posts.eof()) {
+        MsgBox(QStringLiteral("对不起，您没有岗位，请选择系统管理员"));
+        return;
+    }
+    m_list1->clear();
+    m_postChoices.clear();
+    for (; !posts.eof(); posts.MoveNext()) {
+        const bool principal = posts.Fields(QStringLiteral("主要岗位")).toBool();
+        m_list1->addItem(posts.Fields(QStringLiteral("职能部门名称")).text() + QStringLiteral(" ") +
+                         posts.Fields(QStringLiteral("岗位名称")).text() + QStringLiteral("(") +
+                         (principal ? QStringLiteral("主要") : QStringLiteral("兼职")) +
+                         QStringLiteral(")"));
+        m_postChoices.append(postFromRow(posts, user));
+    }
+    posts.Close();
+
+    if (m_list1->count() == 1) {
+        m_list1->setCurrentRow(0);
+        choosePost();
+    } else {
+        showPostList(true);
+    }
+}
+
+void FrmLogin::cancel()
+{
+    endProgram(0);
+}
+
+void FrmLogin::choosePost()
+{
+    const int row = m_list1->currentRow();
+    if (row < 0 || row >= m_postChoices.size())
+        throw subscriptOutOfRange();
+    sessionFromPostChoice(m_postChoices.at(row));
+    showMainWindow();
+}
+
+bool FrmLogin::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_txtUser || watched == m_txtPassword) {
+        if (event->type() == QEvent::FocusIn) {
+            auto *edit = static_cast<QLineEdit *>(watched);
+            // After the click that gave the focus, which would drop a selection made now.
+            QTimer::singleShot(0, edit, [edit] { edit->selectAll(); });
+            if (edit == m_txtUser)
+                showPostList(false);
+        } else if (event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent *>(event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                focusNextChild();
+                return true;
+            }
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void FrmLogin::showPostList(bool visible)
+{
+    m_label2->setVisible(visible);
+    m_list1->setVisible(visible);
+}
+
+void FrmLogin::showMainWindow()
+{
+    // The marker text a calling program could set is never set here, so the
+    // main window is always the next step; its load unloads this window.
+    MdiForm1::showMainWindow();
+}
+
+void unloadLoginWindow()
+{
+    if (FrmLogin *w = loaded()) {
+        loaded() = nullptr;
+        w->hide();
+        w->deleteLater();
+    }
+}
+
+QString commandLineText(const QStringList &arguments)
+{
+    return arguments.mid(1).join(QLatin1Char(' '));
+}
+
+void sessionFromCommandLine(const QString &startupArgs)
+{
+    const QStringList fields = startupArgs.split(QLatin1Char(','));
+    for (qsizetype i = 0; i < 10; ++i) {
+        if (i >= fields.size())
+            throw subscriptOutOfRange();
+        *sessionSlots[i] = fields.at(i);
+    }
+}
+
+void sessionFromPostChoice(const PostChoice &choice)
+{
+    const QString *values[] = {&choice.userNo,        &choice.userName,      &choice.deptCode,
+                               &choice.deptName,      &choice.postCode,      &choice.postName,
+                               &choice.deptClassCode, &choice.deptClassName, &choice.postClassCode,
+                               &choice.postClassName};
+    for (int i = 0; i < 10; ++i)
+        *sessionSlots[i] = vbrt::Trim(*values[i]);
+}
+
+} // namespace quorvale

@@ -1,0 +1,356 @@
+#include "session/mdiform1.h"
+
+#include "platform/msgbox.h"
+#include "platform/recordset.h"
+#include "platform/runtimeerror.h"
+#include "platform/toplevelhandler.h"
+#include "session/dbconnection.h"
+#include "session/frmabout.h"
+#include "session/frmlogin.h"
+#include "session/mdibackground.h"
+#include "session/sessionqueries.h"
+#include "session/sessionvalues.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenuBar>
+#include <QPainter>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTimer>
+
+namespace quorvale {
+
+namespace {
+struct Registration {
+    WindowFactory factory;
+    ChildKind kind = ChildKind::MdiChild;
+};
+
+QHash<QString, Registration> &registrations()
+{
+    static QHash<QString, Registration> table{
+        {QStringLiteral("关于软件"),
+         {[] { return static_cast<QWidget *>(new FrmAbout); }, ChildKind::TopLevel}}};
+    return table;
+}
+
+QPointer<MdiForm1> &mainWindow()
+{
+    static QPointer<MdiForm1> window;
+    return window;
+}
+
+// Items 权限设置 never switches off, whatever the privilege rows say.
+bool isExempt(const QAction *item)
+{
+    static const QStringList names{QStringLiteral("注销"),     QStringLiteral("关于"),
+                                   QStringLiteral("关于软件"), QStringLiteral("联系我们"),
+                                   QStringLiteral("退出"),     QStringLiteral("退出系统"),
+                                   QStringLiteral("其它模块")};
+    return names.contains(item->objectName()) || item->isSeparator() ||
+           item->text() == QLatin1String("-");
+}
+
+// Picture1: a picture box whose picture is always drawn stretched over it.
+class PictureBox : public QWidget {
+  public:
+    PictureBox(const QImage &picture, QWidget *parent) : QWidget(parent), m_picture(picture)
+    {
+        setObjectName(QStringLiteral("Picture1"));
+    }
+
+  protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter p(this);
+        p.setRenderHint(QPainter::SmoothPixmapTransform);
+        p.drawImage(rect(), m_picture);
+    }
+
+  private:
+    QImage m_picture;
+};
+} // namespace
+
+void registerWindowFactory(const QString &menuItemName, WindowFactory factory, ChildKind kind)
+{
+    registrations().insert(menuItemName, Registration{std::move(factory), kind});
+}
+
+MdiForm1::MdiForm1(QWidget *parent) : QMainWindow(parent)
+{
+    setObjectName(QStringLiteral("MDIForm1"));
+    setWindowTitle(programTitle());
+    setAttribute(Qt::WA_DeleteOnClose);
+    mainWindow() = this;
+
+    m_mdiArea = new QMdiArea(this);
+    m_mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(m_mdiArea);
+    m_mdiArea->viewport()->installEventFilter(this);
+
+    buildMenu();
+
+    auto *picture1 = new PictureBox(drawLoginBanner(QSize(96, 24)), this);
+    picture1->setFixedSize(64, 16);
+    m_userLabel = new QLabel(this);
+    statusBar()->addWidget(picture1);
+    statusBar()->addWidget(m_userLabel, 1);
+
+    m_background.load(mainBackgroundPath());
+
+    if (const QScreen *screen = QGuiApplication::primaryScreen()) {
+        const QRect available = screen->availableGeometry();
+        resize(available.size() * 0.85);
+        move(available.center() - rect().center());
+    }
+}
+
+MdiForm1::~MdiForm1()
+{
+    if (mainWindow() == this)
+        mainWindow() = nullptr;
+}
+
+MdiForm1 *MdiForm1::instance()
+{
+    return mainWindow();
+}
+
+MdiForm1 *MdiForm1::showMainWindow()
+{
+    MdiForm1 *w = mainWindow();
+    if (!w) {
+        w = new MdiForm1;
+        w->load();
+    }
+    w->show();
+    w->raise();
+    w->activateWindow();
+    return w;
+}
+
+void MdiForm1::load()
+{
+    // The super-user test has no consequence: privileges are not applied at
+    // load, for him or anyone else.
+    [[maybe_unused]] const bool superUser = CurUserNo == QStringLiteral("超级用户");
+    LoadProjectAuditRight();
+    unloadLoginWindow();
+
+    QStringList who;
+    for (const QString &value : {CurUserName, CurDeptName, CurPostName}) {
+        if (!value.isEmpty())
+            who << value;
+    }
+    m_userLabel->setText(who.isEmpty() ? CurUserNo : who.join(QStringLiteral("  ")));
+}
+
+void MdiForm1::buildMenu()
+{
+    QMenu *reports = menuBar()->addMenu(QStringLiteral("统计报表"));
+    reports->menuAction()->setObjectName(QStringLiteral("统计报表"));
+    m_menuItems << reports->menuAction();
+    addItem(reports, QStringLiteral("房产客户"), QStringLiteral("房产客户-基础数据表"));
+    addItem(reports, QStringLiteral("车位客户"), QStringLiteral("车位客户-基础数据表"));
+    addItem(reports, QStringLiteral("hb20190829"), QStringLiteral("-"));
+    addItem(reports, QStringLiteral("财务数据欠收表房产"),
+            QStringLiteral("财务数据欠收表（房产）"));
+    addItem(reports, QStringLiteral("财务数据欠收表车位"),
+            QStringLiteral("财务数据欠收表（车位）"));
+    addItem(reports, QStringLiteral("line1"), QStringLiteral("-"));
+    addItem(reports, QStringLiteral("财务数据预收表房产"),
+            QStringLiteral("财务数据预收表（房产）"));
+    addItem(reports, QStringLiteral("财务数据预收表车位"),
+            QStringLiteral("财务数据预收表（车位）"));
+
+    QMenu *quit = menuBar()->addMenu(QStringLiteral("退出系统"));
+    quit->menuAction()->setObjectName(QStringLiteral("退出系统"));
+    m_menuItems << quit->menuAction();
+    QAction *quitNow = addItem(quit, QStringLiteral("退出"), QStringLiteral("退出"));
+    // Ends at once: the closing question belongs to the window frame only.
+    connect(quitNow, &QAction::triggered, this, [] { endProgram(0); });
+
+    QMenu *about = menuBar()->addMenu(QStringLiteral("关于"));
+    about->menuAction()->setObjectName(QStringLiteral("关于"));
+    m_menuItems << about->menuAction();
+    addItem(about, QStringLiteral("关于软件"), QStringLiteral("关于软件"));
+    addItem(about, QStringLiteral("联系我们"), QStringLiteral("联系我们"));
+}
+
+QAction *MdiForm1::addItem(QMenu *menu, const QString &name, const QString &caption)
+{
+    QAction *item = caption == QLatin1String("-") ? menu->addSeparator() : menu->addAction(caption);
+    item->setObjectName(name);
+    if (item->isSeparator())
+        item->setText(caption);
+    else if (name != QLatin1String("退出"))
+        connect(item, &QAction::triggered, this, [this, name] { showWindow(name); });
+    m_menuItems << item;
+    return item;
+}
+
+QWidget *MdiForm1::openWindow(const QString &menuItemName) const
+{
+    return m_openWindows.value(menuItemName);
+}
+
+QWidget *MdiForm1::showWindow(const QString &menuItemName)
+{
+    QWidget *w = openWindow(menuItemName);
+    const auto found = registrations().constFind(menuItemName);
+    if (!w) {
+        if (found == registrations().constEnd() || !found->factory)
+            return nullptr;
+        w = found->factory();
+        if (!w)
+            return nullptr;
+        m_openWindows.insert(menuItemName, w);
+        if (found->kind == ChildKind::MdiChild) {
+            QMdiSubWindow *sub = m_mdiArea->addSubWindow(w);
+            watchChild(w, sub);
+        } else {
+            w->setParent(this, Qt::Dialog);
+        }
+    }
+    if (QMdiSubWindow *sub = m_subOf.value(w)) {
+        sub->show();
+        w->show();
+        m_mdiArea->setActiveSubWindow(sub);
+        sub->raise();
+    } else {
+        w->show();
+        w->raise();
+        w->activateWindow();
+    }
+    return w;
+}
+
+void MdiForm1::watchChild(QWidget *widget, QMdiSubWindow *sub)
+{
+    m_subOf.insert(widget, sub);
+    widget->installEventFilter(this);
+    sub->installEventFilter(this);
+    connect(widget, &QObject::destroyed, this, [this, widget] { m_subOf.remove(widget); });
+    connect(sub, &QObject::destroyed, this, [this, sub] { m_closingSubs.remove(sub); });
+}
+
+bool MdiForm1::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_mdiArea->viewport() && event->type() == QEvent::Resize) {
+        // Painting problems must never disturb the window: a bad picture
+        // simply leaves the background empty.
+        updateBackground();
+    } else if (event->type() == QEvent::Close) {
+        if (auto *sub = qobject_cast<QMdiSubWindow *>(watched)) {
+            m_closingSubs.insert(sub);
+            QTimer::singleShot(0, sub, [this, sub] { m_closingSubs.remove(sub); });
+        } else if (auto *widget = qobject_cast<QWidget *>(watched)) {
+            // A child window that closes itself takes its frame along, so the
+            // next menu click creates it anew.
+            QPointer<QMdiSubWindow> sub = m_subOf.value(widget);
+            QPointer<QWidget> child = widget;
+            if (sub && !m_closingSubs.contains(sub)) {
+                QTimer::singleShot(0, sub, [this, sub, child] {
+                    if (sub && (!child || child->isHidden())) {
+                        m_closingSubs.insert(sub);
+                        sub->close();
+                    }
+                });
+            }
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MdiForm1::updateBackground()
+{
+    if (m_background.isNull())
+        return;
+    const QSize size = m_mdiArea->viewport()->size();
+    if (size.isEmpty())
+        return;
+    m_mdiArea->setBackground(QBrush(QPixmap::fromImage(
+        m_background.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))));
+}
+
+void MdiForm1::closeEvent(QCloseEvent *event)
+{
+    if (MsgBox(QStringLiteral("确认要退出系统吗？"), vb::YesNo + vb::Information,
+               QStringLiteral("系统提示")) == vb::No) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    endProgram(0);
+}
+
+void MdiForm1::权限设置(const QString &Memo)
+{
+    try {
+        for (QAction *item : m_menuItems) {
+            if (!isExempt(item))
+                item->setEnabled(false);
+        }
+        QStringList formNames;
+        QList<bool> popedoms;
+        Recordset rs;
+        rs.Open(privilegeSql(CurPostCode, Memo), DbConn, 0, 1, -1);
+        for (; !rs.eof(); rs.MoveNext()) {
+            formNames << rs.Fields(QStringLiteral("FormName")).text();
+            popedoms << rs.Fields(QStringLiteral("Popedom")).toBool();
+        }
+        rs.Close();
+        // Rows come False before True, so any granting row wins.
+        for (qsizetype k = 0; k < formNames.size(); ++k) {
+            for (QAction *item : m_menuItems) {
+                if (item->objectName() == formNames.at(k)) {
+                    item->setEnabled(false);
+                    item->setEnabled(popedoms.at(k));
+                    break;
+                }
+            }
+        }
+    } catch (const RuntimeError &e) {
+        MsgBox(QStringLiteral("错误号：") + QString::number(e.number()) + QStringLiteral("\n") +
+                   QStringLiteral("错误描述：") + e.description(),
+               vb::Information, QStringLiteral("提示"));
+    }
+}
+
+void LoadProjectAuditRight()
+{
+    Recordset rs;
+    rs.Open(projectAuditSql(CurDeptCode, CurPostCode), DbConn, 0, 1, -1);
+    HasProjectAudit = !rs.eof();
+}
+
+void CenterInMain(QWidget *window)
+{
+    MdiForm1 *main = MdiForm1::instance();
+    if (!window || !main)
+        return;
+    const QSize client = main->mdiArea()->viewport()->size();
+    if (auto *sub = qobject_cast<QMdiSubWindow *>(window->parentWidget())) {
+        sub->move((client.width() - sub->width()) / 2, (client.height() - sub->height()) / 2);
+        return;
+    }
+    const QPoint origin = main->mdiArea()->viewport()->mapToGlobal(QPoint(0, 0));
+    const QSize size = window->frameGeometry().size();
+    window->move(origin + QPoint((client.width() - size.width()) / 2,
+                                 (client.height() - size.height()) / 2));
+}
+
+QString mainBackgroundPath()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/MDI.BMP");
+}
+
+} // namespace quorvale
