@@ -21,13 +21,21 @@ public:
 
     QString ConnectionString;
     int ConnectionTimeout = 15; // seconds
+    // Embedded engine only: create the database file when it does not exist.
+    // Off by default, so a mistyped path fails instead of showing an empty
+    // database; the admin tool sets it to create a new file.
+    bool CreateIfMissing = false;
+
+    // The connection string that opens an embedded database file.
+    static QString embeddedConnectionString(const QString &path);
 
     // Throws RuntimeError with the driver's text when the open fails.
     void Open();
     bool isOpen() const;
     bool isEmbedded() const;
 
-    // Runs a T-SQL statement that returns no rows (DDL, INSERT, UPDATE).
+    // Runs T-SQL that returns no rows (DDL, INSERT, UPDATE): one batch, or
+    // several separated by lines holding only GO.
     void Execute(const QString &tsql);
 
     // The underlying Qt connection, for bulk loading by the admin tool.
