@@ -104,6 +104,7 @@ private:
 
     FlexGridModel *m_model;
     QVector<int> m_colTwips;
+    QString m_formatString;
     int m_row = 0;
     int m_col = 0;
     bool m_redraw = true;

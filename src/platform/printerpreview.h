@@ -1,0 +1,16 @@
+#pragma once
+
+#include <functional>
+
+class QWidget;
+
+namespace quorvale {
+
+class Printer;
+
+// Shows a print preview of what job draws; from there the user prints or
+// saves a PDF. The job runs again whenever the preview's page setup changes.
+// An error thrown by the job closes the preview and is rethrown here.
+void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job);
+
+} // namespace quorvale

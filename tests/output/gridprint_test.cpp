@@ -1,0 +1,238 @@
+#include "output/gridprint.h"
+#include "platform/flexgrid.h"
+#include "platform/msgbox.h"
+#include "platform/printer.h"
+#include "platform/runtimeerror.h"
+
+#include <QDate>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <cmath>
+
+using namespace quorvale;
+
+namespace {
+
+const QString kCompany = QStringLiteral("Orrisfield物业管理有限公司");
+const QString kTitle = QStringLiteral("(A01 东湖花园)收款日报表");
+const QString kSecond = QStringLiteral("日期范围:2024年03月01日-2024年03月31日");
+
+// Columns "编号|<名称|>金额|<备注"; row r holds 行r-c in each column c.
+void fill(FlexGrid &grid, int dataRows, int cols = 4)
+{
+    QStringList headings;
+    for (int c = 0; c < cols; ++c)
+        headings << QStringLiteral("列头%1").arg(c);
+    grid.setRows(1);
+    grid.setFormatString(headings.join(QLatin1String("|<")));
+    QVector<QStringList> rows;
+    for (int r = 1; r <= dataRows; ++r) {
+        QStringList cells;
+        for (int c = 0; c < cols; ++c)
+            cells << QStringLiteral("行%1-%2").arg(r).arg(c);
+        rows.append(cells);
+    }
+    grid.appendRows(rows);
+}
+
+// The text of each page, in order; pdftotext is a test dependency.
+QStringList pdfPages(const QString &path)
+{
+    const QString tool = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
+    if (tool.isEmpty()) {
+        ADD_FAILURE() << "pdftotext (poppler-utils) is needed to read printed pages";
+        return {};
+    }
+    QProcess process;
+    process.start(tool, {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    process.waitForFinished(60000);
+    QString text = QString::fromUtf8(process.readAllStandardOutput());
+    if (text.endsWith(QLatin1Char('\f')))
+        text.chop(1);
+    return text.split(QLatin1Char('\f'));
+}
+
+struct Printed {
+    QStringList pages;
+    QVector<MsgBoxCall> boxes;
+    bool fileWritten = false;
+};
+
+Printed printToPdf(const FlexGrid &grid, bool signature, int trailing, int answer = vb::No,
+                   const PrintTitles &titles = {kTitle, kSecond})
+{
+    Printed result;
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("out.pdf"));
+    setMsgBoxResponder([&](const MsgBoxCall &call) {
+        result.boxes.append(call);
+        return answer;
+    });
+    {
+        std::unique_ptr<Printer> printer = Printer::pdfFile(path);
+        PrintGrid(*printer, grid, titles, signature, trailing);
+    }
+    setMsgBoxResponder({});
+    result.fileWritten = QFileInfo(path).size() > 0;
+    if (result.fileWritten)
+        result.pages = pdfPages(path);
+    return result;
+}
+
+// Rows per page as the engine works it out from the same printer metrics.
+int rowsPerPage(const FlexGrid &grid)
+{
+    QTemporaryDir dir;
+    auto printer = Printer::pdfFile(dir.filePath(QStringLiteral("metrics.pdf")));
+    const double heading = LineHeight(*printer);
+    const double body = BodyLineHeight(*printer);
+    const double de = printer->TextHeight(QStringLiteral("的"));
+    return int((printer->ScaleHeight() - heading - body - 4 * de) / (grid.RowHeight(0) + 45));
+}
+
+double paperWidth()
+{
+    QTemporaryDir dir;
+    return Printer::pdfFile(dir.filePath(QStringLiteral("metrics.pdf")))->ScaleWidth();
+}
+
+} // namespace
+
+TEST(GridPrint, PagesBreakAtTheComputedRowCount)
+{
+    FlexGrid grid;
+    fill(grid, 1);
+    const int perPage = rowsPerPage(grid);
+    ASSERT_GT(perPage, 10);
+    const QString today = QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
+
+    struct Case {
+        int dataRows;
+        int pages;
+    };
+    for (const Case &c : {Case{perPage - 1, 1}, Case{perPage, 1}, Case{perPage + 1, 2},
+                          Case{2 * perPage + 1, 3}}) {
+        SCOPED_TRACE(c.dataRows);
+        fill(grid, c.dataRows);
+        const Printed printed = printToPdf(grid, false, 0);
+        EXPECT_TRUE(printed.boxes.isEmpty());
+        ASSERT_EQ(printed.pages.size(), c.pages);
+        for (int p = 0; p < c.pages; ++p) {
+            const QString &page = printed.pages[p];
+            for (const QString &expected :
+                 {kCompany, kTitle, kSecond, QStringLiteral("列头0"), QStringLiteral("列头3"),
+                  QStringLiteral("打印日期 ") + today,
+                  QStringLiteral("第%1页 共%2页").arg(p + 1).arg(c.pages)}) {
+                EXPECT_TRUE(page.contains(expected)) << "page " << p + 1 << " lacks "
+                                                     << expected.toStdString();
+            }
+            EXPECT_FALSE(page.contains(QStringLiteral("审核")));
+        }
+        // Each data row on exactly one page, the first rows of page 2 where they belong.
+        const QString lastRow = QStringLiteral("行%1-0").arg(c.dataRows);
+        EXPECT_TRUE(printed.pages.last().contains(lastRow));
+        if (c.pages > 1) {
+            EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("行%1-0").arg(perPage)));
+            EXPECT_FALSE(printed.pages[0].contains(QStringLiteral("行%1-0").arg(perPage + 1)));
+            EXPECT_TRUE(printed.pages[1].contains(QStringLiteral("行%1-0").arg(perPage + 1)));
+        }
+    }
+}
+
+TEST(GridPrint, SignatureLineOnlyWhenAsked)
+{
+    FlexGrid grid;
+    fill(grid, 3);
+    for (bool signature : {false, true}) {
+        const Printed printed = printToPdf(grid, signature, 0);
+        ASSERT_EQ(printed.pages.size(), 1);
+        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("审核")), signature);
+        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("制单")), signature);
+    }
+}
+
+TEST(GridPrint, TrailingColumnsAreLeftOut)
+{
+    FlexGrid grid;
+    fill(grid, 2, 6);
+    const Printed printed = printToPdf(grid, false, 2);
+    ASSERT_EQ(printed.pages.size(), 1);
+    for (int c = 0; c < 6; ++c) {
+        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("列头%1").arg(c)), c < 4) << c;
+        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("行2-%1").arg(c)), c < 4) << c;
+    }
+}
+
+TEST(GridPrint, TableWiderThanThePaperAsksFirst)
+{
+    const double paper = paperWidth();
+    const QString prompt = QStringLiteral("纸张宽度不够，请设置更宽的纸张或把纸张改成横向打印\n"
+                                          "是否要修改打印设置？");
+    struct Case {
+        const char *name;
+        int lastColumnExtra; // twips beyond the paper
+        int answer;
+        bool asks;
+        bool prints;
+    };
+    // Three columns; the last one takes up whatever makes the table the wanted width.
+    for (const Case &c : {Case{"exactly as wide", 0, vb::Yes, false, true},
+                          Case{"wider, Yes", 1, vb::Yes, true, false},
+                          Case{"wider, No", 1, vb::No, true, true}}) {
+        SCOPED_TRACE(c.name);
+        FlexGrid grid;
+        fill(grid, 2, 3);
+        grid.setColWidth(0, 2000);
+        grid.setColWidth(1, 2000);
+        const int last = c.lastColumnExtra == 0 ? int(std::floor(paper)) - 4000
+                                                : int(std::ceil(paper)) - 4000 + c.lastColumnExtra;
+        grid.setColWidth(2, last);
+        const Printed printed = printToPdf(grid, false, 0, c.answer);
+        ASSERT_EQ(printed.boxes.size(), c.asks ? 1 : 0);
+        if (c.asks) {
+            EXPECT_EQ(printed.boxes[0].prompt, prompt);
+            EXPECT_EQ(printed.boxes[0].style, vb::YesNo);
+        }
+        EXPECT_EQ(printed.fileWritten, c.prints);
+        if (c.prints) {
+            ASSERT_EQ(printed.pages.size(), 1);
+            EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("行2-1")));
+        }
+    }
+}
+
+TEST(GridPrint, HeaderOnlyGridPrintsItsHeadingPage)
+{
+    FlexGrid grid;
+    fill(grid, 0);
+    const Printed printed = printToPdf(grid, false, 0, vb::No, {kTitle, QString()});
+    ASSERT_EQ(printed.pages.size(), 1);
+    EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("列头1")));
+    EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("第1页 共1页")));
+    EXPECT_FALSE(printed.pages[0].contains(QStringLiteral("日期范围")));
+}
+
+TEST(GridPrint, PrinterFailureReachesTheCaller)
+{
+    FlexGrid grid;
+    fill(grid, 2);
+    auto printer = Printer::pdfFile(QStringLiteral("/nonexistent-folder/out.pdf"));
+    EXPECT_THROW(PrintGrid(*printer, grid, {kTitle, kSecond}, false, 0), RuntimeError);
+}
+
+TEST(GridPrint, AutoFitColumnsTakesTheWidestCell)
+{
+    FlexGrid grid;
+    grid.setFormatString(QStringLiteral("短|<很长很长的标题|"));
+    grid.appendRows({{QStringLiteral("一个更长的单元格文本"), QStringLiteral("短")}});
+    QFont font(QStringLiteral("微软雅黑"));
+    font.setPointSizeF(9);
+    AutoFitColumns(grid, font);
+    EXPECT_EQ(grid.ColWidth(0), qRound(grid.TextWidth(QStringLiteral("一个更长的单元格文本"), font)));
+    EXPECT_EQ(grid.ColWidth(1), qRound(grid.TextWidth(QStringLiteral("很长很长的标题"), font)));
+    EXPECT_EQ(grid.ColWidth(2), 0);
+}
