@@ -87,8 +87,11 @@ int FlexGrid::Cols() const
 
 void FlexGrid::setCols(int cols)
 {
+    const int old = Cols();
     m_model->setCols(cols);
     m_colTwips.resize(cols, kDefaultColTwips);
+    // Columns dropped and re-added before the view heard of it keep their sections.
+    applyColumnWidths(qMin(old, cols), qMin(cols, m_model->columnCount()) - 1);
     m_col = qMin(m_col, qMax(0, cols - 1));
 }
 
@@ -249,6 +252,8 @@ void FlexGrid::setRedraw(bool on)
 
 double FlexGrid::TextWidth(const QString &text) const
 {
+    if (text.isEmpty())
+        return 0.0;
     const int dpi = logicalDpiX();
     if (!m_gridFontWidths || !m_gridFontWidths->matches(font(), dpi))
         m_gridFontWidths = std::make_unique<TextWidthCache>(font(), dpi);
@@ -257,6 +262,8 @@ double FlexGrid::TextWidth(const QString &text) const
 
 double FlexGrid::TextWidth(const QString &text, const QFont &font) const
 {
+    if (text.isEmpty())
+        return 0.0;
     const int dpi = logicalDpiX();
     if (!m_otherFontWidths || !m_otherFontWidths->matches(font, dpi))
         m_otherFontWidths = std::make_unique<TextWidthCache>(font, dpi);

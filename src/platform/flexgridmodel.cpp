@@ -99,8 +99,13 @@ void FlexGridModel::setCols(int cols)
                 ++it;
         }
     }
+    const int firstChanged = qMin(m_cols, cols);
     m_cols = cols;
     m_alignment.resize(cols, FlexAlign::General);
+    if (firstChanged < m_shownCols) {
+        markDirty(0, m_shownRows - 1, firstChanged, m_shownCols - 1);
+        markHeaderDirty(firstChanged, m_shownCols - 1);
+    }
     schedulePublish();
 }
 

@@ -267,3 +267,22 @@ TEST(FlexGrid, SizesAreTwipsAtTheWidgetDpi)
     EXPECT_NEAR(grid.TextWidth(text, window), expected, 0.01);
     EXPECT_NEAR(grid.TextWidth(text), measured(grid, text), 0.01);
 }
+
+TEST(FlexGrid, ColumnsDroppedAndReAddedStartFresh)
+{
+    FlexGrid grid;
+    grid.setCols(5);
+    grid.setRows(3);
+    QCoreApplication::processEvents();
+    grid.setColWidth(4, 3000);
+    grid.setColAlignment(4, FlexAlign::RightCenter);
+    grid.setTextMatrix(1, 4, QStringLiteral("x"));
+    grid.setCols(3);
+    grid.setCols(5);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(grid.ColWidth(4), grid.ColWidth(3));
+    EXPECT_EQ(grid.columnWidth(4), grid.twipsToPixelsX(grid.ColWidth(4)));
+    EXPECT_EQ(grid.ColAlignment(4), FlexAlign::General);
+    EXPECT_EQ(grid.TextMatrix(1, 4), QString());
+    EXPECT_EQ(shown(grid, 1, 4), QString());
+}
