@@ -170,8 +170,7 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
     table.left = (innerWidth - table.width()) / 2;
 
     // No icon, on purpose: the user may well want the clipped print.
-    if (table.left < 0 &&
-        MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) == vb::Yes)
+    if (table.left < 0 && MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) == vb::Yes)
         return;
 
     const double headingHeight = LineHeight(printer);
@@ -180,8 +179,8 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
     table.rowPitch = grid.RowHeight(0) + kRowPitchExtra;
 
     const int dataRows = grid.Rows() - 1;
-    const int rowsPerPage = int((printer.ScaleHeight() - headingHeight - bodyHeight - 4 * h) /
-                                table.rowPitch);
+    const int rowsPerPage =
+        int((printer.ScaleHeight() - headingHeight - bodyHeight - 4 * h) / table.rowPitch);
     int pageCount = 1;
     if (rowsPerPage < dataRows) {
         if (rowsPerPage < 1)
@@ -233,14 +232,14 @@ void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, 
 void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                  int trailing)
 {
-    showPrintPreview(parent, [&](Printer &printer) {
-        PrintGrid(printer, grid, titles, signature, trailing);
-    });
+    showPrintPreview(
+        parent, [&](Printer &printer) { PrintGrid(printer, grid, titles, signature, trailing); });
 }
 
 void AutoFitColumns(FlexGrid &grid, const QFont &font)
 {
-    AutoFitColumns(grid, [&grid, &font](const QString &text) { return grid.TextWidth(text, font); });
+    AutoFitColumns(grid,
+                   [&grid, &font](const QString &text) { return grid.TextWidth(text, font); });
 }
 
 void AutoFitColumns(FlexGrid &grid, const std::function<double(const QString &)> &textWidth)

@@ -34,21 +34,21 @@ struct GridPrintTable {
 // page, leaving out the last `trailing` columns. signature = true adds the
 // signature fields to every footer. A table wider than the paper asks first;
 // answering Yes prints nothing. Printer failures throw RuntimeError.
-void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles,
-               bool signature, int trailing);
+void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
+               int trailing);
 // The same on the system's default printer.
 void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing);
 // The same in a print preview window.
-void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles,
-                 bool signature, int trailing);
+void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
+                 int trailing);
 
 // Heading block and column-heading row of one page, from the top of the
 // page; returns the y of the table's top rule. The body font stays set.
 double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
                        double bodyFontSize, const GridPrintTable &table);
 // Footer of one page; y is the position below the page's last row.
-void PrintPageFooter(Printer &printer, double left, double tableWidth, bool signature,
-                     int page, int pageCount, double y);
+void PrintPageFooter(Printer &printer, double left, double tableWidth, bool signature, int page,
+                     int pageCount, double y);
 
 // Sets the heading font and returns its line height.
 double LineHeight(Printer &printer);

@@ -34,7 +34,7 @@ inline constexpr int General = 9; // text left, numbers right
 // Range errors throw RuntimeError, as the control raised them.
 class FlexGrid : public QTableView {
     Q_OBJECT
-public:
+  public:
     explicit FlexGrid(QWidget *parent = nullptr);
     ~FlexGrid() override;
 
@@ -58,9 +58,9 @@ public:
     void setFormatString(const QString &format);
     QString FormatString() const;
 
-    int ColWidth(int col) const; // twips
+    int ColWidth(int col) const;          // twips
     void setColWidth(int col, int twips); // negative restores the default width
-    int RowHeight(int row) const; // twips; all rows share one height
+    int RowHeight(int row) const;         // twips; all rows share one height
     int ColAlignment(int col) const;
     void setColAlignment(int col, int alignment);
 
@@ -89,15 +89,15 @@ public:
 
     FlexGridModel *gridModel() const { return m_model; }
 
-Q_SIGNALS:
+  Q_SIGNALS:
     void Click();
     void DblClick();
 
-protected:
+  protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void changeEvent(QEvent *event) override;
 
-private:
+  private:
     void applyColumnWidths(int first, int last);
     void applyRowHeight();
     void checkCol(int col) const;

@@ -27,15 +27,24 @@ bool looksNumeric(const QString &text)
 Qt::Alignment toQtAlignment(int flex, const QString &text)
 {
     switch (flex) {
-    case FlexAlign::LeftTop: return Qt::AlignLeft | Qt::AlignTop;
-    case FlexAlign::LeftCenter: return Qt::AlignLeft | Qt::AlignVCenter;
-    case FlexAlign::LeftBottom: return Qt::AlignLeft | Qt::AlignBottom;
-    case FlexAlign::CenterTop: return Qt::AlignHCenter | Qt::AlignTop;
-    case FlexAlign::CenterCenter: return Qt::AlignHCenter | Qt::AlignVCenter;
-    case FlexAlign::CenterBottom: return Qt::AlignHCenter | Qt::AlignBottom;
-    case FlexAlign::RightTop: return Qt::AlignRight | Qt::AlignTop;
-    case FlexAlign::RightCenter: return Qt::AlignRight | Qt::AlignVCenter;
-    case FlexAlign::RightBottom: return Qt::AlignRight | Qt::AlignBottom;
+    case FlexAlign::LeftTop:
+        return Qt::AlignLeft | Qt::AlignTop;
+    case FlexAlign::LeftCenter:
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    case FlexAlign::LeftBottom:
+        return Qt::AlignLeft | Qt::AlignBottom;
+    case FlexAlign::CenterTop:
+        return Qt::AlignHCenter | Qt::AlignTop;
+    case FlexAlign::CenterCenter:
+        return Qt::AlignHCenter | Qt::AlignVCenter;
+    case FlexAlign::CenterBottom:
+        return Qt::AlignHCenter | Qt::AlignBottom;
+    case FlexAlign::RightTop:
+        return Qt::AlignRight | Qt::AlignTop;
+    case FlexAlign::RightCenter:
+        return Qt::AlignRight | Qt::AlignVCenter;
+    case FlexAlign::RightBottom:
+        return Qt::AlignRight | Qt::AlignBottom;
     default:
         return (looksNumeric(text) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
     }
@@ -316,7 +325,8 @@ void FlexGridModel::schedulePublish()
         return;
     m_publishQueued = true;
     QMetaObject::invokeMethod(
-        this, [this] {
+        this,
+        [this] {
             if (m_publishQueued && !m_suspended)
                 publish();
         },

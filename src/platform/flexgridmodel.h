@@ -18,7 +18,7 @@ namespace quorvale {
 // suspension ends. Only filled cells take memory.
 class FlexGridModel : public QAbstractTableModel {
     Q_OBJECT
-public:
+  public:
     explicit FlexGridModel(QObject *parent = nullptr);
 
     int rows() const { return int(m_rows.size()); }
@@ -55,7 +55,7 @@ public:
                         int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
-private:
+  private:
     struct Cell {
         int col;
         QString text;
@@ -66,7 +66,10 @@ private:
     void markHeaderDirty(int firstCol, int lastCol);
     void schedulePublish();
     int actualBodyRows() const { return qMax(0, rows() - m_fixedRows); }
-    static quint64 colorKey(int row, int col) { return (quint64(quint32(row)) << 32) | quint32(col); }
+    static quint64 colorKey(int row, int col)
+    {
+        return (quint64(quint32(row)) << 32) | quint32(col);
+    }
 
     QVector<RowCells> m_rows;
     int m_cols = 0;

@@ -11,7 +11,7 @@ namespace quorvale {
 // of every row while filling, and most texts repeat, so each distinct text
 // is measured once.
 class TextWidthCache {
-public:
+  public:
     TextWidthCache(const QFont &font, int dpi);
 
     const QFont &font() const { return m_font; }
@@ -20,7 +20,7 @@ public:
 
     double width(const QString &text);
 
-private:
+  private:
     QFont m_font;
     int m_dpi;
     QFontMetricsF m_metrics;

@@ -131,7 +131,8 @@ void Printer::Print(const QString &text)
 void Printer::Line(double x1, double y1, double x2, double y2)
 {
     start();
-    m_painter.drawLine(QPointF(toDeviceX(x1), toDeviceY(y1)), QPointF(toDeviceX(x2), toDeviceY(y2)));
+    m_painter.drawLine(QPointF(toDeviceX(x1), toDeviceY(y1)),
+                       QPointF(toDeviceX(x2), toDeviceY(y2)));
     m_x = x2;
     m_y = y2;
 }

@@ -15,7 +15,7 @@ namespace quorvale {
 // it. A document left unfinished (an error part-way) is discarded.
 // Failures throw RuntimeError.
 class Printer {
-public:
+  public:
     // The system's default printer, A4 portrait.
     static std::unique_ptr<Printer> defaultPrinter();
     // A PDF file, A4 portrait; the file is written only once something is drawn.
@@ -58,7 +58,7 @@ public:
     // Paper setup used for every target unless the user changes it.
     static void applyDefaultPageSetup(QPrinter &printer);
 
-private:
+  private:
     explicit Printer(std::unique_ptr<QPrinter> owned);
     void start();
     double toDeviceX(double twips) const;

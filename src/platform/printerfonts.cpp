@@ -23,9 +23,9 @@ void ensureCjkFontSubstitutes()
     }
     if (installed.isEmpty())
         return;
-    const QStringList designed = {QStringLiteral("宋体"), QStringLiteral("SimSun"),
+    const QStringList designed = {QStringLiteral("宋体"),     QStringLiteral("SimSun"),
                                   QStringLiteral("微软雅黑"), QStringLiteral("Microsoft YaHei"),
-                                  QStringLiteral("新宋体"), QStringLiteral("黑体")};
+                                  QStringLiteral("新宋体"),   QStringLiteral("黑体")};
     for (const QString &family : designed) {
         if (!QFontDatabase::hasFamily(family))
             QFont::insertSubstitutions(family, installed);

@@ -14,20 +14,18 @@ void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job
     Printer::applyDefaultPageSetup(device);
     QPrintPreviewDialog dialog(&device, parent);
     std::exception_ptr failure;
-    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                     [&](QPrinter *target) {
-                         if (failure)
-                             return;
-                         try {
-                             Printer printer(target);
-                             job(printer);
-                             printer.EndDoc();
-                         } catch (...) {
-                             failure = std::current_exception();
-                             QMetaObject::invokeMethod(&dialog, &QDialog::reject,
-                                                       Qt::QueuedConnection);
-                         }
-                     });
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter *target) {
+        if (failure)
+            return;
+        try {
+            Printer printer(target);
+            job(printer);
+            printer.EndDoc();
+        } catch (...) {
+            failure = std::current_exception();
+            QMetaObject::invokeMethod(&dialog, &QDialog::reject, Qt::QueuedConnection);
+        }
+    });
     dialog.exec();
     if (failure)
         std::rethrow_exception(failure);

@@ -10,8 +10,8 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 #include <cmath>
+#include <gtest/gtest.h>
 
 using namespace quorvale;
 
@@ -114,8 +114,8 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
         int dataRows;
         int pages;
     };
-    for (const Case &c : {Case{perPage - 1, 1}, Case{perPage, 1}, Case{perPage + 1, 2},
-                          Case{2 * perPage + 1, 3}}) {
+    for (const Case &c :
+         {Case{perPage - 1, 1}, Case{perPage, 1}, Case{perPage + 1, 2}, Case{2 * perPage + 1, 3}}) {
         SCOPED_TRACE(c.dataRows);
         fill(grid, c.dataRows);
         const Printed printed = printToPdf(grid, false, 0);
@@ -127,8 +127,8 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
                  {kCompany, kTitle, kSecond, QStringLiteral("列头0"), QStringLiteral("列头3"),
                   QStringLiteral("打印日期 ") + today,
                   QStringLiteral("第%1页 共%2页").arg(p + 1).arg(c.pages)}) {
-                EXPECT_TRUE(page.contains(expected)) << "page " << p + 1 << " lacks "
-                                                     << expected.toStdString();
+                EXPECT_TRUE(page.contains(expected))
+                    << "page " << p + 1 << " lacks " << expected.toStdString();
             }
             EXPECT_FALSE(page.contains(QStringLiteral("审核")));
         }
@@ -180,9 +180,9 @@ TEST(GridPrint, TableWiderThanThePaperAsksFirst)
         bool prints;
     };
     // Three columns; the last one takes up whatever makes the table the wanted width.
-    for (const Case &c : {Case{"exactly as wide", 0, vb::Yes, false, true},
-                          Case{"wider, Yes", 1, vb::Yes, true, false},
-                          Case{"wider, No", 1, vb::No, true, true}}) {
+    for (const Case &c :
+         {Case{"exactly as wide", 0, vb::Yes, false, true},
+          Case{"wider, Yes", 1, vb::Yes, true, false}, Case{"wider, No", 1, vb::No, true, true}}) {
         SCOPED_TRACE(c.name);
         FlexGrid grid;
         fill(grid, 2, 3);
@@ -232,7 +232,8 @@ TEST(GridPrint, AutoFitColumnsTakesTheWidestCell)
     QFont font(QStringLiteral("微软雅黑"));
     font.setPointSizeF(9);
     AutoFitColumns(grid, font);
-    EXPECT_EQ(grid.ColWidth(0), qRound(grid.TextWidth(QStringLiteral("一个更长的单元格文本"), font)));
+    EXPECT_EQ(grid.ColWidth(0),
+              qRound(grid.TextWidth(QStringLiteral("一个更长的单元格文本"), font)));
     EXPECT_EQ(grid.ColWidth(1), qRound(grid.TextWidth(QStringLiteral("很长很长的标题"), font)));
     EXPECT_EQ(grid.ColWidth(2), 0);
 }

@@ -15,8 +15,7 @@ namespace {
 
 double measured(const FlexGrid &grid, const QString &text)
 {
-    return QFontMetricsF(grid.font(), &grid).horizontalAdvance(text) * 1440.0 /
-           grid.logicalDpiX();
+    return QFontMetricsF(grid.font(), &grid).horizontalAdvance(text) * 1440.0 / grid.logicalDpiX();
 }
 
 QVariant shown(const FlexGrid &grid, int gridRow, int col, int role = Qt::DisplayRole)
@@ -77,13 +76,13 @@ TEST(FlexGrid, TextMatrixKeepsOnlyWhatWasWritten)
         QString text;
     };
     // Out of order, overwrites and clears, as the fill rules may do.
-    const QVector<Write> writes = {{3, 70, QStringLiteral("尾列")}, {3, 2, QStringLiteral("A")},
-                                   {3, 10, QStringLiteral("B")},    {3, 2, QStringLiteral("C")},
-                                   {3, 10, QString()},              {1, 0, QStringLiteral("0")}};
+    const QVector<Write> writes = {
+        {3, 70, QStringLiteral("尾列")}, {3, 2, QStringLiteral("A")}, {3, 10, QStringLiteral("B")},
+        {3, 2, QStringLiteral("C")},     {3, 10, QString()},          {1, 0, QStringLiteral("0")}};
     for (const Write &w : writes)
         grid.setTextMatrix(w.row, w.col, w.text);
     for (int col = 0; col < 71; ++col) {
-        const QString expected = col == 70 ? QStringLiteral("尾列")
+        const QString expected = col == 70  ? QStringLiteral("尾列")
                                  : col == 2 ? QStringLiteral("C")
                                             : QString();
         EXPECT_EQ(grid.TextMatrix(3, col), expected) << col;
@@ -262,8 +261,8 @@ TEST(FlexGrid, SizesAreTwipsAtTheWidgetDpi)
     QFont window(QStringLiteral("微软雅黑"));
     window.setPointSizeF(10.5);
     const QString text = QStringLiteral("计费周期起始日期 2024");
-    const double expected = QFontMetricsF(window, &grid).horizontalAdvance(text) * 1440.0 /
-                            grid.logicalDpiX();
+    const double expected =
+        QFontMetricsF(window, &grid).horizontalAdvance(text) * 1440.0 / grid.logicalDpiX();
     EXPECT_NEAR(grid.TextWidth(text, window), expected, 0.01);
     EXPECT_NEAR(grid.TextWidth(text), measured(grid, text), 0.01);
 }
