@@ -7,6 +7,7 @@
 #include "platform/runtimeerror.h"
 
 #include <QDate>
+#include <cmath>
 
 namespace quorvale {
 
@@ -179,8 +180,11 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
     table.rowPitch = grid.RowHeight(0) + kRowPitchExtra;
 
     const int dataRows = grid.Rows() - 1;
-    const int rowsPerPage =
-        int((printer.ScaleHeight() - headingHeight - bodyHeight - 4 * h) / table.rowPitch);
+    // Integer division of the classic kind: both sides rounded half to even first.
+    const qint64 room =
+        qint64(std::nearbyint(printer.ScaleHeight() - headingHeight - bodyHeight - 4 * h));
+    const qint64 pitch = qint64(std::nearbyint(table.rowPitch));
+    const int rowsPerPage = pitch > 0 ? int(room / pitch) : 0;
     int pageCount = 1;
     if (rowsPerPage < dataRows) {
         if (rowsPerPage < 1)

@@ -91,7 +91,8 @@ int rowsPerPage(const FlexGrid &grid)
     const double heading = LineHeight(*printer);
     const double body = BodyLineHeight(*printer);
     const double de = printer->TextHeight(QStringLiteral("的"));
-    return int((printer->ScaleHeight() - heading - body - 4 * de) / (grid.RowHeight(0) + 45));
+    return int(std::nearbyint(printer->ScaleHeight() - heading - body - 4 * de)) /
+           (grid.RowHeight(0) + 45);
 }
 
 double paperWidth()
