@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/connection.h"
+
+#include <QFont>
+#include <QStringList>
+#include <QVector>
+#include <functional>
+
+namespace quorvale {
+
+class FlexGrid;
+class Recordset;
+
+// Called after each chunk of rows reached the grid, with the rows added so far.
+using FillProgress = std::function<void(int rowsFilled)>;
+// Fills one grid row from the current record; row holds Cols() empty texts.
+using RowBuilder = std::function<void(const Recordset &record, QStringList &row)>;
+// Widens columns for one row before it reaches the grid: widths are the
+// columns' ColWidth in twips, gridRow the row number the row will get.
+using WidthRule = std::function<void(const QStringList &row, int gridRow, QVector<int> &widths)>;
+
+// The fill engine every report shares: rows are built as texts and handed to
+// the grid in chunks, so a large result neither repaints per cell nor
+// freezes the window between chunks. Rows built before a failing record
+// always reach the grid before the error travels on.
+class GridFill {
+public:
+    static constexpr int DefaultChunkRows = 2000;
+
+    explicit GridFill(FlexGrid &grid, FillProgress progress = {},
+                      int chunkRows = DefaultChunkRows);
+    ~GridFill();
+    GridFill(const GridFill &) = delete;
+    GridFill &operator=(const GridFill &) = delete;
+
+    FlexGrid &grid() const { return m_grid; }
+    void setWidthRule(WidthRule rule);
+
+    // Drops every row below the header (Rows = 1).
+    void reset();
+    // Opens the statement forward-only and read-only and adds one row per
+    // record. Database and row errors are thrown as RuntimeError.
+    void run(const ConnectionPtr &connection, const QString &statement,
+             const RowBuilder &build);
+    // Adds one built row; a full chunk goes to the grid.
+    void add(QStringList row);
+    // Hands the pending rows and any widened columns to the grid.
+    void flush();
+
+    int rowsAdded() const { return m_rowsAdded; }
+    int cols() const { return m_cols; }
+
+private:
+    FlexGrid &m_grid;
+    FillProgress m_progress;
+    int m_chunkRows;
+    int m_cols;
+    int m_rowsAdded = 0;
+    QVector<QStringList> m_pending;
+    WidthRule m_widthRule;
+    QVector<int> m_widths;
+    bool m_widthsChanged = false;
+};
+
+// The widening rule of the finance windows, measured on the row being added:
+// when a cell's text width + testMargin exceeds the column's width, the
+// column becomes text width + setMargin. Text widths are measured once per
+// distinct text in the given font.
+WidthRule widenToRowTexts(const FlexGrid &grid, const QFont &font, int testMargin,
+                          int setMargin);
+
+} // namespace quorvale
