@@ -1,0 +1,76 @@
+#include "reports/financereport.h"
+
+#include "platform/flexgrid.h"
+#include "reports/financecolumnfit.h"
+#include "reports/financereporttraits.h"
+#include "reports/financerows.h"
+#include "reports/financestatements.h"
+
+namespace quorvale {
+
+void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
+                          const ReportParams &params, FlexGrid &grid, GridFill &fill)
+{
+    const FinanceReportTraits &traits = financeTraits(kind);
+    const QStringList statements = financeStatements(kind, params);
+    fill.reset();
+    fill.setWidthRule(financeColumnFit(traits.fit, grid, grid.font()));
+
+    const bool newRowCurrent = traits.fit == ColumnFit::NewRow;
+    if (newRowCurrent)
+        grid.setRedraw(false);
+    // The last row added is the current one, even when a record fails;
+    // drawing is resumed only at the end of the records, as designed.
+    const auto makeLastRowCurrent = [&] {
+        if (newRowCurrent && grid.Rows() > 1)
+            grid.setRow(grid.Rows() - 1);
+    };
+    try {
+        for (const QString &statement : statements)
+            fill.run(connection, statement, FinanceRowBuilder(kind));
+    } catch (...) {
+        makeLastRowCurrent();
+        throw;
+    }
+    makeLastRowCurrent();
+    if (newRowCurrent)
+        grid.setRedraw(true);
+}
+
+ReportDefinition financeReportDefinition(FinanceReportKind kind)
+{
+    const FinanceReportTraits &traits = financeTraits(kind);
+    ReportDefinition definition;
+    definition.windowName = traits.windowName;
+    definition.caption = traits.windowName.mid(3);
+    definition.gridName = QStringLiteral("MSHFlexGrid1");
+    definition.formatString = traits.heading;
+    definition.headerAtLoad = traits.headingAtLoad;
+    definition.officeStyle = OfficeQueryStyle::Finance;
+    definition.compute = [kind](const ConnectionPtr &connection, const ReportParams &params,
+                                FlexGrid &grid, GridFill &fill) {
+        computeFinanceReport(kind, connection, params, grid, fill);
+    };
+    definition.exportVariant = ExportWindow::Variant::Finance;
+    definition.exportTitleSuffix = traits.titleSuffix;
+    definition.exportTemplate = traits.sheetName;
+    return definition;
+}
+
+void setFinanceHeading(FinanceReportKind kind, FlexGrid &grid)
+{
+    grid.setRows(1);
+    grid.setFormatString(financeTraits(kind).heading);
+}
+
+FinanceCheck runFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
+                              const ReportParams &params, FlexGrid &grid,
+                              const FillProgress &progress)
+{
+    const FinanceCheck check = checkFinanceInput(kind, params);
+    if (check.proceeds())
+        computeReport(financeReportDefinition(kind), connection, params, grid, progress);
+    return check;
+}
+
+} // namespace quorvale

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "reports/financecheck.h"
+#include "reports/financereportkind.h"
+#include "reports/reportdefinition.h"
+
+namespace quorvale {
+
+class FlexGrid;
+
+// A finance report's query procedure without its window: empties the grid
+// to its heading row, runs the report's statements one after the other and
+// appends their rows, widening columns by the report's rule. Rows already
+// added stay when a statement fails; the error travels on.
+void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
+                          const ReportParams &params, FlexGrid &grid, GridFill &fill);
+
+// The report as the skeleton, the registry and the batch export know it.
+ReportDefinition financeReportDefinition(FinanceReportKind kind);
+
+// Gives a grid that no window has loaded the report's heading, as the
+// window's design and load would.
+void setFinanceHeading(FinanceReportKind kind, FlexGrid &grid);
+
+// The batch export's entry: the window's checks in their order, then the
+// compute when they pass. A refusal carries the message the window shows;
+// the grid is untouched unless the result proceeds.
+FinanceCheck runFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
+                              const ReportParams &params, FlexGrid &grid,
+                              const FillProgress &progress = {});
+
+} // namespace quorvale
