@@ -1,7 +1,31 @@
-#include <QApplication>
+#include "platform/application.h"
+#include "platform/toplevelhandler.h"
+#include "reports/reportregistry.h"
+#include "session/dbconnection.h"
+#include "session/frmlogin.h"
+
+#include <QGuiApplication>
+#include <QPointer>
+#include <QScreen>
 
 int main(int argc, char **argv)
 {
-    QApplication app(argc, argv);
-    return 0;
+    quorvale::Application app(argc, argv);
+    quorvale::registerReportWindows();
+
+    quorvale::runGuarded([&] {
+        auto *login = new quorvale::FrmLogin;
+        login->setAttribute(Qt::WA_DeleteOnClose);
+        QPointer<quorvale::FrmLogin> guard = login;
+        if (login->load(quorvale::commandLineText(app.arguments())) && guard) {
+            login->adjustSize();
+            if (const QScreen *screen = QGuiApplication::primaryScreen())
+                login->move(screen->availableGeometry().center() - login->rect().center());
+            login->show();
+        }
+    });
+    const int status = app.exec();
+    // Released while Qt's database layer is still alive.
+    quorvale::DbConn.reset();
+    return status;
 }

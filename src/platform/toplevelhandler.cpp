@@ -31,17 +31,26 @@ void reportUnhandledError(const RuntimeError &error)
     endProgram(1);
 }
 
-bool runGuarded(const std::function<void()> &code)
+void reportCurrentException()
 {
     try {
-        code();
-        return true;
+        throw;
     } catch (const RuntimeError &e) {
         reportUnhandledError(e);
     } catch (const std::exception &e) {
         reportUnhandledError(RuntimeError(InternalError, QString::fromLocal8Bit(e.what())));
     } catch (...) {
         reportUnhandledError(RuntimeError(InternalError, QStringLiteral("内部错误")));
+    }
+}
+
+bool runGuarded(const std::function<void()> &code)
+{
+    try {
+        code();
+        return true;
+    } catch (...) {
+        reportCurrentException();
     }
     return false;
 }

@@ -14,6 +14,9 @@ QString runtimeErrorText(int number, const QString &description);
 // process with a non-zero status.
 void reportUnhandledError(const RuntimeError &error);
 
+// Inside a catch block: reports the error being handled as unhandled.
+void reportCurrentException();
+
 // Runs a piece of start-up or event code; any error escaping it is reported
 // as unhandled. Returns false when an error was reported.
 bool runGuarded(const std::function<void()> &code);

@@ -160,7 +160,7 @@ QImage drawMainBackground(const QSize &size)
     base.setColorAt(1, QColor(0xd9, 0xe3, 0xee));
     p.fillRect(img.rect(), base);
 
-    drawHatch(p, size, QColor(0x5a, 0x74, 0x94, 10), 14);
+    drawHatch(p, size, QColor(0x5a, 0x74, 0x94, 13), 14);
 
     // Two soft light pools give the flat gradient some depth.
     for (const auto &[centre, radius, alpha] :
