@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <vector>
 
@@ -51,8 +53,9 @@ private:
     Workbook();
     void load();
     void loadNew();
-    void readSheetList();
-    void rewriteSheetEntry(Worksheet &sheet);
+    void readParts();
+    void addPart(const QString &part, const char *relType, const char *contentType);
+    void dropCalcChain();
     QString uniqueDefaultName() const;
 
     QString m_path;
@@ -64,10 +67,15 @@ private:
     QString m_workbookRelsPart; // e.g. "xl/_rels/workbook.xml.rels"
     QString m_stylesPart;
     QString m_stringsPart;
+    QString m_calcChainPart;
+    QByteArray m_relPrefix; // prefix bound to the relationships namespace in workbook.xml
+    bool m_relNsDeclared = false;
+    QHash<const Worksheet *, QByteArray> m_relIds;
+    QStringList m_otherSheetNames; // chart and dialog sheets: names taken, not worksheets
     QByteArray m_workbookXml;
     QByteArray m_relsXml;
     QByteArray m_contentTypesXml;
-    bool m_workbookDirty = false;
+    bool m_partsDirty = false;
 };
 
 } // namespace quorvale::xlsx

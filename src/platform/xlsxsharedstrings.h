@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <vector>
+
+namespace quorvale::xlsx {
+
+class ByteSink;
+
+// The shared string table. Repeated report texts (office, building, fee
+// names) are stored once, which keeps the sheet XML and its compression
+// small. Existing entries are kept as they are; new ones are appended.
+class SharedStrings {
+public:
+    SharedStrings() = default;
+    explicit SharedStrings(QByteArray existingXml);
+
+    quint32 add(const QString &text);
+    bool isModified() const { return !m_added.empty(); }
+    void write(ByteSink &sink) const;
+
+private:
+    QByteArray m_xml;
+    QByteArray m_prefix;
+    qsizetype m_rootBegin = -1, m_rootStartEnd = -1, m_closeBegin = -1;
+    quint32 m_existing = 0;
+    std::vector<QString> m_added;
+    QHash<QString, quint32> m_index;
+};
+
+} // namespace quorvale::xlsx

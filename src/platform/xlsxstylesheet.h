@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <vector>
+
+namespace quorvale::xlsx {
+
+// A cell format wanted for one cell: its current format plus what the
+// written value and the formatting calls change. -1 / 0 mean "keep".
+struct StyleRequest {
+    quint32 baseXf = 0;
+    qint8 numFmt = 0;      // 1 date, 2 date and time (only over General)
+    qint8 quotePrefix = -1;
+    qint8 horizontal = -1; // index into StyleSheet::horizontalNames
+    qint8 vertical = -1;   // index into StyleSheet::verticalNames
+    qint8 border = -1;     // 0 none, 1 thin on all four sides
+    double fontSize = 0;
+
+    bool keepsBase() const
+    {
+        return numFmt == 0 && quotePrefix < 0 && horizontal < 0 && vertical < 0 && border < 0 &&
+               fontSize == 0;
+    }
+    bool operator==(const StyleRequest &) const = default;
+};
+
+size_t qHash(const StyleRequest &request, size_t seed = 0) noexcept;
+
+// styles.xml: new fonts, borders, number formats and cell formats are appended
+// after the existing ones, which keep their positions and bytes.
+class StyleSheet {
+public:
+    static const char *const horizontalNames[];
+    static const char *const verticalNames[];
+
+    explicit StyleSheet(QByteArray xml); // throws when the part is unusable
+    static QByteArray defaultXml();
+
+    // Index of a cellXfs entry with the request applied (appended if new).
+    quint32 resolve(const StyleRequest &request);
+    bool isModified() const;
+    QByteArray toXml() const;
+    quint32 xfCount() const { return quint32(m_xfs.items.size()); }
+
+private:
+    struct Collection {
+        QByteArray localName;
+        qsizetype begin = -1;     // start tag of the container
+        qsizetype startEnd = -1;  // one past its start tag
+        qsizetype closeBegin = -1; // its end tag, or -1 when self-closing
+        qsizetype end = -1;       // one past the container
+        std::vector<QByteArray> items;
+        size_t originalCount = 0;
+        QHash<QByteArray, int> byText;
+    };
+    void parseCollection(Collection &c, qsizetype begin, qsizetype end);
+    int addItem(Collection &c, const QByteArray &text);
+    QByteArray tag(const char *local) const { return m_prefix + local; }
+    int fontWithSize(int fontId, double size);
+    int borderFor(int borderId, bool thin);
+    int dateTimeFormat();
+    QByteArray collectionXml(const Collection &c) const;
+
+    QByteArray m_xml;
+    QByteArray m_prefix;
+    qsizetype m_rootStartEnd = 0;
+    Collection m_numFmts, m_fonts, m_borders, m_xfs;
+    QHash<StyleRequest, quint32> m_resolved;
+    QHash<quint64, int> m_fontSizes;
+    QHash<int, int> m_thinBorders;
+    int m_dateTimeFormat = -1;
+};
+
+} // namespace quorvale::xlsx

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+#include <optional>
+
+namespace quorvale::xlsx {
+
+// One tag found by scanning XML text. Parts we edit are spliced as text so
+// that everything we do not understand survives unchanged.
+struct XmlTag {
+    qsizetype begin = 0; // '<'
+    qsizetype end = 0;   // one past '>'
+    QByteArrayView name; // qualified name as written
+    bool closing = false;
+    bool selfClosing = false;
+    QByteArrayView localName() const;
+    QByteArrayView prefix() const; // "x:" or empty
+};
+
+// Small text-level XML helpers shared by the package parts.
+class XmlText {
+public:
+    // Next start or end tag at or after pos; comments, declarations and
+    // processing instructions are skipped. False at the end of the text.
+    static bool nextTag(QByteArrayView text, qsizetype &pos, XmlTag &tag);
+    // Position one past the end of the element whose start tag is given.
+    static qsizetype elementEnd(QByteArrayView text, const XmlTag &start);
+    // Attribute value (unescaped) of a start tag's text, by qualified name.
+    static std::optional<QByteArray> attribute(QByteArrayView tagText, QByteArrayView name);
+    // Start tag text with the attribute set (escaped) or removed.
+    static QByteArray setAttribute(QByteArrayView tagText, QByteArrayView name,
+                                   QByteArrayView value);
+    static QByteArray removeAttribute(QByteArrayView tagText, QByteArrayView name);
+    static QByteArray escape(const QString &text);
+    static QString unescape(QByteArrayView text);
+    // Cell reference helpers: "AB12" <-> (row 12, column 28).
+    static bool parseCellRef(QByteArrayView ref, int &row, int &col);
+    static QByteArray columnName(int col);
+    static QByteArray cellRef(int row, int col);
+};
+
+} // namespace quorvale::xlsx

@@ -1,0 +1,130 @@
+"""Independent reader and fixture maker for the workbook tests (openpyxl).
+
+  xlsx_tool.py dump PATH      -> JSON: sheets, cells, formats, widths, merges, zip entries
+  xlsx_tool.py fixture PATH   -> an existing workbook with charts, formulas, a calc chain,
+                                 defined names, merges and a custom part
+"""
+import datetime
+import hashlib
+import json
+import sys
+import zipfile
+
+import openpyxl
+from openpyxl.chart import BarChart, Reference
+from openpyxl.formatting.rule import CellIsRule
+from openpyxl.styles import Font, PatternFill
+from openpyxl.workbook.defined_name import DefinedName
+
+
+def value_json(v):
+    if isinstance(v, (datetime.datetime, datetime.date)):
+        return v.isoformat()
+    return v
+
+
+def border_json(b):
+    return [b.left.style, b.right.style, b.top.style, b.bottom.style]
+
+
+def dump(path):
+    wb = openpyxl.load_workbook(path)
+    out = {"sheets": wb.sheetnames, "data": {}, "entries": {}}
+    for ws in wb.worksheets:
+        cells = {}
+        for row in ws.iter_rows():
+            for c in row:
+                if c.value is None and not c.has_style:
+                    continue
+                cells[c.coordinate] = {
+                    "value": value_json(c.value),
+                    "type": c.data_type,
+                    "format": c.number_format,
+                    "isDate": getattr(c, "is_date", False),
+                    "quotePrefix": bool(c.quotePrefix),
+                    "size": c.font.sz,
+                    "bold": bool(c.font.b),
+                    "h": c.alignment.horizontal,
+                    "v": c.alignment.vertical,
+                    "border": border_json(c.border),
+                }
+        widths = {k: d.width for k, d in ws.column_dimensions.items() if d.customWidth}
+        out["data"][ws.title] = {
+            "cells": cells,
+            "widths": widths,
+            "merges": sorted(str(r) for r in ws.merged_cells.ranges),
+            "conditional": sorted(str(r.sqref) for r in ws.conditional_formatting),
+        }
+    with zipfile.ZipFile(path) as z:
+        for info in z.infolist():
+            data = z.read(info.filename)
+            out["entries"][info.filename] = {
+                "sha": hashlib.sha256(data).hexdigest(),
+                "csize": info.compress_size,
+                "text": data.decode("utf-8", "replace") if len(data) < 200000 else "",
+            }
+    json.dump(out, sys.stdout, ensure_ascii=False)
+
+
+def fixture(path):
+    wb = openpyxl.Workbook()
+    data = wb.active
+    data.title = "Data"
+    for r in range(1, 6):
+        data.cell(r, 1, f"item{r}")
+        data.cell(r, 2, r * 10)
+    data["B6"] = "=SUM(B1:B5)"
+    data["A1"].font = Font(bold=True, size=13)
+    data["C2"].fill = PatternFill("solid", fgColor="FFFF00")
+    data.merge_cells("F1:G1")
+    data["F1"] = "merged"
+    data.column_dimensions["A"].width = 30
+    chart = BarChart()
+    chart.add_data(Reference(data, min_col=2, min_row=1, max_row=5))
+    data.add_chart(chart, "H2")
+
+    other = wb.create_sheet("Other")
+    other["A1"] = "other sheet"
+    other["A2"] = 3.5
+
+    report = wb.create_sheet("报表")
+    report["A1"] = "old header"
+    report["B2"] = "old"
+    report["C3"] = "=1+2"
+    report["H20"] = "keep me"
+    report["A30"] = 42
+    report["Z1"] = "row one far"
+    report.merge_cells("J1:K2")
+    report.conditional_formatting.add(
+        "H1:H5", CellIsRule(operator="greaterThan", formula=["5"], font=Font(color="FF0000")))
+    wb.defined_names.append(DefinedName("Totals", attr_text="Data!$B$1:$B$5"))
+    wb.save(path)
+
+    # openpyxl writes neither a calculation chain nor custom parts: add them.
+    with zipfile.ZipFile(path) as z:
+        items = [(i, z.read(i.filename)) for i in z.infolist()]
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as z:
+        for info, content in items:
+            if info.filename == "[Content_Types].xml":
+                content = content.replace(
+                    b"</Types>",
+                    b'<Override PartName="/xl/calcChain.xml" ContentType="application/'
+                    b'vnd.openxmlformats-officedocument.spreadsheetml.calcChain+xml"/>'
+                    b'<Override PartName="/customXml/item1.xml" ContentType="application/xml"/>'
+                    b"</Types>")
+            elif info.filename == "xl/_rels/workbook.xml.rels":
+                content = content.replace(
+                    b"</Relationships>",
+                    b'<Relationship Id="rId99" Type="http://schemas.openxmlformats.org/'
+                    b'officeDocument/2006/relationships/calcChain" Target="calcChain.xml"/>'
+                    b"</Relationships>")
+            z.writestr(info, content)
+        z.writestr("xl/calcChain.xml",
+                   '<?xml version="1.0" encoding="UTF-8" standalone="yes"?>\n'
+                   '<calcChain xmlns="http://schemas.openxmlformats.org/spreadsheetml/2006/main">'
+                   '<c r="B6" i="1"/><c r="C3" i="3"/></calcChain>')
+        z.writestr("customXml/item1.xml", "<quorvale-test>custom part</quorvale-test>")
+
+
+if __name__ == "__main__":
+    {"dump": dump, "fixture": fixture}[sys.argv[1]](sys.argv[2])

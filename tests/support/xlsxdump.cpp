@@ -1,0 +1,44 @@
+#include "support/xlsxdump.h"
+
+#include <QFile>
+#include <QJsonDocument>
+#include <QProcess>
+#include <stdexcept>
+
+namespace quorvale::testing {
+
+namespace {
+
+QByteArray runTool(const QString &command, const QString &path)
+{
+    const QString python = QStringLiteral("/usr/bin/python3");
+    if (!QFile::exists(python))
+        throw std::runtime_error("/usr/bin/python3 is missing: install python3-openpyxl");
+    const QString script =
+        qEnvironmentVariable("QUORVALE_SOURCE_DIR") + QStringLiteral("/tests/platform/xlsx_tool.py");
+    QProcess process;
+    process.start(python, {script, command, path});
+    if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit ||
+        process.exitCode() != 0)
+        throw std::runtime_error("openpyxl reader failed (is python3-openpyxl installed?): " +
+                                 process.readAllStandardError().toStdString());
+    return process.readAllStandardOutput();
+}
+
+} // namespace
+
+QJsonObject dumpWorkbook(const QString &path)
+{
+    QJsonParseError error;
+    const QJsonDocument doc = QJsonDocument::fromJson(runTool(QStringLiteral("dump"), path), &error);
+    if (error.error != QJsonParseError::NoError)
+        throw std::runtime_error("unreadable dump: " + error.errorString().toStdString());
+    return doc.object();
+}
+
+void makeWorkbookFixture(const QString &path)
+{
+    runTool(QStringLiteral("fixture"), path);
+}
+
+} // namespace quorvale::testing

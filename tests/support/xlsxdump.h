@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+namespace quorvale::testing {
+
+// Reads a workbook back with an independent reader (openpyxl under Debian's
+// /usr/bin/python3): sheets, cells with types, formats, fonts, alignment,
+// borders, widths, merges, and every zip entry's content hash. Throws (so
+// the test fails) when the reader is missing or cannot read the file.
+QJsonObject dumpWorkbook(const QString &path);
+
+// Writes an existing-style workbook (three sheets, chart, formulas, calc
+// chain, defined name, merges, conditional format, custom part).
+void makeWorkbookFixture(const QString &path);
+
+} // namespace quorvale::testing
