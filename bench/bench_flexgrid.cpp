@@ -1,7 +1,7 @@
 // Grid fill and print timings at report sizes: 100,000 rows of the 71-column
 // customer layout (a fifth of the cells filled), filled the way the report
 // windows do it and in one bulk append, plus printing a long grid to PDF.
-// Usage: flexgridfill_bench [rows]   (run with QT_QPA_PLATFORM=offscreen)
+// Usage: bench_flexgrid [rows]   (run with QT_QPA_PLATFORM=offscreen)
 
 #include "output/gridprint.h"
 #include "platform/flexgrid.h"
