@@ -1,0 +1,248 @@
+#include "customerfixture.h"
+
+#include "platform/runtimeerror.h"
+#include "platform/vb.h"
+#include "reports/customerreports.h"
+#include "reports/frm收款日报表.h"
+#include "reports/frm车位基础表.h"
+
+#include <QDate>
+
+namespace quorvale {
+namespace {
+
+class PropertyCustomers : public CustomerFixture {
+protected:
+    void building(int id, const QVariantList &parts, const QString &officeCode = "01")
+    {
+        FixtureDb::Values v = {{"L_ID", id}, {"管理处", officeCode}};
+        const QStringList names = {"地址1", "字1", "地址2", "字2", "地址3", "字3", "地址4", "字4"};
+        for (int i = 0; i < parts.size(); ++i)
+            v.emplace_back(names[i], parts[i]);
+        db.insert("楼表", v);
+    }
+    void room(int id, int buildingId, const QVariant &number, const QVariant &area = QVariant(),
+              const QVariant &kind = QVariant())
+    {
+        db.insert("室表", {{"S_ID", id}, {"L_ID", buildingId}, {"室", number},
+                           {"建筑面积", area}, {"房屋性质", kind}});
+    }
+    void owner(int account, int roomId, const QString &name, const QString &note,
+               const QVariant &movedIn = QVariant(), const QVariant &phone = QVariant())
+    {
+        db.insert("业主表", {{"ZH_ID", account}, {"S_ID", roomId}, {"姓名", name},
+                             {"移动电话", phone}, {"进户日期", movedIn}, {"说明", note}});
+    }
+    // Runs "统计" for office 01 and returns the rows keyed by room number.
+    QHash<QString, QStringList> compute(frm收款日报表 *w)
+    {
+        choose(w, "01");
+        w->ReportCommand(ReportWindow::Compute);
+        QHash<QString, QStringList> byRoom;
+        for (const QStringList &row : rows(*w->grid()))
+            byRoom.insert(row[10], row);
+        return byRoom;
+    }
+};
+
+TEST_F(PropertyCustomers, StatementIsTheDesignedTextAndDoublesQuotes)
+{
+    const QString expected = QStringLiteral(
+        "Select Case When 楼表.地址1 Is Not Null Then 楼表.地址1 Else '' End +  Case When 楼表.字1 Is "
+        "Not Null Then 楼表.字1 Else '' End +  Case When 楼表.地址2 Is Not Null Then 楼表.地址2 Else "
+        "'' End +  Case When 楼表.字2 Is Not Null Then 楼表.字2 Else '' End +  Case When 楼表.地址3 "
+        "Is Not Null Then 楼表.地址3 Else '' End +  Case When 楼表.字3 Is Not Null Then 楼表.字3 Else "
+        "'' End +  Case When 楼表.地址4 Is Not Null Then 楼表.地址4 Else '' End +  Case When 楼表.字4 "
+        "Is Not Null Then 楼表.字4 Else '' End AS "
+        "DZ,设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,室表.建筑面积, "
+        "FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期 FROM 楼表 INNER JOIN 室表 ON 楼表.L_ID = "
+        "室表.L_ID INNER JOIN 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 left JOIN 业主表 ON "
+        "室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' left JOIN FWXZK ON FWXZK.FWXZ_dh = "
+        "室表.房屋性质  Where 设置管理处.GYD_DH ='07'  ORDER BY  LEN(楼表.地址1), 楼表.地址1, "
+        "LEN(楼表.地址2), 楼表.地址2, LEN(楼表.地址3), 楼表.地址3, LEN(楼表.地址4), "
+        "楼表.地址4,len(室表.室),室表.室");
+    EXPECT_EQ(propertyCustomerStatement("07"), expected);
+    EXPECT_TRUE(propertyCustomerStatement("O'Neil").contains("GYD_DH ='O''Neil' "));
+}
+
+TEST_F(PropertyCustomers, FillsRoomsWithFloorsAddressKindAndCurrentOwner)
+{
+    office("01", "一区");
+    db.insert("FWXZK", {{"FWXZ_dh", "Z"}, {"FWXZ_xz", "住宅"}});
+    building(1, {"幸福", "小区", QVariant(), QVariant(), "3", "栋"});
+    struct Case {
+        int id;
+        QString room;
+        QString floor;
+    };
+    const QList<Case> cases = {{1, "12", "1"},     {2, "101", "1"},    {3, "1001", "10"},
+                               {4, "0502", "5"},   {5, "B203", "1"},   {6, "0012", "1"},
+                               {7, "30105", "301"}};
+    for (const Case &c : cases)
+        room(c.id, 1, c.room, 85.5, "Z");
+    owner(10, 1, "前业主", "迁出");
+    owner(11, 2, "前业主", "迁出");
+    owner(12, 2, "李四", "新进户", QDate(2024, 3, 1), "13800000000");
+
+    auto *w = open<frm收款日报表>();
+    const auto byRoom = compute(w);
+    ASSERT_EQ(w->grid()->Rows(), 1 + int(cases.size()));
+    EXPECT_EQ(w->grid()->Cols(), 71);
+    for (const Case &c : cases)
+        EXPECT_EQ(byRoom.value(c.room).value(9), c.floor) << c.room.toStdString();
+
+    const QStringList withOwner = byRoom.value("101");
+    EXPECT_EQ(withOwner[0], "一区");
+    EXPECT_EQ(withOwner[1], "01");
+    EXPECT_EQ(withOwner[2], "一区");
+    EXPECT_EQ(withOwner[4], "幸福小区3栋");
+    EXPECT_EQ(withOwner[13], "85.5");
+    EXPECT_EQ(withOwner[15], "个人客户");
+    EXPECT_EQ(withOwner[16], "李四");
+    EXPECT_EQ(withOwner[20], "住宅");
+    EXPECT_EQ(withOwner[22], "13800000000");
+    EXPECT_EQ(withOwner[49], "2024-03-01");
+    EXPECT_EQ(withOwner[52], "2024-03-01");
+
+    // Room 12 had only a former owner: the row stands without a customer.
+    const QStringList formerOnly = byRoom.value("12");
+    EXPECT_EQ(formerOnly[15], "");
+    EXPECT_EQ(formerOnly[16], "");
+    EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(PropertyCustomers, RoomsSortByLengthAndNullRoomLandsOnFloorOne)
+{
+    office("01", "一区");
+    building(1, {"10", "栋"});
+    building(2, {"2", "栋"});
+    room(1, 1, "101");
+    room(2, 2, "1001");
+    room(3, 2, "201");
+    room(4, 2, QVariant());
+    auto *w = open<frm收款日报表>();
+    compute(w);
+    const auto got = rows(*w->grid());
+    ASSERT_EQ(got.size(), 4);
+    QStringList order;
+    for (const QStringList &row : got)
+        order << row[4] + "/" + row[10] + "/" + row[9];
+    EXPECT_EQ(order, QStringList({"2栋//1", "2栋/201/2", "2栋/1001/10", "10栋/101/1"}));
+}
+
+TEST_F(PropertyCustomers, OverflowingRoomEndsTheComputeKeepingEarlierRows)
+{
+    office("01", "一区");
+    building(1, {"1", "栋"});
+    building(2, {"2", "栋"});
+    room(1, 1, "101");
+    room(2, 1, "102");
+    room(3, 1, "100000");
+    room(4, 2, "201");
+    QString overflow;
+    try {
+        vbrt::CInt(100000);
+    } catch (const RuntimeError &e) {
+        overflow = e.description();
+    }
+
+    auto *w = open<frm收款日报表>();
+    compute(w);
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0].title, overflow);
+    EXPECT_EQ(boxes[0].style, vb::Information);
+    const auto got = rows(*w->grid());
+    ASSERT_EQ(got.size(), 2);
+    EXPECT_EQ(got[0][10], "101");
+    EXPECT_EQ(got[1][10], "102");
+    // The window stays usable.
+    EXPECT_FALSE(w->isBusy());
+    EXPECT_TRUE(w->command1(ReportWindow::Compute)->isEnabled());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+class ParkingCustomers : public CustomerFixture {
+protected:
+    void space(int id, const QString &number, const QVariant &owner, const QVariant &charged,
+               const QVariant &application)
+    {
+        db.insert("车位说明表", {{"ID", id},
+                                 {"管理处", "01"},
+                                 {"车库编号", "G1"},
+                                 {"车位编号", number},
+                                 {"产权人", owner},
+                                 {"计费日期", charged},
+                                 {"DJ_ID", application}});
+    }
+    void application(int id, const QString &number, const QString &name, const QDate &date,
+                     const QVariant &settled)
+    {
+        db.insert("车位申请登记表", {{"登记ID", id},
+                                     {"管理处", "01"},
+                                     {"车库编号", "G1"},
+                                     {"车位编号", number},
+                                     {"车主姓名", name},
+                                     {"登记日期", date},
+                                     {"结账日期", settled}});
+    }
+};
+
+TEST_F(ParkingCustomers, StatementIsTheDesignedTextAndDoublesQuotes)
+{
+    const QString expected = QStringLiteral(
+        "SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,"
+        "车位说明表.车位编号,车位说明表.产权类别,车位说明表.计费日期,车位申请登记表.登记日期,"
+        "车位说明表.产权人,车位申请登记表.车主姓名 FROM 车库名 INNER JOIN 车位说明表 ON "
+        "车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 INNER JOIN "
+        "设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 left join  车位申请登记表 ON "
+        "车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 = 车位申请登记表.管理处 "
+        "and 车位说明表.车位编号 = 车位申请登记表.车位编号 and 车位说明表.DJ_ID = "
+        "车位申请登记表.登记ID and 车位申请登记表.结账日期 is null Where 车库名.管理处 ='07'  order "
+        "by 车位说明表.车库编号,车位说明表.车位编号");
+    EXPECT_EQ(parkingCustomerStatement("07"), expected);
+    EXPECT_TRUE(parkingCustomerStatement("a'b").contains("管理处 ='a''b' "));
+}
+
+TEST_F(ParkingCustomers, NamesAndDatesComeFromTheOpenApplicationElseTheSpace)
+{
+    office("01", "一区");
+    db.insert("车库名", {{"管理处", "01"}, {"车库编号", "G1"}, {"车库名", "北库"}});
+    const QDate charged(2023, 5, 6);
+    space(1, "A01", "产权甲", charged, 100); // open application
+    application(100, "A01", "申请人", QDate(2024, 1, 2), QVariant());
+    space(2, "A02", "产权乙", charged, 200); // application settled
+    application(200, "A02", "旧申请人", QDate(2022, 1, 2), QDate(2023, 1, 1));
+    space(3, "A03", QVariant(), QVariant(), QVariant());
+    space(4, "A04", QVariant(), charged, 300); // application of another space number
+    application(300, "B99", "别处", QDate(2024, 2, 2), QVariant());
+
+    auto *w = open<frm车位基础表>();
+    choose(w, "01");
+    w->ReportCommand(ReportWindow::Compute);
+    EXPECT_EQ(w->grid()->Cols(), 64);
+    const auto got = rows(*w->grid());
+    ASSERT_EQ(got.size(), 4);
+    struct Expect {
+        QString space, customer, name, date;
+    };
+    const QList<Expect> expected = {{"A01", "个人客户", "申请人", "2024-01-02"},
+                                    {"A02", "个人客户", "产权乙", "2023-05-06"},
+                                    {"A03", "", "", ""},
+                                    {"A04", "", "", "2023-05-06"}};
+    for (int i = 0; i < expected.size(); ++i) {
+        const QStringList &row = got[i];
+        EXPECT_EQ(row[0], "一区");
+        EXPECT_EQ(row[1], "01");
+        EXPECT_EQ(row[3], "G1");
+        EXPECT_EQ(row[4], "北库");
+        EXPECT_EQ(row[7], expected[i].space);
+        EXPECT_EQ(row[9], expected[i].customer) << i;
+        EXPECT_EQ(row[10], expected[i].name) << i;
+        EXPECT_EQ(row[38], expected[i].date) << i;
+        EXPECT_EQ(row[42], expected[i].date) << i;
+        EXPECT_EQ(row[8], "");
+    }
+}
+
+} // namespace
+} // namespace quorvale

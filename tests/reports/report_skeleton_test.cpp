@@ -1,0 +1,303 @@
+#include "customerfixture.h"
+
+#include "output/exportwindow.h"
+#include "output/gridprint.h"
+#include "platform/printer.h"
+#include "platform/vb.h"
+#include "reports/frm收款日报表.h"
+#include "reports/frm车位基础表.h"
+#include "reports/officelist.h"
+
+#include <QDate>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QProcess>
+#include <QPushButton>
+#include <QSqlDriver>
+#include <QTemporaryDir>
+#include <QTest>
+#include <sqlite3.h>
+
+namespace quorvale {
+namespace {
+
+class ReportSkeleton : public CustomerFixture {
+protected:
+    // Office 01 with `count` rooms numbered 101, 102, ...
+    void officeWithRooms(int count, const QVariant &commercial = 0)
+    {
+        office("01", "一区", commercial);
+        db.insert("楼表", {{"L_ID", 1}, {"管理处", "01"}, {"地址1", "1"}, {"字1", "栋"}});
+        QList<QVariantList> rooms;
+        for (int i = 1; i <= count; ++i)
+            rooms.append({i, 1, QString::number(100 + i)});
+        db.insertRows("室表", {"S_ID", "L_ID", "室"}, rooms);
+    }
+
+    static QStringList items(const ReportWindow *w)
+    {
+        QStringList out;
+        for (int i = 0; i < w->combo1()->count(); ++i)
+            out << w->combo1()->itemText(i) + "=" + w->combo1()->itemData(i).toString();
+        return out;
+    }
+
+    static void clickRow(FlexGrid *grid, int row)
+    {
+        // The header row sits in the horizontal header, so data row r is model row r - 1.
+        const QModelIndex index = grid->model()->index(row - 1, 1);
+        grid->scrollTo(index);
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(index).center());
+    }
+};
+
+TEST(OfficeStatement, KeepsEachWindowsBlanksAndDoublesQuotes)
+{
+    const QString dept = "Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='D1'";
+    const QString all = "Select GYD_DH,GYD_Name,商用物业  From 设置管理处";
+    const QString order = "Order By len(GYD_dh),GYD_DH";
+    struct Case {
+        OfficeQueryStyle style;
+        bool audit;
+        QString expected;
+    };
+    const QList<Case> cases = {
+        {OfficeQueryStyle::Property, false, dept + " " + order},
+        {OfficeQueryStyle::Parking, false, dept + "  " + order},
+        {OfficeQueryStyle::Finance, false, dept + "   " + order},
+        {OfficeQueryStyle::Property, true, all + " " + order},
+        {OfficeQueryStyle::Parking, true, all + "  " + order},
+        {OfficeQueryStyle::Finance, true, all + "  " + order},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(officeStatement(c.style, c.audit, "D1"), c.expected)
+            << int(c.style) << c.audit;
+    EXPECT_TRUE(officeStatement(OfficeQueryStyle::Property, false, "D'1").contains("='D''1' "));
+}
+
+TEST_F(ReportSkeleton, OfficeListFollowsTheAuditRightInCodeOrder)
+{
+    office("10", "十区", QVariant());
+    office("1A", "商场", 1);
+    office("2", "二区", 0);
+    office("3", "外区", 0, "D2");
+    struct Case {
+        bool audit;
+        QStringList expected;
+    };
+    const QList<Case> cases = {
+        {false, {"2 二区=0", "10 十区=0", "1A 商场=1"}},
+        {true, {"2 二区=0", "3 外区=0", "10 十区=0", "1A 商场=1"}},
+    };
+    for (const Case &c : cases) {
+        HasProjectAudit = c.audit;
+        const QList<ReportWindow *> opened = {open<frm收款日报表>(), open<frm车位基础表>()};
+        for (ReportWindow *w : opened) {
+            EXPECT_EQ(items(w), c.expected) << w->objectName().toStdString() << c.audit;
+            EXPECT_EQ(w->combo1()->currentText(), "");
+            EXPECT_EQ(w->statusPanelText(2), " 张三");
+            EXPECT_EQ(w->statusPanelText(4), " 物业一部");
+            EXPECT_EQ(w->statusPanelText(5), " 主管");
+            EXPECT_EQ(w->grid()->Rows(), 1);
+        }
+    }
+    EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(ReportSkeleton, CommandsWithoutAnOfficeAskForOneAndExitStillCloses)
+{
+    auto *w = open<frm收款日报表>(); // department D1 runs no office
+    ASSERT_EQ(w->combo1()->count(), 0);
+    for (int index : {ReportWindow::Compute, ReportWindow::Export, ReportWindow::Print}) {
+        boxes.clear();
+        w->ReportCommand(index);
+        ASSERT_EQ(boxes.size(), 1) << index;
+        EXPECT_EQ(boxes[0].prompt, "请选择管理处！");
+        EXPECT_EQ(boxes[0].title, "系统提示");
+        EXPECT_EQ(boxes[0].style, vb::Information);
+    }
+    EXPECT_EQ(w->grid()->Rows(), 1);
+
+    QPointer<ReportWindow> guard = w;
+    boxes.clear();
+    w->command1(ReportWindow::Close)->click();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(guard.isNull());
+    EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(ReportSkeleton, CommercialOfficesAreSilentlyNotComputed)
+{
+    officeWithRooms(3, 1);
+    auto *w = open<frm收款日报表>();
+    choose(w, "01");
+    w->command1(ReportWindow::Compute)->click();
+    EXPECT_EQ(w->grid()->Rows(), 1);
+    EXPECT_TRUE(boxes.isEmpty());
+
+    db.execute("UPDATE 设置管理处 SET 商用物业 = NULL");
+    auto *again = open<frm收款日报表>();
+    choose(again, "01");
+    again->command1(ReportWindow::Compute)->click();
+    EXPECT_EQ(again->grid()->Rows(), 4);
+}
+
+TEST_F(ReportSkeleton, ClickedRowIsPaintedMintAndThePreviousOneRestored)
+{
+    officeWithRooms(6);
+    auto *w = open<frm收款日报表>();
+    w->resize(900, 600);
+    w->show();
+    FlexGrid *grid = w->grid();
+
+    // A header-only grid ignores clicks.
+    grid->setRow(0);
+    Q_EMIT grid->Click();
+    EXPECT_EQ(w->highlightedRow(), 0);
+
+    choose(w, "01");
+    w->ReportCommand(ReportWindow::Compute);
+    ASSERT_EQ(grid->Rows(), 7);
+    const QColor original = grid->cellBackColor(3, 0);
+    clickRow(grid, 3);
+    clickRow(grid, 5);
+    const QColor mint(0xD0, 0xFF, 0xFD);
+    const QColor window = grid->palette().color(QPalette::Base);
+    for (int c = 1; c < grid->Cols(); c += 7) {
+        EXPECT_EQ(grid->cellBackColor(3, c), window) << c;
+        EXPECT_EQ(grid->cellBackColor(5, c), mint) << c;
+    }
+    EXPECT_EQ(grid->cellBackColor(5, grid->Cols() - 1), mint);
+    EXPECT_EQ(grid->cellBackColor(3, 0), original);
+    EXPECT_EQ(grid->cellBackColor(5, 0), original);
+    EXPECT_EQ(w->highlightedRow(), 5);
+    EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
+{
+    officeWithRooms(2);
+    struct Case {
+        bool parking;
+        QString title;
+        QString templateName;
+    };
+    const QList<Case> cases = {{false, "(一区) 房产数据", "房产数据模板"},
+                               {true, "(一区) 车位数据模板", "车位数据模板"}};
+    for (const Case &c : cases) {
+        ReportWindow *w = c.parking ? static_cast<ReportWindow *>(open<frm车位基础表>())
+                                    : open<frm收款日报表>();
+        choose(w, "01");
+        w->ReportCommand(ReportWindow::Export);
+        ExportWindow *export_ = ExportWindow::shared(ExportWindow::Variant::Customer);
+        EXPECT_EQ(export_->objectName(), "frmToExcel");
+        EXPECT_EQ(export_->sourceGrid(), w->grid());
+        EXPECT_EQ(export_->tagText(),
+                  "统计时间:" + vbrt::formatChineseDate(QDate::currentDate()));
+        EXPECT_TRUE(export_->isVisible());
+        export_->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(ReportSkeleton, DatabaseErrorMidFillKeepsTheRowsAlreadyRead)
+{
+    officeWithRooms(9);
+    auto *w = open<frm收款日报表>();
+    w->setFillChunkRows(2);
+    // The engine fails on the read after the first chunk, as a dropped
+    // connection would.
+    auto *handle = *static_cast<sqlite3 *const *>(
+        db.connection()->database().driver()->handle().constData());
+    QObject::connect(w, &ReportWindow::rowsFilled, w, [handle](int) { sqlite3_interrupt(handle); });
+    choose(w, "01");
+    w->ReportCommand(ReportWindow::Compute);
+
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0].style, vb::Information);
+    EXPECT_FALSE(boxes[0].title.isEmpty());
+    EXPECT_TRUE(boxes[0].prompt.contains(boxes[0].title));
+    const auto got = rows(*w->grid());
+    ASSERT_EQ(got.size(), 2);
+    EXPECT_EQ(got[0][10], "101");
+    EXPECT_EQ(got[1][10], "102");
+    EXPECT_FALSE(w->isBusy());
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(ReportSkeleton, LargeFillArrivesInChunksAndBlocksReentry)
+{
+    officeWithRooms(25);
+    auto *w = open<frm收款日报表>();
+    w->setFillChunkRows(10);
+    QList<int> progress;
+    int nested = 0;
+    QObject::connect(w, &ReportWindow::rowsFilled, w, [&](int rows) {
+        progress << rows;
+        EXPECT_NE(QApplication::overrideCursor(), nullptr);
+        EXPECT_FALSE(w->command1(ReportWindow::Compute)->isEnabled());
+        // A second press while filling is ignored.
+        const int before = w->grid()->Rows();
+        w->ReportCommand(ReportWindow::Compute);
+        nested += w->grid()->Rows() != before;
+    });
+    choose(w, "01");
+    w->ReportCommand(ReportWindow::Compute);
+    EXPECT_EQ(progress, QList<int>({10, 20, 25}));
+    EXPECT_EQ(nested, 0);
+    EXPECT_EQ(w->grid()->Rows(), 26);
+    EXPECT_EQ(w->grid()->TextMatrix(25, 10), "125");
+    EXPECT_TRUE(w->command1(ReportWindow::Compute)->isEnabled());
+}
+
+TEST_F(ReportSkeleton, PrintBranchPrintsTheOfficeTitleAndTodaysRange)
+{
+    officeWithRooms(3);
+    QTemporaryDir dir;
+    const QString pdf = dir.filePath("grid.pdf");
+    ReportWindow::setPrintTarget([&](QWidget *, const FlexGrid &grid, const PrintTitles &titles) {
+        auto printer = Printer::pdfFile(pdf);
+        PrintGrid(*printer, grid, titles, false, 0);
+    });
+    auto *w = open<frm车位基础表>();
+    choose(w, "01");
+    w->ReportCommand(ReportWindow::Compute);
+    w->ReportCommand(ReportWindow::Print);
+    ReportWindow::setPrintTarget({});
+    // The sheet is wider than the paper: the engine asks, and "No" prints on.
+    for (const MsgBoxCall &box : boxes)
+        EXPECT_NE(box.style, vb::Information) << box.title.toStdString();
+
+    QProcess text;
+    text.start("pdftotext", {"-enc", "UTF-8", pdf, "-"});
+    ASSERT_TRUE(text.waitForFinished(30000));
+    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+    const QString today = vbrt::formatChineseDate(QDate::currentDate());
+    EXPECT_TRUE(printed.contains("(一区)收款日报表")) << printed.toStdString();
+    EXPECT_TRUE(printed.contains("日期范围:" + today + "-" + today)) << printed.toStdString();
+}
+
+TEST_F(ReportSkeleton, MaximisedWhenActivatedInTheMainWindowArea)
+{
+    QMdiArea area;
+    area.resize(800, 600);
+    area.show();
+    auto *w = open<frm收款日报表>();
+    QMdiSubWindow *sub = area.addSubWindow(w);
+    sub->show();
+    area.setActiveSubWindow(sub);
+    EXPECT_TRUE(sub->isMaximized());
+    EXPECT_EQ(w->windowTitle(), "房产客户-基础数据表");
+    EXPECT_EQ(w->font().family(), "微软雅黑");
+
+    // The grid fills the window above the bottom strip.
+    QCoreApplication::processEvents();
+    EXPECT_GT(w->grid()->height(), 0);
+    EXPECT_LE(w->grid()->geometry().bottom(), w->picture1()->y());
+    EXPECT_LT(w->grid()->geometry().right(), w->width());
+}
+
+} // namespace
+} // namespace quorvale
