@@ -54,7 +54,8 @@ AdoConnectionValues parseAdoConnectionString(const QString &s)
         if (i >= n)
             break;
         const int eq = int(s.indexOf(QLatin1Char('='), i));
-        if (eq < 0)
+        const int semicolon = int(s.indexOf(QLatin1Char(';'), i));
+        if (eq < 0 || (semicolon >= 0 && semicolon < eq))
             malformed();
         const QString key = normalisedKey(s.mid(i, eq - i));
         if (key.isEmpty())

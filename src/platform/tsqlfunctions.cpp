@@ -6,95 +6,114 @@
 #include <QLocale>
 #include <QString>
 #include <algorithm>
-#include <array>
 #include <sqlite3.h>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace quorvale {
 
 namespace {
 
-// Per connection: SQLite calls a collation only from the thread using it.
-class CollationState {
+// Every character gets one weight, so comparing two texts is a walk over
+// their characters: case and width variants share a weight (the collator at
+// secondary strength), Han characters follow their pinyin order and, as on
+// SQL Server's Chinese collations, come after Latin letters and digits.
+class CharacterWeights {
 public:
-    CollationState() : m_collator(QLocale(QLocale::Chinese, QLocale::China))
+    static const CharacterWeights &instance()
     {
-        m_collator.setCaseSensitivity(Qt::CaseInsensitive);
-        m_collator.setNumericMode(false);
-        // Printable ASCII compares character by character under the collator's
-        // order; ranking the characters once keeps the common case off ICU.
-        m_rank.fill(-1);
-        std::vector<char> chars;
-        for (char c = 0x20; c < 0x7f; ++c)
-            chars.push_back(c);
-        auto cmp = [this](char a, char b) {
-            return m_collator.compare(QString(QLatin1Char(a)), QString(QLatin1Char(b)));
-        };
-        std::stable_sort(chars.begin(), chars.end(), [&](char a, char b) { return cmp(a, b) < 0; });
-        int rank = 0;
-        for (size_t i = 0; i < chars.size(); ++i) {
-            if (i > 0 && cmp(chars[i - 1], chars[i]) != 0)
-                ++rank;
-            m_rank[static_cast<unsigned char>(chars[i])] = rank;
-        }
+        static const CharacterWeights weights;
+        return weights;
     }
 
-    int compare(const unsigned char *a, int na, const unsigned char *b, int nb)
+    quint32 weight(char32_t cp) const
     {
-        while (na > 0 && a[na - 1] == ' ')
-            --na;
-        while (nb > 0 && b[nb - 1] == ' ')
-            --nb;
-        if (printableAscii(a, na) && printableAscii(b, nb)) {
-            const int n = std::min(na, nb);
-            for (int i = 0; i < n; ++i) {
-                const int d = m_rank[a[i]] - m_rank[b[i]];
-                if (d != 0)
-                    return d < 0 ? -1 : 1;
-            }
-            return na == nb ? 0 : (na < nb ? -1 : 1);
-        }
-        const int c = key(a, na).compare(key(b, nb));
-        return c == 0 ? 0 : (c < 0 ? -1 : 1);
+        if (cp < m_table.size() && m_table[cp] != 0)
+            return m_table[cp];
+        return unrankedBase + quint32(cp);
     }
 
 private:
-    bool printableAscii(const unsigned char *s, int n) const
+    static constexpr quint32 hanBase = 0x100000;
+    static constexpr quint32 unrankedBase = 0x200000;
+
+    CharacterWeights() : m_table(0x10000, 0)
     {
-        for (int i = 0; i < n; ++i)
-            if (s[i] >= 0x80 || m_rank[s[i]] < 0)
-                return false;
-        return true;
+        QCollator collator(QLocale(QLocale::Chinese, QLocale::China));
+        collator.setCaseSensitivity(Qt::CaseInsensitive);
+        struct Entry {
+            char16_t ch;
+            bool han;
+            QCollatorSortKey key;
+        };
+        std::vector<Entry> entries;
+        const std::pair<char16_t, char16_t> ranges[] = {
+            {0x20, 0x7e},     {0xa0, 0x24f},    {0x2000, 0x206f}, {0x3000, 0x30ff},
+            {0x3400, 0x4dbf}, {0x4e00, 0x9fff}, {0xf900, 0xfaff}, {0xff00, 0xffef}};
+        for (const auto &[first, last] : ranges) {
+            for (char32_t c = first; c <= last; ++c) {
+                const QChar ch{char16_t(c)};
+                if (ch.category() == QChar::Other_NotAssigned)
+                    continue;
+                entries.push_back(Entry{char16_t(c), ch.script() == QChar::Script_Han,
+                                        collator.sortKey(QString(ch))});
+            }
+        }
+        std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
+            if (a.han != b.han)
+                return !a.han;
+            return a.key.compare(b.key) < 0;
+        });
+        quint32 rank = 1;
+        for (size_t i = 0; i < entries.size(); ++i) {
+            if (i > 0 && (entries[i - 1].han != entries[i].han || entries[i - 1].key.compare(entries[i].key) != 0))
+                ++rank;
+            m_table[entries[i].ch] = (entries[i].han ? hanBase : 0) + rank;
+        }
     }
 
-    const QCollatorSortKey &key(const unsigned char *s, int n)
-    {
-        std::string bytes(reinterpret_cast<const char *>(s), size_t(n));
-        auto found = m_keys.find(bytes);
-        if (found != m_keys.end())
-            return found->second;
-        if (m_keys.size() > 200000)
-            m_keys.clear();
-        const QString text = QString::fromUtf8(reinterpret_cast<const char *>(s), n);
-        return m_keys.emplace(std::move(bytes), m_collator.sortKey(text)).first->second;
-    }
-
-    QCollator m_collator;
-    std::array<int, 128> m_rank{};
-    std::unordered_map<std::string, QCollatorSortKey> m_keys;
+    std::vector<quint32> m_table;
 };
 
-int collate(void *state, int na, const void *a, int nb, const void *b)
+// Next code point of UTF-8 text; malformed bytes stand for themselves.
+char32_t nextCodePoint(const unsigned char *&p, const unsigned char *end)
 {
-    return static_cast<CollationState *>(state)->compare(static_cast<const unsigned char *>(a), na,
-                                                           static_cast<const unsigned char *>(b), nb);
+    const unsigned char c = *p++;
+    if (c < 0x80)
+        return c;
+    int extra = c >= 0xf0 ? 3 : c >= 0xe0 ? 2 : c >= 0xc0 ? 1 : 0;
+    if (extra == 0 || end - p < extra)
+        return c;
+    char32_t cp = c & (0x3f >> extra);
+    while (extra-- > 0)
+        cp = (cp << 6) | (*p++ & 0x3f);
+    return cp;
 }
 
-void destroyCollation(void *state)
+int collate(void *, int na, const void *va, int nb, const void *vb)
 {
-    delete static_cast<CollationState *>(state);
+    auto a = static_cast<const unsigned char *>(va);
+    auto b = static_cast<const unsigned char *>(vb);
+    while (na > 0 && a[na - 1] == ' ')
+        --na;
+    while (nb > 0 && b[nb - 1] == ' ')
+        --nb;
+    const unsigned char *ea = a + na;
+    const unsigned char *eb = b + nb;
+    const CharacterWeights &weights = CharacterWeights::instance();
+    for (;;) {
+        // Control characters carry no weight.
+        while (a < ea && *a < 0x20)
+            ++a;
+        while (b < eb && *b < 0x20)
+            ++b;
+        if (a == ea || b == eb)
+            return (a == ea) == (b == eb) ? 0 : (a == ea ? -1 : 1);
+        const quint32 wa = weights.weight(nextCodePoint(a, ea));
+        const quint32 wb = weights.weight(nextCodePoint(b, eb));
+        if (wa != wb)
+            return wa < wb ? -1 : 1;
+    }
 }
 
 // A string operand of a numeric '+' converts as SQL Server's int/float would.
@@ -161,12 +180,15 @@ bool registerTsqlFunctions(sqlite3 *db)
 {
     if (!db)
         return false;
-    auto *state = new CollationState;
-    if (sqlite3_create_collation_v2(db, tsqlCollation, SQLITE_UTF8, state, collate, destroyCollation) !=
-        SQLITE_OK) {
-        delete state;
+    CharacterWeights::instance();
+    // SQLite's join Bloom filters hash text by its bytes, which drops matches
+    // that the collation calls equal ('ABC  ' = 'abc'); switch them off.
+    // The flag values are SQLite's own optimisation bits (since 3.38).
+    constexpr int bloomFilter = 0x00080000;
+    constexpr int bloomPulldown = 0x00100000;
+    sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, db, bloomFilter | bloomPulldown);
+    if (sqlite3_create_collation_v2(db, tsqlCollation, SQLITE_UTF8, nullptr, collate, nullptr) != SQLITE_OK)
         return false;
-    }
     return sqlite3_create_function_v2(db, "tsql_add", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, tsqlAdd,
                                       nullptr, nullptr, nullptr) == SQLITE_OK;
 }

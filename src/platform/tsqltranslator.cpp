@@ -523,6 +523,12 @@ private:
         acceptKw("INTO");
         const TsqlToken at = peek();
         const TsqlTable *table = tableNamed(objectName(), at);
+        if (acceptKw("DEFAULT")) {
+            expectKw("VALUES");
+            TsqlStatement st;
+            st.sql = QStringLiteral("INSERT INTO ") + quoteName(table->name) + QLatin1String(" DEFAULT VALUES");
+            return st;
+        }
         QList<int> targets;
         if (acceptSym("(")) {
             do {
