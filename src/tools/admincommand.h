@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+#include <functional>
+
+namespace quorvale {
+
+// Exit statuses of quorvale-admin.
+namespace AdminStatus {
+inline constexpr int Ok = 0;
+inline constexpr int BadArguments = 2;
+inline constexpr int Failed = 4; // database or file error
+} // namespace AdminStatus
+
+// One subcommand. `run` gets the arguments after the command name and
+// throws UsageError for a wrong command line, RuntimeError when the work fails.
+struct AdminCommand {
+    // Which Qt application object the command needs.
+    enum class Application { Core, Gui, Widgets };
+
+    QString name;
+    QString synopsis; // the arguments, for usage lines
+    Application application = Application::Core;
+    std::function<void(const QStringList &arguments, QTextStream &out)> run;
+};
+
+// The command named by arguments[0], or nullptr.
+const AdminCommand *findAdminCommand(const QList<AdminCommand> &commands,
+                                     const QStringList &arguments);
+
+// Runs the command named by arguments[0] and turns its failure into one line
+// on `err` and an exit status. The Qt application object must exist.
+int runAdminCommand(const QList<AdminCommand> &commands, const QStringList &arguments,
+                    QTextStream &out, QTextStream &err);
+
+} // namespace quorvale

@@ -1,0 +1,56 @@
+#include "tools/createdbcommand.h"
+
+#include "tools/commandline.h"
+#include "tools/usageerror.h"
+
+#include <QElapsedTimer>
+
+namespace quorvale {
+
+namespace {
+
+// Large enough for any benchmark, small enough to stay within 32-bit ids.
+constexpr int kMaxScale = 10000000;
+
+} // namespace
+
+DatabaseFileOptions parseCreateDbArguments(const QStringList &arguments, QString *path)
+{
+    const CommandLine line(arguments, {QStringLiteral("demo"), QStringLiteral("force")},
+                           {QStringLiteral("scale")});
+    DatabaseFileOptions options;
+    *path = line.onlyPositional(QStringLiteral("FILE"));
+    options.demo = line.isSet(QStringLiteral("demo"));
+    options.force = line.isSet(QStringLiteral("force"));
+    if (line.isSet(QStringLiteral("scale"))) {
+        bool ok = false;
+        const QString text = line.value(QStringLiteral("scale"));
+        options.scale = text.toInt(&ok);
+        if (!ok || options.scale < 1 || options.scale > kMaxScale)
+            throw UsageError(QStringLiteral("--scale needs a whole number from 1 to %1, not '%2'")
+                                 .arg(kMaxScale)
+                                 .arg(text));
+        // The benchmark office needs the demo's fee items and staff.
+        options.demo = true;
+    }
+    return options;
+}
+
+AdminCommand createDbCommand()
+{
+    AdminCommand command;
+    command.name = QStringLiteral("create-db");
+    command.synopsis = QStringLiteral("FILE [--demo] [--scale N] [--force]");
+    command.run = [](const QStringList &arguments, QTextStream &out) {
+        QString path;
+        const DatabaseFileOptions options = parseCreateDbArguments(arguments, &path);
+        QElapsedTimer timer;
+        timer.start();
+        createDatabaseFile(path, options);
+        out << path << ": " << (options.demo ? "demo database" : "empty database") << " created in "
+            << QString::number(double(timer.elapsed()) / 1000.0, 'f', 1) << " s\n";
+    };
+    return command;
+}
+
+} // namespace quorvale

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "tools/admincommand.h"
+#include "tools/databasefile.h"
+
+namespace quorvale {
+
+// create-db FILE [--demo] [--scale N] [--force]
+AdminCommand createDbCommand();
+
+// The options a create-db command line asks for; throws UsageError.
+DatabaseFileOptions parseCreateDbArguments(const QStringList &arguments, QString *path);
+
+} // namespace quorvale

@@ -1,0 +1,111 @@
+#include "platform/settings.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+struct AdminRun {
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+AdminRun admin(const QStringList &arguments)
+{
+    QProcess process;
+    // ctest names the build folder; a test run by hand finds the tool beside its own folder.
+    QString binaryDir = qEnvironmentVariable("QUORVALE_BINARY_DIR");
+    if (binaryDir.isEmpty())
+        binaryDir = QCoreApplication::applicationDirPath() + "/..";
+    process.start(binaryDir + "/src/quorvale-admin", arguments);
+    process.waitForFinished(120000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+int lineCount(const QString &text)
+{
+    return int(text.count('\n')) + (text.isEmpty() || text.endsWith('\n') ? 0 : 1);
+}
+
+} // namespace
+
+TEST(AdminCli, BadArgumentsGiveOneLineAndStatus2)
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath("x.db");
+    const QList<QStringList> cases = {
+        {},
+        {"bogus"},
+        {"create-db"},
+        {"create-db", file, "second"},
+        {"create-db", file, "--scale"},
+        {"create-db", file, "--scale", "many"},
+        {"create-db", file, "--scale", "0"},
+        {"create-db", file, "--demo=yes"},
+        {"create-db", file, "--frobnicate"},
+        {"config", "--server", "s", "--login", "l", "--password", "p"},
+        {"config", "--server", "s", "--login", "l", "--password", "p", "--database", "d", "extra"},
+        {"make-background"},
+    };
+    for (const QStringList &arguments : cases) {
+        const AdminRun run = admin(arguments);
+        SCOPED_TRACE(arguments.join(' ').toStdString());
+        EXPECT_EQ(run.status, 2);
+        // Without a command the usage lines are printed instead.
+        if (!arguments.isEmpty()) {
+            EXPECT_EQ(lineCount(run.err), 1) << run.err.toStdString();
+        }
+    }
+    EXPECT_FALSE(QFile::exists(file));
+}
+
+TEST(AdminCli, FileErrorsGiveOneLineAndStatus4)
+{
+    QTemporaryDir dir;
+    const QString existing = dir.filePath("there.db");
+    QFile file(existing);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("not a database");
+    file.close();
+    for (const QStringList &arguments : {QStringList{"create-db", existing},
+                                         QStringList{"create-db", dir.filePath("none/x.db")}}) {
+        const AdminRun run = admin(arguments);
+        EXPECT_EQ(run.status, 4) << run.err.toStdString();
+        EXPECT_EQ(lineCount(run.err), 1) << run.err.toStdString();
+    }
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), QByteArray("not a database"));
+}
+
+TEST(AdminCli, CreatesDemoDatabaseAndReplacesOnlyWhenForced)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("demo.db");
+    EXPECT_EQ(admin({"create-db", path, "--demo"}).status, 0);
+    const qint64 demoSize = QFileInfo(path).size();
+    EXPECT_GT(demoSize, 0);
+    EXPECT_EQ(admin({"create-db", path, "--force"}).status, 0);
+    EXPECT_LT(QFileInfo(path).size(), demoSize);
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"demo.db"});
+}
+
+TEST(AdminCli, ConfigWritesTheFourSettingsTheProgramReads)
+{
+    // Values with the characters a connection string or an INI file cares about.
+    const AdminRun run = admin({"config", "--server", "db01\\SQL2019,1433", "--login",
+                                "report user", "--password", "p;w'd=1", "--database=物业管理"});
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    using quorvale::SettingsStore;
+    EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "Svr"), "db01\\SQL2019,1433");
+    EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "UID"), "report user");
+    EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "PWD"), "p;w'd=1");
+    EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "DBname"), "物业管理");
+}
