@@ -1,6 +1,10 @@
 #include "reports/reportregistry.h"
 
 #include "reports/frm收款日报表.h"
+#include "reports/frm财务数据欠收表房产.h"
+#include "reports/frm财务数据欠收表车位.h"
+#include "reports/frm财务数据预收表房产.h"
+#include "reports/frm财务数据预收表车位.h"
 #include "reports/frm车位基础表.h"
 #include "session/mdiform1.h"
 
@@ -21,6 +25,10 @@ void registerReportWindows()
 {
     registerWindowFactory(QStringLiteral("房产客户"), openReportWindow<frm收款日报表>);
     registerWindowFactory(QStringLiteral("车位客户"), openReportWindow<frm车位基础表>);
+    registerWindowFactory(QStringLiteral("财务数据欠收表房产"), openReportWindow<frm财务数据欠收表房产>);
+    registerWindowFactory(QStringLiteral("财务数据欠收表车位"), openReportWindow<frm财务数据欠收表车位>);
+    registerWindowFactory(QStringLiteral("财务数据预收表车位"), openReportWindow<frm财务数据预收表车位>);
+    registerWindowFactory(QStringLiteral("财务数据预收表房产"), openReportWindow<frm财务数据预收表房产>);
 }
 
 } // namespace quorvale

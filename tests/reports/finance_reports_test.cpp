@@ -1,0 +1,383 @@
+#include "financefixture.h"
+
+#include "reports/calendarpopup.h"
+#include "reports/financereport.h"
+#include "reports/frm财务数据欠收表房产.h"
+#include "reports/frm财务数据欠收表车位.h"
+#include "reports/frm财务数据预收表房产.h"
+#include "reports/frm财务数据预收表车位.h"
+
+#include <QApplication>
+#include <QCalendarWidget>
+#include <QDateEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <cmath>
+
+namespace quorvale {
+namespace {
+
+QStringList cells(std::initializer_list<const char *> texts)
+{
+    QStringList out;
+    for (const char *t : texts)
+        out << QString::fromUtf8(t);
+    return out;
+}
+
+QString u(const char *text)
+{
+    return QString::fromUtf8(text);
+}
+
+void pressCompute(ReportWindow *w)
+{
+    w->ReportCommand(ReportWindow::Compute);
+}
+
+void setMonths(ReportWindow *w, const char *first, const char *last)
+{
+    w->findChildren<QRadioButton *>(QStringLiteral("Option1"))[1]->setChecked(true);
+    w->findChild<QLineEdit *>(QStringLiteral("Text3"))->setText(u(first));
+    w->findChild<QLineEdit *>(QStringLiteral("Text4"))->setText(u(last));
+}
+
+void setPicker(ReportWindow *w, const char *name, const QDate &date)
+{
+    w->findChild<QDateEdit *>(u(name))->setDate(date);
+}
+
+using FinanceReports = FinanceFixture;
+
+TEST_F(FinanceReports, PropertyArrearsListOutstandingMonthsUpToTheChosenOneAfterTheCutOff)
+{
+    ledger(1, 1, 0, 0, "202401", "01", 100);
+    ledger(2, 1, 0, 0, "202402", "01", QVariant());
+    ledger(3, 1, 0, 0, "202403", "01", 90, QDate(2024, 3, 31)); // received on the cut-off
+    ledger(4, 1, 0, 0, "202403", "03", 30, QDate(2024, 4, 1));  // received a day later
+    ledger(5, 1, 0, 0, "202404", "01", 100);                     // after the month
+    ledger(6, 3, 0, 0, "202312", "01", 100, {}, u("X"));         // unknown house nature
+    ledger(7, 2, 0, 0, "202401", "01", 100);                     // unit without "新进户"
+    ledger(8, 1, 0, 0, "202401", "02", 100);                     // withdrawn fee item
+    ledger(9, 1, 500, 0, "202401", "11", 100);                   // parking fee
+
+    auto *w = open<frm财务数据欠收表房产>();
+    choose(w, u("01"));
+    text(w, "Text1")->setText(u("202403"));
+    text(w, "Text2")->setText(u("2024/03/31"));
+    pressCompute(w);
+
+    const FlexGrid &grid = *w->grid();
+    EXPECT_TRUE(boxes.isEmpty());
+    ASSERT_EQ(grid.Cols(), 15);
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->2栋->101 2024-01-01", "一处->2栋->101 2024-02-01",
+                     "一处->2栋->101 2024-03-01", "一处->10栋->1001 2023-12-01"}));
+    const QList<QStringList> all = rows(grid);
+    EXPECT_EQ(all[1], cells({"一处->2栋->101", "业主", "住宅", "物业费", "物业费", "0", "2024-02-01",
+                             "2024-02-29", "2024-02-01", "0", "", "", "", "", ""}));
+    EXPECT_EQ(all[3][2], QString());
+
+    setMonths(w, "202402", "202403");
+    text(w, "Text2")->setText(u("2024-03-30")); // the calendar's form; now row 3 is outstanding
+    pressCompute(w);
+    EXPECT_EQ(placesAndMonths(grid), cells({"一处->2栋->101 2024-02-01", "一处->2栋->101 2024-03-01",
+                                            "一处->2栋->101 2024-03-01"}));
+}
+
+TEST_F(FinanceReports, ParkingArrearsListNeverReceivedFeesOfRentedThenOwnedSpaces)
+{
+    ledger(20, 0, 500, 700, "202402", "11", 80);                  // rented and owned
+    ledger(21, 0, 500, 0, "202403", "11", 80, QDate(2024, 4, 1)); // received after the cut-off
+    ledger(22, 0, 0, 701, "202401", "11", QVariant());            // car park without a name
+    ledger(23, 1, 0, 0, "202401", "01", 100);                     // property fee
+
+    auto *w = open<frm财务数据欠收表车位>();
+    choose(w, u("01"));
+    text(w, "Text1")->setText(u("202403"));
+    text(w, "Text2")->setText(u("2024/03/31"));
+    pressCompute(w);
+
+    const FlexGrid &grid = *w->grid();
+    ASSERT_EQ(grid.Cols(), 16);
+    EXPECT_EQ(grid.TextMatrix(0, 0), u("房号") + QString(65, QLatin1Char(' ')));
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->地下车库->A-01 2024-02-01", "一处->地下车库->A-01 2024-02-01",
+                     "一处->->B-02 2024-01-01"}));
+    EXPECT_EQ(rows(grid)[2], cells({"一处->->B-02", "业主", "", "停车费", "停车费", "0", "2024-01-01",
+                                    "2024-01-31", "2024-01-01", "0", "", "", "", "", "", ""}));
+}
+
+TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
+{
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15), {}, u("F1"), u("现金"));
+    ledger(41, 0, 500, 0, "202402", "11", 80, QDate(2024, 2, 1)); // the chosen month itself
+    ledger(42, 0, 0, 701, "202404", "11", QVariant(), QDate(2024, 3, 31));
+    ledger(43, 0, 0, 701, "202405", "11", 80, QDate(2024, 4, 1)); // after the cut-off
+    ledger(44, 0, 500, 700, "202406", "11", 10, QDate(2024, 1, 5));
+    ledger(45, 0, 500, 0, "202407", "11", 10);                     // not received
+
+    auto *w = open<frm财务数据预收表车位>();
+    choose(w, u("01"));
+    text(w, "Text1")->setText(u("202402"));
+    setPicker(w, "DTPicker3", QDate(2024, 3, 31));
+    pressCompute(w);
+
+    const FlexGrid &grid = *w->grid();
+    ASSERT_EQ(grid.Cols(), 20);
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->地下车库->A-01 2024-03-01", "一处->地下车库->A-01 2024-06-01",
+                     "一处->地下车库->A-01 2024-06-01", "一处->->B-02 2024-04-01"}));
+    const QList<QStringList> all = rows(grid);
+    EXPECT_EQ(all[0], cells({"一处->地下车库->A-01", "业主", "", "停车费", "停车费", "80", "2024-03-01",
+                             "2024-03-31", "2024-03-01", "80", "", "", "80", "2024-03-15", "现金",
+                             "F1", "", "", "", ""}));
+    EXPECT_EQ(all[3][5] + all[3][9] + all[3][12], u("000"));
+
+    setMonths(w, "202402", "202405");
+    w->findChildren<QRadioButton *>(QStringLiteral("Option2"))[1]->click();
+    setPicker(w, "DTPicker1", QDate(2024, 2, 1));
+    setPicker(w, "DTPicker2", QDate(2024, 4, 1));
+    pressCompute(w);
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->地下车库->A-01 2024-02-01", "一处->地下车库->A-01 2024-03-01",
+                     "一处->->B-02 2024-04-01", "一处->->B-02 2024-05-01"}));
+    EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(FinanceReports, ReceiptRangeIsCheckedOnlyInTheCutOffMode)
+{
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15));
+    auto *w = open<frm财务数据预收表车位>();
+    choose(w, u("01"));
+    text(w, "Text1")->setText(u("202402"));
+    setPicker(w, "DTPicker1", QDate(2024, 5, 1));
+    setPicker(w, "DTPicker2", QDate(2024, 4, 1));
+    pressCompute(w);
+    ASSERT_EQ(boxes.size(), 1);
+    EXPECT_EQ(boxes[0].prompt, u("收款日期起始日期不能大于终止日期，请重新选择！"));
+    EXPECT_EQ(boxes[0].style, 80);
+    EXPECT_EQ(boxes[0].title, exeName());
+    EXPECT_EQ(w->grid()->Rows(), 1);
+
+    w->findChildren<QRadioButton *>(QStringLiteral("Option2"))[1]->click();
+    pressCompute(w);
+    EXPECT_EQ(boxes.size(), 1);
+    EXPECT_EQ(w->grid()->Rows(), 1); // the reversed range runs and finds nothing
+}
+
+TEST_F(FinanceReports, PropertyAdvanceReceiptsAndTheLastRowMadeCurrent)
+{
+    ledger(30, 1, 0, 0, "202404", "01", 50, QDate(2024, 3, 15), u("Z"), u("F9"), u("转账"));
+    ledger(31, 1, 0, 0, "202403", "01", 60, QDate(2024, 3, 10));
+    ledger(32, 1, 0, 0, "202405", "01", 70, QDate(2024, 4, 2));
+    ledger(33, 3, 0, 0, "202406", "01", QVariant(), QDate(2024, 3, 1), QVariant());
+    ledger(34, 2, 0, 0, "202404", "01", 50, QDate(2024, 3, 15)); // unit without "新进户"
+
+    auto *w = open<frm财务数据预收表房产>();
+    choose(w, u("01"));
+    text(w, "Text1")->setText(u("202403"));
+    setPicker(w, "DTPicker3", QDate(2024, 3, 31));
+    pressCompute(w);
+
+    const FlexGrid &grid = *w->grid();
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->2栋->101 2024-04-01", "一处->10栋->1001 2024-06-01"}));
+    EXPECT_EQ(rows(grid)[0], cells({"一处->2栋->101", "业主", "住宅", "物业费", "物业费", "50",
+                                    "2024-04-01", "2024-04-30", "2024-04-01", "50", "", "", "50",
+                                    "2024-03-15", "转账", "F9", "", "", "", ""}));
+    EXPECT_EQ(rows(grid)[1][2], QString());
+    EXPECT_EQ(grid.Row(), grid.Rows() - 1);
+    EXPECT_TRUE(grid.Redraw());
+
+    setMonths(w, "202403", "202405");
+    w->findChildren<QRadioButton *>(QStringLiteral("Option2"))[1]->click();
+    setPicker(w, "DTPicker1", QDate(2024, 3, 10));
+    setPicker(w, "DTPicker2", QDate(2024, 4, 2));
+    pressCompute(w);
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->2栋->101 2024-03-01", "一处->2栋->101 2024-04-01",
+                     "一处->2栋->101 2024-05-01"}));
+}
+
+struct RefusalCase {
+    const char *name;
+    const char *text1, *text3, *text4, *text2;
+    bool range;
+    const char *message;
+    const char *title;
+    int style;
+    const char *focus;
+};
+
+TEST_F(FinanceReports, ArrearsWindowRefusesBadPeriodsWithBoxAndFocusAndKeepsTheGrid)
+{
+    ledger(1, 1, 0, 0, "202401", "01", 100);
+    auto *w = open<frm财务数据欠收表房产>();
+    w->show();
+    QApplication::setActiveWindow(w);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(w));
+    choose(w, u("01"));
+    pressCompute(w);
+    ASSERT_EQ(w->grid()->Rows(), 2);
+
+    const RefusalCase cases[] = {
+        {"month 13", "202413", "", "", "2024/03/31", false, "请输入统计年月！", "提醒", 0, "Text1"},
+        {"first month", "202403", "2024", "202404", "2024/03/31", true, "请输入统计年月！", "提醒", 0,
+         "Text3"},
+        {"last month", "202403", "202404", "202400", "2024/03/31", true, "请输入统计年月！", "提醒",
+         0, "Text4"},
+        {"reversed", "202403", "202405", "202404", "2024/03/31", true,
+         "起始年月不能大于截止年月，请重新输入！", "提醒！", 64, nullptr},
+        {"cut-off", "202403", "", "", "2024/13/01", false, "日期格式不正确，请重新输入日期！", nullptr,
+         0, "Text2"},
+    };
+    for (const RefusalCase &c : cases) {
+        boxes.clear();
+        w->findChildren<QRadioButton *>(QStringLiteral("Option1"))[c.range ? 1 : 0]->setChecked(true);
+        text(w, "Text1")->setText(u(c.text1));
+        text(w, "Text3")->setText(u(c.text3));
+        text(w, "Text4")->setText(u(c.text4));
+        text(w, "Text2")->setText(u(c.text2));
+        w->combo1()->setFocus();
+        pressCompute(w);
+        ASSERT_EQ(boxes.size(), 1) << c.name;
+        EXPECT_EQ(boxes[0].prompt, u(c.message)) << c.name;
+        EXPECT_EQ(boxes[0].title, c.title ? u(c.title) : programTitle()) << c.name;
+        EXPECT_EQ(boxes[0].style, c.style) << c.name;
+        if (c.focus) {
+            EXPECT_EQ(QApplication::focusWidget(), text(w, c.focus)) << c.name;
+        }
+        EXPECT_EQ(w->grid()->Rows(), 2) << c.name;
+    }
+
+    boxes.clear();
+    setMonths(w, "202401", "202401"); // equal months are a valid range
+    text(w, "Text2")->setText(u("2024/03/31"));
+    pressCompute(w);
+    EXPECT_TRUE(boxes.isEmpty());
+    EXPECT_EQ(w->grid()->Rows(), 2);
+}
+
+TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)
+{
+    auto *property = open<frm财务数据欠收表房产>();
+    auto *parking = open<frm财务数据预收表车位>();
+    QComboBox *combo3 = property->findChild<QComboBox *>(QStringLiteral("Combo3"));
+    EXPECT_EQ(combo3->count(), 2);
+    EXPECT_EQ(combo3->itemText(1), u("03 电梯费"));
+    EXPECT_EQ(property->feeCodeList().text(), u("'01','03'"));
+    EXPECT_EQ(parking->feeCodeList().text(), u("'11'"));
+
+    // Without a current item of its category the query stops without a word.
+    db.execute(QStringLiteral("UPDATE SetupSFXM SET 终止日期 = '2024-01-01'"));
+    auto *empty = open<frm财务数据欠收表车位>();
+    ledger(20, 0, 500, 0, "202402", "11", 80);
+    choose(empty, u("01"));
+    const int rowsBefore = empty->grid()->Rows();
+    pressCompute(empty);
+    EXPECT_EQ(empty->feeCodeList().text(), QString());
+    EXPECT_TRUE(boxes.isEmpty());
+    EXPECT_EQ(empty->grid()->Rows(), rowsBefore);
+}
+
+TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
+{
+    auto *arrears = open<frm财务数据欠收表房产>();
+    arrears->resize(1200, 700);
+    CalendarPopup *calendar = arrears->picture6();
+    QCalendarWidget *monthView = calendar->monthView();
+    EXPECT_EQ(monthView->selectedDate(), QDate::currentDate());
+
+    arrears->findChild<QPushButton *>(QStringLiteral("Command4"))->click();
+    EXPECT_TRUE(calendar->isVisibleTo(arrears));
+    EXPECT_EQ(calendar->tag(), u("2"));
+    monthView->setSelectedDate(QDate(2024, 2, 29));
+    Q_EMIT monthView->clicked(QDate(2024, 2, 29));
+    EXPECT_EQ(text(arrears, "Text2")->text(), u("2024-02-29"));
+    EXPECT_FALSE(calendar->isVisibleTo(arrears));
+
+    const QString before = text(arrears, "Text3")->text();
+    arrears->findChild<QPushButton *>(QStringLiteral("Command3"))->click();
+    arrears->findChild<QPushButton *>(QStringLiteral("Command3"))->click();
+    EXPECT_FALSE(calendar->isVisibleTo(arrears)); // a second click hides it, writing nothing
+    EXPECT_EQ(text(arrears, "Text3")->text(), before);
+
+    auto *advance = open<frm财务数据预收表房产>();
+    advance->findChild<QPushButton *>(QStringLiteral("Command2"))->click();
+    Q_EMIT advance->picture6()->monthView()->clicked(QDate(2023, 11, 5));
+    EXPECT_EQ(text(advance, "Text4")->text(), u("202311"));
+    EXPECT_EQ(advance->findChild<QPushButton *>(QStringLiteral("Command4")), nullptr);
+}
+
+TEST_F(FinanceReports, ReceiptModeSwitchEnablesTheCutOffOrTheRangePickers)
+{
+    auto *w = open<frm财务数据预收表车位>();
+    const auto enabled = [w] {
+        QString out;
+        for (const char *name : {"DTPicker1", "DTPicker2", "DTPicker3"})
+            out += w->findChild<QDateEdit *>(u(name))->isEnabled() ? u("1") : u("0");
+        return out;
+    };
+    EXPECT_EQ(enabled(), u("001"));
+    EXPECT_EQ(w->findChild<QDateEdit *>(u("DTPicker2"))->date(), QDate::currentDate());
+    const QList<QRadioButton *> option2 = w->findChildren<QRadioButton *>(QStringLiteral("Option2"));
+    option2[1]->click();
+    EXPECT_EQ(enabled(), u("110"));
+    option2[0]->click();
+    EXPECT_EQ(enabled(), u("001"));
+}
+
+// The designed rules, one appended row at a time, as the reference.
+void rowByRowWidths(FlexGrid &grid, const QList<QStringList> &data, bool newRowCurrent)
+{
+    for (const QStringList &row : data) {
+        grid.setRows(grid.Rows() + 1);
+        for (int c = 0; c < row.size(); ++c)
+            grid.setTextMatrix(grid.Rows() - 1, c, row[c]);
+        if (newRowCurrent)
+            grid.setRow(grid.Rows() - 1);
+        for (int c = 0; c < grid.Cols(); ++c) {
+            const double w = grid.TextWidth(grid.TextMatrix(grid.Row(), c));
+            const int margin = newRowCurrent ? 90 : 80;
+            if (w + margin > grid.ColWidth(c))
+                grid.setColWidth(c, int(std::lround(w + (newRowCurrent ? 90 : 100))));
+        }
+    }
+}
+
+TEST_F(FinanceReports, ChunkedFillGivesTheWidthsOfTheRowByRowRule)
+{
+    for (int i = 0; i < 9; ++i) {
+        const QString wide = QString(i * 7, QLatin1Char('W'));
+        ledger(100 + i, i % 2 ? 1 : 3, 500, 700, "202401", "01", 1000 * i,
+               QDate(2024, 1, 1 + i), {}, wide, wide + u("方式"));
+        ledger(200 + i, 0, 500, 700, "202401", "11", 10 * i, QDate(2024, 1, 1 + i), {}, wide);
+    }
+    ReportParams params;
+    params.officeCode = u("01");
+    params.receiptCutOffText = u("2023-12-31");
+    params.receiptCutOff = QDate(2024, 12, 31);
+    params.receiptFrom = params.receiptTo = QDate(2024, 1, 1);
+
+    for (FinanceReportKind kind : {FinanceReportKind::PropertyArrears, FinanceReportKind::ParkingAdvance,
+                                   FinanceReportKind::PropertyAdvance}) {
+        const bool parking = kind == FinanceReportKind::ParkingAdvance;
+        params.feeCodeList = parking ? u("'11'") : u("'01'");
+        params.month = kind == FinanceReportKind::PropertyArrears ? u("202401") : u("202312");
+        FlexGrid chunked, reference;
+        setFinanceHeading(kind, chunked);
+        setFinanceHeading(kind, reference);
+        chunked.setFormatString(chunked.FormatString()); // widths from the heading, as at load
+        computeReport(financeReportDefinition(kind), db.connection(), params, chunked, {}, 2);
+        ASSERT_GT(chunked.Rows(), 3);
+        const bool newRow = kind == FinanceReportKind::PropertyAdvance;
+        rowByRowWidths(reference, rows(chunked), newRow);
+        for (int c = 0; c < chunked.Cols(); ++c)
+            EXPECT_EQ(chunked.ColWidth(c), reference.ColWidth(c)) << int(kind) << " col " << c;
+    }
+}
+
+} // namespace
+} // namespace quorvale
