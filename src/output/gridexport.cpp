@@ -1,0 +1,98 @@
+#include "output/gridexport.h"
+
+#include "output/headermerge.h"
+#include "platform/flexgrid.h"
+#include "platform/vb.h"
+#include "platform/xlsxworkbook.h"
+#include "platform/xlsxworksheet.h"
+
+#include <QFileInfo>
+
+namespace quorvale {
+
+namespace {
+
+constexpr double kHeaderFontSize = 14;
+constexpr double kSecondRowsFontSize = 10;
+constexpr double kDataFontSize = 10.5;
+constexpr int kContinuousLine = 1;
+// The grid keeps widths in twips; the sheet's character units are taken as a hundredth.
+constexpr double kTwipsPerWidthUnit = 100.0;
+
+xlsx::Worksheet &targetSheet(xlsx::Workbook &book, const QString &name)
+{
+    if (xlsx::Worksheet *sheet = book.worksheet(name))
+        return *sheet;
+    xlsx::Worksheet &added = book.addWorksheetAfterLast();
+    added.setName(name);
+    return added;
+}
+
+} // namespace
+
+void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                         const ExportOptions &options)
+{
+    // A new workbook is saved only once it is complete, so a failed export
+    // leaves no empty file behind.
+    const std::unique_ptr<xlsx::Workbook> book = QFileInfo::exists(options.path)
+                                                     ? xlsx::Workbook::open(options.path)
+                                                     : xlsx::Workbook::create(options.path);
+    xlsx::Worksheet &sheet = targetSheet(*book, options.sheet);
+    sheet.setVisible(true);
+
+    const int columns = int(chosenColumns.size());
+    for (int k = 1; k <= columns; ++k)
+        sheet.setColumnWidth(k, grid.ColWidth(chosenColumns[k - 1]) / kTwipsPerWidthUnit);
+
+    const int textColumn = textColumnOf(options.variant);
+    const int rows = grid.Rows();
+    for (int r = 0; r < rows; ++r) {
+        for (int k = 1; k <= columns; ++k) {
+            const int i = chosenColumns[k - 1];
+            QString text = grid.TextMatrix(r, i);
+            if (i == textColumn && r != 0 && !vbrt::Trim(text).isEmpty())
+                text.prepend(QLatin1Char('\''));
+            sheet.setCellValue(r + 1, k, text);
+        }
+    }
+
+    sheet.setRowHorizontalAlignment(1, xlsx::Align::HCenter);
+    sheet.setRowVerticalAlignment(1, xlsx::Align::VDistributed);
+    if (columns > 0 && rows > 0)
+        sheet.setRangeBorders(1, 1, rows, columns, kContinuousLine);
+    sheet.setRowFontSize(1, kHeaderFontSize);
+    sheet.setRowFontSize(2, kSecondRowsFontSize);
+    sheet.setRowFontSize(3, kSecondRowsFontSize);
+    if (columns > 0 && rows > 1)
+        sheet.setRangeFontSize(2, 1, rows, columns, kDataFontSize);
+
+    if (grid.FixedRows() == 2 && rows >= 2) {
+        QStringList upper;
+        QStringList lower;
+        for (int i : chosenColumns) {
+            upper.append(grid.TextMatrix(0, i));
+            lower.append(grid.TextMatrix(1, i));
+        }
+        for (const HeaderMerge &m : headerMerges(upper, lower))
+            sheet.merge(m.row1, m.col1, m.row2, m.col2);
+    }
+
+    book->save();
+}
+
+QString exportTargetPath(const QString &chosen)
+{
+    const QFileInfo info(chosen);
+    if (chosen.isEmpty() || info.exists())
+        return chosen;
+    const QString suffix = info.suffix();
+    if (suffix.isEmpty())
+        return chosen + (chosen.endsWith(QLatin1Char('.')) ? QStringLiteral("xlsx")
+                                                           : QStringLiteral(".xlsx"));
+    if (suffix.compare(QStringLiteral("xls"), Qt::CaseInsensitive) == 0)
+        return chosen.left(chosen.size() - suffix.size()) + QStringLiteral("xlsx");
+    return chosen;
+}
+
+} // namespace quorvale

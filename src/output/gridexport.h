@@ -1,0 +1,30 @@
+#pragma once
+
+#include "output/exportoptions.h"
+
+#include <QString>
+#include <QVector>
+
+namespace quorvale {
+
+class FlexGrid;
+
+// Writes the chosen source columns (in the given order, packed to the left)
+// into options.sheet of the workbook at options.path and saves it. Every row
+// is written, row 0 being the header; the workbook is written in one piece
+// or not at all. Errors are RuntimeError with a description fit for the user.
+//
+// The formatting follows the export's steps in order: row 1 centred, borders
+// round the written block, row 1 in 14 pt, rows 2 and 3 in 10 pt, then the
+// data block (rows 2 to the last written row, written columns only) in
+// 10.5 pt, so rows 2 and 3 keep 10 pt only outside the written columns.
+// A grid with two fixed rows gets its header merged (see headerMerges).
+void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                         const ExportOptions &options);
+
+// The file a chosen name stands for: an existing file as it is; a new name
+// without extension, or with the legacy ".xls" that could only hold the old
+// binary format, gets ".xlsx" since that is what is written.
+QString exportTargetPath(const QString &chosen);
+
+} // namespace quorvale

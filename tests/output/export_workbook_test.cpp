@@ -1,0 +1,230 @@
+#include "output/gridexport.h"
+#include "output/headermerge.h"
+#include "platform/flexgrid.h"
+#include "platform/runtimeerror.h"
+#include "support/xlsxdump.h"
+#include "export_test_print.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QTemporaryDir>
+#include <cmath>
+#include <gtest/gtest.h>
+
+using namespace quorvale;
+using quorvale::testing::dumpWorkbook;
+
+namespace {
+
+// 24 columns "列0".."列23"; each data row holds the same phone number in
+// columns 3, 15 and 22 and "r<row>c<col>" elsewhere.
+void fillReport(FlexGrid &grid, int dataRows)
+{
+    QStringList headers;
+    for (int c = 0; c < 24; ++c)
+        headers << QStringLiteral("列%1").arg(c);
+    grid.setRows(1);
+    grid.setFormatString(headers.join(QLatin1Char('|')));
+    for (int c = 0; c < 24; ++c)
+        grid.setColWidth(c, 1000 + 10 * c);
+    QVector<QStringList> rows;
+    for (int r = 1; r <= dataRows; ++r) {
+        QStringList cells;
+        for (int c = 0; c < 24; ++c)
+            cells << (c == 3 || c == 15 || c == 22 ? QStringLiteral("0755123")
+                                                   : QStringLiteral("r%1c%2").arg(r).arg(c));
+        rows.append(cells);
+    }
+    grid.appendRows(rows);
+}
+
+QJsonObject sheetOf(const QJsonObject &dump, const QString &sheet)
+{
+    return dump[QStringLiteral("data")][sheet].toObject();
+}
+
+const QJsonObject cell(const QJsonObject &sheet, const QString &ref)
+{
+    return sheet[QStringLiteral("cells")][ref].toObject();
+}
+
+// The width Excel shows for a stored column width: whole pixels of the
+// default font's 7-pixel digits, the stored value adding 5 pixels of padding.
+double shownWidth(double stored)
+{
+    return std::round(stored * 7 - 5) / 7;
+}
+
+QVector<int> allColumnsBut(int skipped)
+{
+    QVector<int> chosen;
+    for (int c = 0; c < 24; ++c)
+        if (c != skipped)
+            chosen << c;
+    return chosen;
+}
+
+} // namespace
+
+// Column 1 is left out, so source column c lands in sheet column c (1-based = c).
+TEST(GridExport, WritesChosenColumnsWithWidthsFontsBordersAndTextRule)
+{
+    struct Case {
+        ExportVariant variant;
+        const char *textRef;   // phone column written as text
+        const char *numberRef; // the same phone elsewhere, a number
+    } cases[] = {
+        {ExportVariant::Customer, "V2", "O2"},
+        {ExportVariant::Finance, "O2", "V2"},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(int(c.variant));
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("out.xlsx"));
+        FlexGrid grid;
+        fillReport(grid, 3);
+        grid.setTextMatrix(2, 22, QStringLiteral("  "));
+        grid.setTextMatrix(2, 15, QStringLiteral("  "));
+        writeGridToWorkbook(grid, allColumnsBut(1), {c.variant, path, QStringLiteral("房产"), {}});
+
+        const QJsonObject dump = dumpWorkbook(path);
+        EXPECT_EQ(dump[QStringLiteral("sheets")].toArray(),
+                  QJsonArray({QStringLiteral("Sheet1"), QStringLiteral("房产")}));
+        const QJsonObject sheet = sheetOf(dump, QStringLiteral("房产"));
+        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("value")], QStringLiteral("列0"));
+        EXPECT_EQ(cell(sheet, "B1")[QStringLiteral("value")], QStringLiteral("列2"));
+        EXPECT_EQ(cell(sheet, "W4")[QStringLiteral("value")], QStringLiteral("r3c23"));
+        EXPECT_EQ(cell(sheet, c.textRef)[QStringLiteral("value")], QStringLiteral("0755123"));
+        EXPECT_EQ(cell(sheet, c.textRef)[QStringLiteral("quotePrefix")], true);
+        EXPECT_EQ(cell(sheet, c.numberRef)[QStringLiteral("value")], 755123);
+        EXPECT_EQ(cell(sheet, "C2")[QStringLiteral("value")], 755123);
+        // Blank phone texts are written as they are, not forced to text.
+        EXPECT_FALSE(cell(sheet, QString::fromLatin1(c.textRef).replace('2', '3'))
+                         [QStringLiteral("quotePrefix")].toBool());
+
+        const QJsonObject widths = sheet[QStringLiteral("widths")].toObject();
+        const std::pair<const char *, double> expectedWidths[] = {{"A", 10.0}, {"B", 10.2}, {"W", 12.3}};
+        for (const auto &[column, width] : expectedWidths)
+            EXPECT_NEAR(shownWidth(widths[QString::fromLatin1(column)].toDouble()), width, 0.5 / 7)
+                << column;
+
+        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("size")], 14);
+        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("h")], QStringLiteral("center"));
+        for (const char *ref : {"A2", "W3", "A4"})
+            EXPECT_EQ(cell(sheet, ref)[QStringLiteral("size")], 10.5) << ref;
+        const QJsonArray thin = {QStringLiteral("thin"), QStringLiteral("thin"),
+                                 QStringLiteral("thin"), QStringLiteral("thin")};
+        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("border")], thin);
+        EXPECT_EQ(cell(sheet, "W4")[QStringLiteral("border")], thin);
+        EXPECT_TRUE(cell(sheet, "X1").isEmpty());
+        EXPECT_TRUE(cell(sheet, "A5").isEmpty());
+    }
+}
+
+TEST(GridExport, RewritesAnExistingSheetInPlaceOrAppendsANewOne)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("book.xlsx"));
+    quorvale::testing::makeWorkbookFixture(path);
+    const QJsonObject before = dumpWorkbook(path);
+    FlexGrid grid;
+    fillReport(grid, 2);
+
+    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, QStringLiteral("报表"), {}});
+    QJsonObject after = dumpWorkbook(path);
+    EXPECT_EQ(after[QStringLiteral("sheets")], before[QStringLiteral("sheets")]);
+    const QJsonObject report = sheetOf(after, QStringLiteral("报表"));
+    EXPECT_EQ(cell(report, "B2")[QStringLiteral("value")], QStringLiteral("r1c2"));
+    EXPECT_EQ(cell(report, "H20")[QStringLiteral("value")], QStringLiteral("keep me"));
+    // Outside the written block only the row formats reach existing cells.
+    EXPECT_EQ(cell(report, "Z1")[QStringLiteral("size")], 14);
+    EXPECT_EQ(cell(report, "C3")[QStringLiteral("size")], 10);
+    EXPECT_EQ(cell(report, "B3")[QStringLiteral("size")], 10.5);
+    for (const char *part : {"xl/worksheets/sheet1.xml", "xl/worksheets/sheet2.xml"})
+        EXPECT_EQ(after[QStringLiteral("entries")][QString::fromLatin1(part)],
+                  before[QStringLiteral("entries")][QString::fromLatin1(part)])
+            << part;
+
+    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, QStringLiteral("新表"), {}});
+    after = dumpWorkbook(path);
+    const QJsonArray sheets = after[QStringLiteral("sheets")].toArray();
+    ASSERT_EQ(sheets.size(), 4);
+    EXPECT_EQ(sheets.last(), QStringLiteral("新表"));
+    EXPECT_EQ(cell(sheetOf(after, QStringLiteral("新表")), "A3")[QStringLiteral("value")],
+              QStringLiteral("r2c0"));
+}
+
+TEST(GridExport, FailureLeavesTheFileAsItWas)
+{
+    QTemporaryDir dir;
+    const QString book = dir.filePath(QStringLiteral("book.xlsx"));
+    quorvale::testing::makeWorkbookFixture(book);
+    const QString legacy = dir.filePath(QStringLiteral("old.xls"));
+    QFile file(legacy);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray::fromHex("d0cf11e0a1b11ae1") + QByteArray(504, '\0'));
+    file.close();
+    FlexGrid grid;
+    fillReport(grid, 1);
+
+    struct Case {
+        QString path;
+        QString sheet;
+    } cases[] = {
+        {legacy, QStringLiteral("房产")},
+        {book, QStringLiteral("坏/名")},
+        {dir.filePath(QStringLiteral("missing/new.xlsx")), QStringLiteral("房产")},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.path.toStdString());
+        QFile target(c.path);
+        const QByteArray bytes = target.open(QIODevice::ReadOnly) ? target.readAll() : QByteArray();
+        target.close();
+        EXPECT_THROW(writeGridToWorkbook(grid, {0}, {ExportVariant::Customer, c.path, c.sheet, {}}),
+                     RuntimeError);
+        QFile again(c.path);
+        EXPECT_EQ(again.exists(), !bytes.isEmpty());
+        if (again.open(QIODevice::ReadOnly)) {
+            EXPECT_EQ(again.readAll(), bytes);
+        }
+    }
+}
+
+TEST(GridExport, TwoRowHeaderIsMerged)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("two.xlsx"));
+    FlexGrid grid;
+    grid.setFormatString(QStringLiteral("编号|欠费|欠费|欠费|备注"));
+    grid.setRows(3);
+    grid.setFixedRows(2);
+    const QStringList lower = {"编号", "物业费", "水费", "电费", "说明"};
+    for (int c = 0; c < 5; ++c)
+        grid.setTextMatrix(1, c, lower[c]);
+    writeGridToWorkbook(grid, {0, 1, 2, 3, 4},
+                        {ExportVariant::Finance, path, QStringLiteral("欠费"), {}});
+    const QJsonObject sheet = sheetOf(dumpWorkbook(path), QStringLiteral("欠费"));
+    EXPECT_EQ(sheet[QStringLiteral("merges")],
+              QJsonArray({QStringLiteral("A1:A2"), QStringLiteral("B1:D1")}));
+    EXPECT_EQ(cell(sheet, "B1")[QStringLiteral("value")], QStringLiteral("欠费"));
+    EXPECT_EQ(cell(sheet, "C2")[QStringLiteral("value")], QStringLiteral("水费"));
+}
+
+TEST(HeaderMerges, RunsOfEqualUpperTextsAndSingleHeaders)
+{
+    struct Case {
+        QStringList upper;
+        QStringList lower;
+        QVector<HeaderMerge> merges;
+    } cases[] = {
+        {{"A", "B", "C"}, {"a", "b", "c"}, {}},
+        {{"A", "A ", "B", "B"}, {"a", "b", "c", "d"}, {{1, 1, 1, 2}, {1, 3, 1, 4}}},
+        {{"A", "A", "A"}, {"A", "x", "y"}, {{1, 1, 1, 3}}},
+        {{"编号", "", ""}, {" 编号", "", ""}, {{1, 1, 2, 1}}},
+        {{"X", "Y", "X"}, {"", "Y", "x"}, {{1, 2, 2, 2}}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.upper.join(QLatin1Char(',')).toStdString());
+        EXPECT_EQ(headerMerges(c.upper, c.lower), c.merges);
+    }
+}
