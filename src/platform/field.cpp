@@ -66,6 +66,20 @@ QString dateTimeText(const QDateTime &dt)
     return dt.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
 }
 
+// The embedded engine's stored form 'YYYY-MM-DD HH:MM:SS', without parsing.
+bool isStoredForm(const QString &s)
+{
+    static const char pattern[] = "dddd-dd-dd dd:dd:dd";
+    if (s.size() != 19)
+        return false;
+    for (int i = 0; i < 19; ++i) {
+        const QChar c = s.at(i);
+        if (pattern[i] == 'd' ? !(c >= QLatin1Char('0') && c <= QLatin1Char('9')) : c != QLatin1Char(pattern[i]))
+            return false;
+    }
+    return true;
+}
+
 QDateTime parseStoredDateTime(const QString &s)
 {
     const QString t = s.trimmed();
@@ -115,6 +129,9 @@ QString Field::text() const
         if (type == QMetaType::QDate)
             return m_value.toDate().toString(QStringLiteral("yyyy-MM-dd"));
         if (type == QMetaType::QString) {
+            const QString stored = m_value.toString();
+            if (isStoredForm(stored))
+                return stored.endsWith(QLatin1String(" 00:00:00")) ? stored.left(10) : stored;
             const QDateTime dt = parseStoredDateTime(m_value.toString());
             return dt.isValid() ? dateTimeText(dt) : m_value.toString();
         }

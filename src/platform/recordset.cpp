@@ -112,6 +112,9 @@ void Recordset::Open(const QString &source, const ConnectionPtr &connection, int
     }
     QSqlQuery query(connection->database());
     query.setForwardOnly(true);
+    // Server decimals and money as exact text ("85.5000"); Field::text() trims them.
+    if (!embedded)
+        query.setNumericalPrecisionPolicy(QSql::HighPrecision);
     if (!query.exec(sql))
         throw RuntimeError(ErrorNumber::DatabaseError, errorText(query.lastError()));
     const QSqlRecord record = query.record();
