@@ -32,13 +32,18 @@ int runAdminCommand(const QList<AdminCommand> &commands, const QStringList &argu
                     QTextStream &out, QTextStream &err)
 {
     const QString prefix = QStringLiteral("quorvale-admin: ");
-    if (arguments.isEmpty() || arguments.first() == QLatin1String("--help") ||
+    if (arguments.isEmpty()) {
+        err << prefix << "missing command (commands: " << commandNames(commands)
+            << "; --help for usage)\n";
+        err.flush();
+        return AdminStatus::BadArguments;
+    }
+    if (arguments.first() == QLatin1String("--help") ||
         arguments.first() == QLatin1String("help")) {
-        QTextStream &stream = arguments.isEmpty() ? err : out;
         for (const AdminCommand &command : commands)
-            stream << "usage: quorvale-admin " << command.name << ' ' << command.synopsis << '\n';
-        stream.flush();
-        return arguments.isEmpty() ? AdminStatus::BadArguments : AdminStatus::Ok;
+            out << "usage: quorvale-admin " << command.name << ' ' << command.synopsis << '\n';
+        out.flush();
+        return AdminStatus::Ok;
     }
     const AdminCommand *command = findAdminCommand(commands, arguments);
     if (!command) {

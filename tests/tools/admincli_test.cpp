@@ -59,10 +59,7 @@ TEST(AdminCli, BadArgumentsGiveOneLineAndStatus2)
         const AdminRun run = admin(arguments);
         SCOPED_TRACE(arguments.join(' ').toStdString());
         EXPECT_EQ(run.status, 2);
-        // Without a command the usage lines are printed instead.
-        if (!arguments.isEmpty()) {
-            EXPECT_EQ(lineCount(run.err), 1) << run.err.toStdString();
-        }
+        EXPECT_EQ(lineCount(run.err), 1) << run.err.toStdString();
     }
     EXPECT_FALSE(QFile::exists(file));
 }
