@@ -34,6 +34,16 @@ void SheetData::setCell(int row, int col, const CellInput &input, SharedStrings 
         cell.string = strings.add(input.text);
 }
 
+bool SheetData::hasCell(int row, int col) const
+{
+    const auto found = rows.find(row);
+    if (found == rows.end())
+        return false;
+    const auto &cells = found->second;
+    return std::binary_search(cells.begin(), cells.end(), CellRecord{0, 0, quint16(col), {}},
+                              [](const CellRecord &a, const CellRecord &b) { return a.col < b.col; });
+}
+
 void SheetData::clearCell(int row, int col)
 {
     CellRecord &cell = cellAt(row, col);

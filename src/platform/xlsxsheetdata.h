@@ -42,6 +42,7 @@ class SheetData {
 public:
     void setCell(int row, int col, const CellInput &input, SharedStrings &strings);
     void clearCell(int row, int col);
+    bool hasCell(int row, int col) const;
     bool isEmpty() const { return rows.empty() && formats.empty() && widths.empty() && merges.empty(); }
 
     std::map<int, std::vector<CellRecord>> rows;

@@ -112,6 +112,9 @@ void Worksheet::setVisible(bool visible)
 void Worksheet::setCellValue(int row, int col, const QString &text)
 {
     checkCell(row, col);
+    // A new sheet has nothing to clear: empty cells of a wide grid cost nothing.
+    if (text.isEmpty() && m_isNew && !m_data->hasCell(row, col))
+        return;
     m_data->setCell(row, col, CellInput::interpret(text), m_book.sharedStrings());
 }
 
