@@ -414,15 +414,21 @@ private:
                            after.kind == TsqlToken::Kind::End || after.isSymbol(";"));
         bool done = false;
         if (bare) {
-            for (const OutputColumn &c : std::as_const(m_aliases)) {
-                if (!c.name.isEmpty() && c.name.compare(t.text, Qt::CaseInsensitive) == 0) {
-                    // A select-list alias, unless it only repeats a column's own name.
-                    take();
-                    sql = quoteName(c.name);
-                    kind = c.kind;
-                    done = true;
-                    break;
+            // A bare name that is one select-list column sorts by that column,
+            // even where the name alone would be ambiguous among the tables.
+            int match = -1;
+            int matches = 0;
+            for (int i = 0; i < m_aliases.size(); ++i) {
+                if (m_aliases.at(i).name.compare(t.text, Qt::CaseInsensitive) == 0) {
+                    match = i;
+                    ++matches;
                 }
+            }
+            if (matches == 1) {
+                take();
+                sql = QString::number(match + 1);
+                kind = m_aliases.at(match).kind;
+                done = true;
             }
         }
         if (!done) {

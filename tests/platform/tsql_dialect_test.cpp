@@ -101,6 +101,8 @@ TEST_F(Dialect, ExpressionsMeanWhatSqlServerMeans)
         {"SELECT COUNT(DISTINCT s) FROM t", "1"},
         {"SELECT TOP 1 [id] FROM [dbo].[t] ORDER BY id DESC", "3"},
         {"SELECT t.id FROM t INNER JOIN u ON t.s = u.s WHERE u.id = 1 ORDER BY t.id DESC", "2"},
+        {"SELECT t.id, u.s FROM t JOIN u ON t.id = u.id ORDER BY s DESC", "2"},
+        {"SELECT id, s AS k FROM t WHERE id < 3 ORDER BY K, 1", "1"},
     };
     for (const Case &c : cases)
         EXPECT_EQ(scalar(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;
