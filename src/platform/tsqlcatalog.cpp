@@ -58,7 +58,10 @@ const TsqlTable *TsqlCatalog::table(const QString &name)
             }
         }
     }
-    m_tables.insert(key, table);
+    // Only found tables are kept: one created behind the adapter's back (a
+    // bulk load through database()) must still be found later.
+    if (table)
+        m_tables.insert(key, table);
     return table.get();
 }
 

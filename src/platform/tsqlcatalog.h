@@ -20,7 +20,7 @@ public:
 
 private:
     QString m_connectionName;
-    QHash<QString, std::shared_ptr<TsqlTable>> m_tables; // key: lower-case name; null = absent
+    QHash<QString, std::shared_ptr<TsqlTable>> m_tables; // key: lower-case name
 };
 
 } // namespace quorvale

@@ -120,6 +120,12 @@ int collate(void *, int na, const void *va, int nb, const void *vb)
 bool toNumber(sqlite3_value *v, sqlite3_int64 &i, double &d, bool &isInt)
 {
     const QString text = QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(v))).trimmed();
+    // SQL Server reads an empty or blank string as 0.
+    if (text.isEmpty()) {
+        i = 0;
+        isInt = true;
+        return true;
+    }
     bool ok = false;
     i = text.toLongLong(&ok);
     if (ok) {

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -172,4 +173,17 @@ TEST(Recordset, AdoErrorsForMisuse)
     EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select a from t"), c, 1, 1); }), 3001);
     EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select a from t"), std::make_shared<Connection>()); }), 3709);
     EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select zz from t"), c); }), ErrorNumber::DatabaseError);
+}
+
+// The admin tool bulk-loads through database(); the adapter must see its tables.
+TEST(Connection, TablesCreatedThroughTheQtConnectionAreFound)
+{
+    QTemporaryDir dir;
+    ConnectionPtr c = createDb(dir.filePath(QStringLiteral("late.db")));
+    EXPECT_THROW(rows(c, QStringLiteral("SELECT a FROM late")), RuntimeError);
+    QSqlQuery q(c->database());
+    ASSERT_TRUE(q.exec(QStringLiteral("CREATE TABLE late (a varchar(5) COLLATE CI_AS, d datetime)")));
+    ASSERT_TRUE(q.exec(QStringLiteral("INSERT INTO late VALUES ('x ', '2024-01-02 03:04:05')")));
+    EXPECT_EQ(rows(c, QStringLiteral("SELECT a, d FROM late WHERE a = 'X' AND d > '2024/1/2'")),
+              (QList<QStringList>{{"x ", "2024-01-02 03:04:05"}}));
 }

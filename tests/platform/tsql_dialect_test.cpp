@@ -89,6 +89,7 @@ TEST_F(Dialect, ExpressionsMeanWhatSqlServerMeans)
         {"SELECT 1 + 2", "3"},
         {"SELECT '1' + 2", "3"},
         {"SELECT 1.5 + 1", "2.5"},
+        {"SELECT ' ' + 1", "1"},
         {"SELECT N'it''s' + N'好'", "it's好"},
         {"sElEcT CaSe wHeN 1 = 1 tHeN 'y' eLsE 'n' EnD", "y"},
         {"SELECT s + s FROM t WHERE id = 1", "abcabc"},
@@ -106,6 +107,8 @@ TEST_F(Dialect, ExpressionsMeanWhatSqlServerMeans)
     };
     for (const Case &c : cases)
         EXPECT_EQ(scalar(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;
+    EXPECT_EQ(errorOf(QStringLiteral("SELECT s + n FROM t WHERE id = 1")),
+              QStringLiteral("Conversion failed when converting the varchar value 'abc' to data type int."));
 }
 
 TEST_F(Dialect, DateLiteralsConvertAgainstDatetimeColumns)
