@@ -532,6 +532,13 @@ void DemoWriter::writeParking()
                     fees.first().amount = QVariant(); // fee never set for this space
                 ledger({{}, {}, title}, {}, fees, firstOfMonth(charged.toDate()), m_thisMonth,
                        payer, title);
+                if (kind == Both) {
+                    // Entries booked against the tenancy and the title at once.
+                    const LedgerOwner twice{{}, current, title};
+                    ledgerRow(twice, {}, QStringLiteral("12"), m_thisMonth, money(5000), QDate());
+                    ledgerRow(twice, {}, QStringLiteral("12"), m_thisMonth.addMonths(1),
+                              money(5000), m_thisMonth);
+                }
             }
             table("车位说明表", kSpaceColumns)
                 .add({spaceId, g.office, g.code, space, rightKind, charged, owner, current});

@@ -52,8 +52,16 @@ QStringList scriptBatches(const QString &script)
 void createSchema(Connection &connection)
 {
     const QStringList batches = scriptBatches(schemaScript());
-    for (const QString &batch : batches)
-        connection.Execute(batch);
+    for (const QString &batch : batches) {
+        try {
+            connection.Execute(batch);
+        } catch (const RuntimeError &error) {
+            // Name the statement: the driver's text alone does not say which one failed.
+            throw RuntimeError(error.number(),
+                               QStringLiteral("%1: %2").arg(batch.section(QLatin1Char('\n'), 0, 0),
+                                                            error.description()));
+        }
+    }
 }
 
 } // namespace quorvale

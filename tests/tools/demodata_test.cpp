@@ -202,6 +202,7 @@ TEST_F(DemoData, ParkingHasRentedOwnedSettledAndOrphanedSpaces)
               "WYZJ.DJ_ID "
               "= 车位申请登记表.登记ID Where 车位申请登记表.结账日期 Is Null"),
         0);
+    EXPECT_GT(count("From WYZJ Where DJ_ID Is Not Null And cw_id Is Not Null"), 0);
     EXPECT_GT(
         count(
             "From 车位申请登记表 LEFT JOIN 车库名 ON 车位申请登记表.车库编号 = 车库名.车库编号 and "
