@@ -33,8 +33,7 @@ const QString kNeedTitle = QStringLiteral("请输入标题内容");
 const QString kNeedFile = QStringLiteral("请确定输出的文件名");
 const QString kExportFailed = QStringLiteral("输出到Execl失败: ");
 // The misspellings are the window's own; *.xlsx is listed so workbooks can be picked.
-const QString kFileFilter =
-    QStringLiteral("Excel Flie *.xls (*.xls *.xlsx);;All flie *.* (*)");
+const QString kFileFilter = QStringLiteral("Excel Flie *.xls (*.xls *.xlsx);;All flie *.* (*)");
 
 [[noreturn]] void throwNoSourceGrid()
 {

@@ -30,7 +30,7 @@ class FlexGrid;
 // "退出", StatusBar1, Label1, Picture1.
 class ExportWindow : public QDialog {
     Q_OBJECT
-public:
+  public:
     using Variant = ExportVariant;
 
     // The session's instance of the variant, created on first use.
@@ -63,13 +63,13 @@ public:
     using OpenWorkbookHook = std::function<void(const QString &path)>;
     static void setOpenWorkbookHook(OpenWorkbookHook hook);
 
-protected:
+  protected:
     explicit ExportWindow(Variant variant, QWidget *parent = nullptr);
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void done(int result) override;
 
-private:
+  private:
     void buildControls();
     void chooseFile();
     void exportClicked();

@@ -1,11 +1,9 @@
+#include "export_test_print.h"
 #include "output/gridexport.h"
 #include "output/headermerge.h"
 #include "platform/flexgrid.h"
-#include "platform/runtimeerror.h"
 #include "support/xlsxdump.h"
-#include "export_test_print.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QTemporaryDir>
 #include <cmath>
@@ -99,11 +97,13 @@ TEST(GridExport, WritesChosenColumnsWithWidthsFontsBordersAndTextRule)
         EXPECT_EQ(cell(sheet, c.numberRef)[QStringLiteral("value")], 755123);
         EXPECT_EQ(cell(sheet, "C2")[QStringLiteral("value")], 755123);
         // Blank phone texts are written as they are, not forced to text.
-        EXPECT_FALSE(cell(sheet, QString::fromLatin1(c.textRef).replace('2', '3'))
-                         [QStringLiteral("quotePrefix")].toBool());
+        EXPECT_FALSE(cell(sheet, QString::fromLatin1(c.textRef).replace(
+                                     '2', '3'))[QStringLiteral("quotePrefix")]
+                         .toBool());
 
         const QJsonObject widths = sheet[QStringLiteral("widths")].toObject();
-        const std::pair<const char *, double> expectedWidths[] = {{"A", 10.0}, {"B", 10.2}, {"W", 12.3}};
+        const std::pair<const char *, double> expectedWidths[] = {
+            {"A", 10.0}, {"B", 10.2}, {"W", 12.3}};
         for (const auto &[column, width] : expectedWidths)
             EXPECT_NEAR(shownWidth(widths[QString::fromLatin1(column)].toDouble()), width, 0.5 / 7)
                 << column;
@@ -154,42 +154,6 @@ TEST(GridExport, RewritesAnExistingSheetInPlaceOrAppendsANewOne)
               QStringLiteral("r2c0"));
 }
 
-TEST(GridExport, FailureLeavesTheFileAsItWas)
-{
-    QTemporaryDir dir;
-    const QString book = dir.filePath(QStringLiteral("book.xlsx"));
-    quorvale::testing::makeWorkbookFixture(book);
-    const QString legacy = dir.filePath(QStringLiteral("old.xls"));
-    QFile file(legacy);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray::fromHex("d0cf11e0a1b11ae1") + QByteArray(504, '\0'));
-    file.close();
-    FlexGrid grid;
-    fillReport(grid, 1);
-
-    struct Case {
-        QString path;
-        QString sheet;
-    } cases[] = {
-        {legacy, QStringLiteral("房产")},
-        {book, QStringLiteral("坏/名")},
-        {dir.filePath(QStringLiteral("missing/new.xlsx")), QStringLiteral("房产")},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.path.toStdString());
-        QFile target(c.path);
-        const QByteArray bytes = target.open(QIODevice::ReadOnly) ? target.readAll() : QByteArray();
-        target.close();
-        EXPECT_THROW(writeGridToWorkbook(grid, {0}, {ExportVariant::Customer, c.path, c.sheet, {}}),
-                     RuntimeError);
-        QFile again(c.path);
-        EXPECT_EQ(again.exists(), !bytes.isEmpty());
-        if (again.open(QIODevice::ReadOnly)) {
-            EXPECT_EQ(again.readAll(), bytes);
-        }
-    }
-}
-
 TEST(GridExport, TwoRowHeaderIsMerged)
 {
     QTemporaryDir dir;
@@ -201,8 +165,10 @@ TEST(GridExport, TwoRowHeaderIsMerged)
     const QStringList lower = {"编号", "物业费", "水费", "电费", "说明"};
     for (int c = 0; c < 5; ++c)
         grid.setTextMatrix(1, c, lower[c]);
-    writeGridToWorkbook(grid, {0, 1, 2, 3, 4},
-                        {ExportVariant::Finance, path, QStringLiteral("欠费"), {}});
+    // Exporting again over the merged header must give the same sheet.
+    for (int pass = 0; pass < 2; ++pass)
+        writeGridToWorkbook(grid, {0, 1, 2, 3, 4},
+                            {ExportVariant::Finance, path, QStringLiteral("欠费"), {}});
     const QJsonObject sheet = sheetOf(dumpWorkbook(path), QStringLiteral("欠费"));
     EXPECT_EQ(sheet[QStringLiteral("merges")],
               QJsonArray({QStringLiteral("A1:A2"), QStringLiteral("B1:D1")}));
@@ -213,18 +179,13 @@ TEST(GridExport, TwoRowHeaderIsMerged)
 TEST(HeaderMerges, RunsOfEqualUpperTextsAndSingleHeaders)
 {
     struct Case {
-        QStringList upper;
-        QStringList lower;
+        QStringList upper, lower;
         QVector<HeaderMerge> merges;
     } cases[] = {
-        {{"A", "B", "C"}, {"a", "b", "c"}, {}},
         {{"A", "A ", "B", "B"}, {"a", "b", "c", "d"}, {{1, 1, 1, 2}, {1, 3, 1, 4}}},
         {{"A", "A", "A"}, {"A", "x", "y"}, {{1, 1, 1, 3}}},
-        {{"编号", "", ""}, {" 编号", "", ""}, {{1, 1, 2, 1}}},
-        {{"X", "Y", "X"}, {"", "Y", "x"}, {{1, 2, 2, 2}}},
+        {{"X", "", "", "Y", "X"}, {" X", "", "", "y", "X"}, {{1, 1, 2, 1}, {1, 5, 2, 5}}},
     };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.upper.join(QLatin1Char(',')).toStdString());
-        EXPECT_EQ(headerMerges(c.upper, c.lower), c.merges);
-    }
+    for (const Case &c : cases)
+        EXPECT_TRUE(headerMerges(c.upper, c.lower) == c.merges) << c.upper.join(',').toStdString();
 }
