@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -41,6 +42,7 @@ const QColor kHighlight(0xD0, 0xFF, 0xFD);
 // Gaps between the grid and the window's edge and the bottom strip, in twips.
 constexpr int kGridRightGap = 60;
 constexpr int kGridBottomGap = 30;
+constexpr qint64 kRepaintIntervalMs = 100;
 
 ReportWindow::PrintTarget &printTarget()
 {
@@ -227,10 +229,11 @@ void ReportWindow::fillOfficeList()
 void ReportWindow::HighlightGridRow()
 {
     FlexGrid &grid = *m_grid;
-    if (grid.Rows() == 1)
+    const int clicked = grid.Row();
+    // A click on the heading leaves the current row in the heading; nothing to paint.
+    if (grid.Rows() == 1 || clicked < grid.FixedRows())
         return;
     grid.setRedraw(false);
-    const int clicked = grid.Row();
     // A row dropped by a later compute has nothing left to repaint.
     if (m_highlightedRow != 0 && m_highlightedRow < grid.Rows()) {
         const QColor window = grid.palette().color(QPalette::Base);
@@ -388,12 +391,19 @@ void ReportWindow::runCompute()
     } busy(this);
 
     m_progressPanel->clear();
+    QElapsedTimer sinceRepaint;
+    sinceRepaint.start();
     GridFill fill(
         *m_grid,
-        [this](int rows) {
+        [this, &sinceRepaint](int rows) {
             m_progressPanel->setText(QStringLiteral("已读取 %1 行").arg(rows));
             Q_EMIT rowsFilled(rows);
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            // Repainting costs more than a chunk; a few times a second keeps
+            // the window alive without slowing the fill.
+            if (sinceRepaint.elapsed() >= kRepaintIntervalMs) {
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+                sinceRepaint.restart();
+            }
         },
         m_chunkRows);
     try {
