@@ -7,6 +7,10 @@
 #include "reports/frm财务数据预收表房产.h"
 #include "reports/frm财务数据预收表车位.h"
 
+#include "output/exportwindow.h"
+#include "output/gridprint.h"
+#include "platform/vb.h"
+
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QDateEdit>
@@ -327,6 +331,50 @@ TEST_F(FinanceReports, ReceiptModeSwitchEnablesTheCutOffOrTheRangePickers)
     EXPECT_EQ(enabled(), u("110"));
     option2[0]->click();
     EXPECT_EQ(enabled(), u("001"));
+}
+
+TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
+{
+    const struct {
+        std::function<ReportWindow *()> open;
+        const char *title;
+        const char *sheet;
+        bool pickerDates;
+    } cases[] = {
+        {[this] { return open<frm财务数据欠收表房产>(); }, "(一处) 财务房产数据欠收表", "财务房产数据欠收表", false},
+        {[this] { return open<frm财务数据欠收表车位>(); }, "(一处) 财务车位数据欠收表", "财务车位数据欠收表", false},
+        {[this] { return open<frm财务数据预收表车位>(); }, "(一处) 车位数据预收表", "财务车位数据预收表", true},
+        {[this] { return open<frm财务数据预收表房产>(); }, "(一处) 财务房产数据预收表", "财务房产数据预收表", true},
+    };
+    PrintTitles printed;
+    ReportWindow::setPrintTarget(
+        [&printed](QWidget *, const FlexGrid &, const PrintTitles &titles) { printed = titles; });
+    const QDate today = QDate::currentDate();
+    for (const auto &c : cases) {
+        ReportWindow *w = c.open();
+        choose(w, u("01"));
+        w->ReportCommand(ReportWindow::Export);
+        ExportWindow *exporter = ExportWindow::shared(ExportWindow::Variant::Finance);
+        EXPECT_EQ(exporter->sourceGrid(), w->grid()) << c.sheet;
+        EXPECT_EQ(exporter->Text1(1)->text(), u(c.title));
+        EXPECT_EQ(exporter->Text1(2)->text(), u(c.sheet));
+        exporter->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        if (c.pickerDates) {
+            setPicker(w, "DTPicker1", QDate(2024, 1, 2));
+            setPicker(w, "DTPicker2", QDate(2024, 3, 4));
+        }
+        w->ReportCommand(ReportWindow::Print);
+        EXPECT_EQ(printed.title, u("(一处)收款日报表"));
+        EXPECT_EQ(printed.secondLine,
+                  c.pickerDates ? u("日期范围:2024年01月02日-2024年03月04日")
+                                : u("日期范围:") + vbrt::formatChineseDate(today) + u("-")
+                                    + vbrt::formatChineseDate(today))
+            << c.sheet;
+    }
+    ReportWindow::setPrintTarget({});
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 // The designed rules, one appended row at a time, as the reference.
