@@ -42,7 +42,7 @@ const QColor kHighlight(0xD0, 0xFF, 0xFD);
 // Gaps between the grid and the window's edge and the bottom strip, in twips.
 constexpr int kGridRightGap = 60;
 constexpr int kGridBottomGap = 30;
-constexpr qint64 kRepaintIntervalMs = 100;
+constexpr qint64 kRepaintIntervalMs = 250;
 
 ReportWindow::PrintTarget &printTarget()
 {

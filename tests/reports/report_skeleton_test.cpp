@@ -193,6 +193,8 @@ TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
         ExportWindow *export_ = ExportWindow::shared(ExportWindow::Variant::Customer);
         EXPECT_EQ(export_->objectName(), "frmToExcel");
         EXPECT_EQ(export_->sourceGrid(), w->grid());
+        EXPECT_EQ(export_->Text1(1)->text(), c.title);
+        EXPECT_EQ(export_->Text1(2)->text(), c.templateName);
         EXPECT_EQ(export_->tagText(),
                   "统计时间:" + vbrt::formatChineseDate(QDate::currentDate()));
         EXPECT_TRUE(export_->isVisible());
