@@ -110,6 +110,15 @@ QByteArray Package::read(const QString &name) const
         return {};
     if (entry->replaced)
         return entry->content;
+    return readOriginal(name);
+}
+
+QByteArray Package::readOriginal(const QString &name) const
+{
+    const auto it = m_index.constFind(name.toLower());
+    if (it == m_index.cend() || !m_entries[*it].original)
+        return {};
+    const Entry *entry = &m_entries[*it];
     m_reader->setCurrentFile(entry->name, QuaZip::csSensitive);
     QuaZipFile file(m_reader.get());
     if (!file.open(QIODevice::ReadOnly))

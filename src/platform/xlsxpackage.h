@@ -34,6 +34,8 @@ public:
     bool contains(const QString &name) const { return find(name) != nullptr; }
     // Current content of an entry (replacement or original); throws if corrupt.
     QByteArray read(const QString &name) const;
+    // Content as it was in the file, whatever has been put since.
+    QByteArray readOriginal(const QString &name) const;
     void put(const QString &name, QByteArray content);
     // Content streamed from a generator into the compressor right away, so a
     // large sheet is held compressed only.

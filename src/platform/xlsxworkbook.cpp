@@ -119,9 +119,9 @@ std::vector<SheetTag> sheetTags(const QByteArray &xml, const QByteArray &relPref
         s.name = QString::fromUtf8(XmlText::attribute(text, "name").value_or(QByteArray()));
         s.state = XmlText::attribute(text, "state").value_or(QByteArray());
         s.sheetId = XmlText::attribute(text, "sheetId").value_or("0").toInt();
-        tags.push_back(std::move(s));
         if (s.end > tag.end)
             pos = s.end;
+        tags.push_back(std::move(s));
     }
     return tags;
 }
@@ -453,7 +453,9 @@ void Workbook::save()
     for (const auto &sheet : m_sheets) {
         if (!sheet->isModified())
             continue;
-        const QByteArray original = sheet->isNew() ? QByteArray() : m_package->read(sheet->partName());
+        // Always merge into the sheet as it was opened, so saving twice gives the same file.
+        const QByteArray original =
+            sheet->isNew() ? QByteArray() : m_package->readOriginal(sheet->partName());
         SheetWriter writer(sheet->data(), *m_styles, original);
         m_package->putGenerated(sheet->partName(), [&writer](ByteSink &sink) { writer.write(sink); });
         formulasOverwritten = formulasOverwritten || writer.overwroteFormulas();

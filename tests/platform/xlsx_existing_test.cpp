@@ -65,7 +65,9 @@ TEST(XlsxExisting, RewritesSheetInPlaceKeepingEverythingElse)
     ASSERT_NE(sheet, nullptr);
     writeBlock(*sheet, 3, 3); // covers the formula in C3
     sheet->setColumnWidth(2, 20);
+    sheet->merge(1, 1, 1, 2);
     book->save();
+    book->save(); // a second save merges into the sheet as opened again
 
     const QJsonObject after = dumpWorkbook(path);
     EXPECT_EQ(after[QStringLiteral("sheets")], before[QStringLiteral("sheets")]);
@@ -79,7 +81,17 @@ TEST(XlsxExisting, RewritesSheetInPlaceKeepingEverythingElse)
     EXPECT_EQ(cells[QStringLiteral("Z1")][QStringLiteral("value")].toString(), QStringLiteral("row one far"));
     EXPECT_EQ(cells[QStringLiteral("Z1")][QStringLiteral("size")].toDouble(), 14); // Rows(1) formats it too
     const QJsonObject report = after[QStringLiteral("data")][Report].toObject();
-    EXPECT_EQ(report[QStringLiteral("merges")].toArray(), QJsonArray{QStringLiteral("J1:K2")});
+    EXPECT_EQ(report[QStringLiteral("merges")].toArray(),
+              (QJsonArray{QStringLiteral("A1:B1"), QStringLiteral("J1:K2")}));
+    EXPECT_TRUE(cells[QStringLiteral("B1")][QStringLiteral("value")].isNull());
+    // Excel rejects sheets whose elements are out of schema order.
+    const QString xml = after[QStringLiteral("entries")][QStringLiteral("xl/worksheets/sheet3.xml")]
+                            [QStringLiteral("text")].toString();
+    const QStringList order{QStringLiteral("<dimension"), QStringLiteral("<cols>"),
+                            QStringLiteral("<sheetData>"), QStringLiteral("<mergeCells"),
+                            QStringLiteral("<conditionalFormatting"), QStringLiteral("<pageMargins")};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        EXPECT_LT(xml.indexOf(order[i - 1]), xml.indexOf(order[i])) << order[i].toStdString();
     EXPECT_EQ(report[QStringLiteral("conditional")].toArray(), QJsonArray{QStringLiteral("H1:H5")});
     EXPECT_NEAR(report[QStringLiteral("widths")][QStringLiteral("B")].toDouble(), 20.71, 0.1);
     // Existing formats keep their meaning.
