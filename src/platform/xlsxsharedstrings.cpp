@@ -3,6 +3,8 @@
 #include "platform/xlsxbytesink.h"
 #include "platform/xlsxxmltext.h"
 
+#include <cstring>
+
 namespace quorvale::xlsx {
 
 SharedStrings::SharedStrings(QByteArray existingXml) : m_xml(std::move(existingXml))
@@ -27,15 +29,58 @@ SharedStrings::SharedStrings(QByteArray existingXml) : m_xml(std::move(existingX
     }
 }
 
+namespace {
+
+quint64 hashText(const QString &text)
+{
+    const char *p = reinterpret_cast<const char *>(text.constData());
+    size_t len = size_t(text.size()) * 2;
+    quint64 h = 0x9E3779B97F4A7C15ull ^ (len * 0xC2B2AE3D27D4EB4Full);
+    while (len >= 8) {
+        quint64 k;
+        std::memcpy(&k, p, 8);
+        h = (h ^ k) * 0xFF51AFD7ED558CCDull;
+        h ^= h >> 29;
+        p += 8;
+        len -= 8;
+    }
+    quint64 tail = 0;
+    std::memcpy(&tail, p, len);
+    h = (h ^ tail) * 0xC4CEB9FE1A85EC53ull;
+    return h ^ (h >> 32);
+}
+
+} // namespace
+
+void SharedStrings::grow()
+{
+    std::vector<quint32> slots(m_slots.empty() ? 1024 : m_slots.size() * 2, 0);
+    const size_t mask = slots.size() - 1;
+    for (size_t i = 0; i < m_added.size(); ++i) {
+        size_t at = size_t(m_hashes[i]) & mask;
+        while (slots[at])
+            at = (at + 1) & mask;
+        slots[at] = quint32(i + 1);
+    }
+    m_slots.swap(slots);
+}
+
 quint32 SharedStrings::add(const QString &text)
 {
-    const auto it = m_index.constFind(text);
-    if (it != m_index.cend())
-        return *it;
-    const quint32 index = m_existing + quint32(m_added.size());
+    if ((m_added.size() + 1) * 2 > m_slots.size())
+        grow();
+    const quint64 h = hashText(text);
+    const size_t mask = m_slots.size() - 1;
+    size_t at = size_t(h) & mask;
+    while (const quint32 slot = m_slots[at]) {
+        if (m_hashes[slot - 1] == h && m_added[slot - 1] == text)
+            return m_existing + slot - 1;
+        at = (at + 1) & mask;
+    }
+    m_slots[at] = quint32(m_added.size() + 1);
     m_added.push_back(text);
-    m_index.insert(text, index);
-    return index;
+    m_hashes.push_back(h);
+    return m_existing + quint32(m_added.size() - 1);
 }
 
 void SharedStrings::write(ByteSink &sink) const

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
 #include <QString>
 #include <vector>
 
@@ -26,8 +25,13 @@ private:
     QByteArray m_prefix;
     qsizetype m_rootBegin = -1, m_rootStartEnd = -1, m_closeBegin = -1;
     quint32 m_existing = 0;
+    void grow();
+
+    // Open addressing over the added texts: an export adds a string per
+    // cell, and this lookup is the bulk of the time spent on a cell.
     std::vector<QString> m_added;
-    QHash<QString, quint32> m_index;
+    std::vector<quint64> m_hashes;  // per added text
+    std::vector<quint32> m_slots;   // 0 free, else index into m_added + 1
 };
 
 } // namespace quorvale::xlsx
