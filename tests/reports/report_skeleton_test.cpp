@@ -7,6 +7,8 @@
 #include "reports/frm收款日报表.h"
 #include "reports/frm车位基础表.h"
 #include "reports/officelist.h"
+#include "reports/reportregistry.h"
+#include "session/mdiform1.h"
 
 #include <QDate>
 #include <QLineEdit>
@@ -299,6 +301,30 @@ TEST_F(ReportSkeleton, MaximisedWhenActivatedInTheMainWindowArea)
     EXPECT_GT(w->grid()->height(), 0);
     EXPECT_LE(w->grid()->geometry().bottom(), w->picture1()->y());
     EXPECT_LT(w->grid()->geometry().right(), w->width());
+}
+
+TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
+{
+    registerReportWindows();
+    auto *main = new MdiForm1;
+    main->show();
+    struct Case {
+        QString item, window, caption;
+    };
+    const QList<Case> cases = {{"房产客户", "frm收款日报表", "房产客户-基础数据表"},
+                               {"车位客户", "frm车位基础表", "车位客户-基础数据表"}};
+    for (const Case &c : cases) {
+        QWidget *first = main->showWindow(c.item);
+        ASSERT_NE(first, nullptr);
+        EXPECT_EQ(main->showWindow(c.item), first);
+        EXPECT_EQ(first->objectName(), c.window);
+        EXPECT_EQ(first->windowTitle(), c.caption);
+        auto *sub = qobject_cast<QMdiSubWindow *>(first->parentWidget());
+        ASSERT_NE(sub, nullptr);
+        EXPECT_TRUE(sub->isMaximized());
+    }
+    EXPECT_EQ(main->mdiArea()->subWindowList().size(), 2);
+    delete main;
 }
 
 } // namespace
