@@ -36,10 +36,16 @@ bool comesAfterMergeCells(QByteArrayView local)
 
 int intAttribute(QByteArrayView tagText, const char *name, int fallback)
 {
-    const auto value = XmlText::attribute(tagText, name);
-    bool ok = false;
-    const int n = value ? value->toInt(&ok) : 0;
-    return ok ? n : fallback;
+    const auto value = XmlText::rawAttribute(tagText, name);
+    if (!value || value->isEmpty() || value->size() > 9)
+        return fallback;
+    int n = 0;
+    for (char c : *value) {
+        if (c < '0' || c > '9')
+            return fallback;
+        n = n * 10 + (c - '0');
+    }
+    return n;
 }
 
 // Column names for every column, built once.
@@ -66,9 +72,8 @@ double storedWidth(double chars)
     return std::trunc(pixels / digit * 256) / 256;
 }
 
-bool hasFormula(QByteArrayView cell, const QByteArray &prefix)
+bool hasFormula(QByteArrayView cell, QByteArrayView open)
 {
-    const QByteArray open = "<" + prefix + "f";
     for (qsizetype p = cell.indexOf(open); p >= 0; p = cell.indexOf(open, p + 1)) {
         const char next = p + open.size() < cell.size() ? cell[p + open.size()] : 0;
         if (next == '>' || next == ' ' || next == '/')
@@ -115,6 +120,7 @@ void SheetWriter::write(ByteSink &out)
     if (!XmlText::nextTag(xml, pos, root) || root.localName() != "worksheet" || root.selfClosing)
         badSheet();
     m_prefix = root.prefix().toByteArray();
+    m_formulaOpen = "<" + m_prefix + "f";
     out.append(xml.first(root.end));
     qsizetype copied = root.end;
     XmlTag child;
@@ -463,7 +469,7 @@ void SheetWriter::writeRow(ByteSink &out, int row, QByteArrayView original)
                 end = close + cellClose.size();
             }
             int r = 0, c = 0;
-            const auto ref = XmlText::attribute(body.sliced(tag.begin, tag.end - tag.begin), "r");
+            const auto ref = XmlText::rawAttribute(body.sliced(tag.begin, tag.end - tag.begin), "r");
             origCol = ref && XmlText::parseCellRef(*ref, r, c) ? c : lastCol + 1;
             lastCol = origCol;
             origCell = body.sliced(tag.begin, end - tag.begin);
@@ -553,7 +559,7 @@ void SheetWriter::writeCell(ByteSink &out, int col, const CellRecord *ours,
         }
         return;
     }
-    if (!original.isEmpty() && hasFormula(original, m_prefix))
+    if (!original.isEmpty() && hasFormula(original, m_formulaOpen))
         m_overwroteFormulas = true;
     const char *type = nullptr;
     switch (ours->kind) {

@@ -46,6 +46,7 @@ private:
     StyleSheet &m_styles;
     QByteArray m_xml;
     QByteArray m_prefix;
+    QByteArray m_formulaOpen;
     std::vector<ColumnSpec> m_columns;
     std::vector<const FormatOp *> m_rowOps;
     std::vector<std::pair<int, int>> m_cover;

@@ -129,6 +129,18 @@ static qsizetype findAttribute(QByteArrayView tag, QByteArrayView name, char &qu
     return -1;
 }
 
+std::optional<QByteArrayView> XmlText::rawAttribute(QByteArrayView tagText, QByteArrayView name)
+{
+    char quote = '"';
+    const qsizetype q = findAttribute(tagText, name, quote);
+    if (q < 0)
+        return std::nullopt;
+    const qsizetype close = tagText.indexOf(quote, q + 1);
+    if (close < 0)
+        return std::nullopt;
+    return tagText.sliced(q + 1, close - q - 1);
+}
+
 std::optional<QByteArray> XmlText::attribute(QByteArrayView tagText, QByteArrayView name)
 {
     char quote = '"';

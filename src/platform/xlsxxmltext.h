@@ -29,6 +29,8 @@ public:
     static qsizetype elementEnd(QByteArrayView text, const XmlTag &start);
     // Attribute value (unescaped) of a start tag's text, by qualified name.
     static std::optional<QByteArray> attribute(QByteArrayView tagText, QByteArrayView name);
+    // The raw (still escaped) value, without copying; for numbers and references.
+    static std::optional<QByteArrayView> rawAttribute(QByteArrayView tagText, QByteArrayView name);
     // Start tag text with the attribute set (escaped) or removed.
     static QByteArray setAttribute(QByteArrayView tagText, QByteArrayView name,
                                    QByteArrayView value);
