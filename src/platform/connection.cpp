@@ -29,8 +29,9 @@ QString errorText(const QSqlError &e)
 
 [[noreturn]] void closedError()
 {
-    throw RuntimeError(3709, QStringLiteral("The connection cannot be used to perform this operation. It is "
-                                            "either closed or invalid in this context."));
+    throw RuntimeError(
+        3709, QStringLiteral("The connection cannot be used to perform this operation. It is "
+                             "either closed or invalid in this context."));
 }
 
 // T-SQL scripts separate batches with lines holding only GO.
@@ -68,15 +69,17 @@ Connection::~Connection()
 
 QString Connection::embeddedConnectionString(const QString &path)
 {
-    return QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
-                          "Catalog='';Data Source='") +
+    return QStringLiteral(
+               "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
+               "Catalog='';Data Source='") +
            embeddedPrefix + path + QLatin1Char('\'');
 }
 
 void Connection::Open()
 {
     if (isOpen())
-        throw RuntimeError(3705, QStringLiteral("Operation is not allowed when the object is open."));
+        throw RuntimeError(3705,
+                           QStringLiteral("Operation is not allowed when the object is open."));
     const AdoConnectionValues values = parseAdoConnectionString(ConnectionString);
     m_adapter.reset();
     if (QSqlDatabase::contains(m_name))
@@ -85,18 +88,21 @@ void Connection::Open()
     if (values.dataSource.startsWith(embeddedPrefix, Qt::CaseInsensitive)) {
         QString path = values.dataSource.mid(embeddedPrefix.size());
         if (QDir::isRelativePath(path)) {
-            const QString base = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
-                                                              : QDir::currentPath();
+            const QString base = QCoreApplication::instance()
+                                     ? QCoreApplication::applicationDirPath()
+                                     : QDir::currentPath();
             path = QDir(base).absoluteFilePath(path);
         }
         if (!CreateIfMissing && !QFileInfo::exists(path))
-            throw RuntimeError(ErrorNumber::DatabaseError,
-                               QStringLiteral("Cannot open database \"%1\": the file does not exist.")
-                                   .arg(QDir::toNativeSeparators(path)));
+            throw RuntimeError(
+                ErrorNumber::DatabaseError,
+                QStringLiteral("Cannot open database \"%1\": the file does not exist.")
+                    .arg(QDir::toNativeSeparators(path)));
         QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
         db.setDatabaseName(path);
         if (ConnectionTimeout > 0)
-            db.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(ConnectionTimeout * 1000));
+            db.setConnectOptions(
+                QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(ConnectionTimeout * 1000));
         if (!db.open()) {
             const QString text = errorText(db.lastError());
             db = QSqlDatabase();
@@ -111,9 +117,10 @@ void Connection::Open()
 
     const QString driver = chooseSqlServerDriver(installedOdbcDrivers());
     if (driver.isEmpty())
-        throw RuntimeError(ErrorNumber::DatabaseError,
-                           QStringLiteral("[Microsoft][ODBC Driver Manager] Data source name not found and no "
-                                          "default driver specified (no SQL Server ODBC driver is installed)"));
+        throw RuntimeError(
+            ErrorNumber::DatabaseError,
+            QStringLiteral("[Microsoft][ODBC Driver Manager] Data source name not found and no "
+                           "default driver specified (no SQL Server ODBC driver is installed)"));
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), m_name);
     db.setDatabaseName(odbcConnectionString(values, driver));
     if (ConnectionTimeout > 0)

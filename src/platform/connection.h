@@ -13,7 +13,7 @@ class TsqlAdapter;
 // Data Source='...'"); Open() picks the engine from the data source:
 // "sqlite:PATH" is the embedded engine, anything else SQL Server over ODBC.
 class Connection {
-public:
+  public:
     Connection();
     ~Connection();
     Connection(const Connection &) = delete;
@@ -43,7 +43,7 @@ public:
     // Non-null on the embedded engine once open.
     TsqlAdapter *adapter() const;
 
-private:
+  private:
     QString m_name;
     bool m_embedded = false;
     std::unique_ptr<TsqlAdapter> m_adapter;

@@ -74,7 +74,8 @@ bool isStoredForm(const QString &s)
         return false;
     for (int i = 0; i < 19; ++i) {
         const QChar c = s.at(i);
-        if (pattern[i] == 'd' ? !(c >= QLatin1Char('0') && c <= QLatin1Char('9')) : c != QLatin1Char(pattern[i]))
+        if (pattern[i] == 'd' ? !(c >= QLatin1Char('0') && c <= QLatin1Char('9'))
+                              : c != QLatin1Char(pattern[i]))
             return false;
     }
     return true;

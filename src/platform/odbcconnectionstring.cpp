@@ -14,9 +14,10 @@ namespace {
 
 [[noreturn]] void malformed()
 {
-    throw RuntimeError(ErrorNumber::DatabaseError,
-                       QStringLiteral("Format of the initialization string does not conform to the OLE DB "
-                                      "specification."));
+    throw RuntimeError(
+        ErrorNumber::DatabaseError,
+        QStringLiteral("Format of the initialization string does not conform to the OLE DB "
+                       "specification."));
 }
 
 QString normalisedKey(const QString &key)
@@ -93,7 +94,8 @@ AdoConnectionValues parseAdoConnectionString(const QString &s)
             values.provider = value;
         else if (key == QLatin1String("password") || key == QLatin1String("pwd"))
             values.password = value;
-        else if (key == QLatin1String("user id") || key == QLatin1String("uid") || key == QLatin1String("user"))
+        else if (key == QLatin1String("user id") || key == QLatin1String("uid") ||
+                 key == QLatin1String("user"))
             values.userId = value;
         else if (key == QLatin1String("initial catalog") || key == QLatin1String("database"))
             values.initialCatalog = value;
@@ -108,11 +110,13 @@ QStringList installedOdbcDrivers()
 {
     QStringList drivers;
 #ifdef Q_OS_WIN
-    for (const char *root : {"HKEY_LOCAL_MACHINE\\SOFTWARE\\ODBC\\ODBCINST.INI\\ODBC Drivers",
-                             "HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\ODBC\\ODBCINST.INI\\ODBC Drivers"}) {
+    for (const char *root :
+         {"HKEY_LOCAL_MACHINE\\SOFTWARE\\ODBC\\ODBCINST.INI\\ODBC Drivers",
+          "HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\ODBC\\ODBCINST.INI\\ODBC Drivers"}) {
         QSettings registry(QString::fromLatin1(root), QSettings::NativeFormat);
         for (const QString &name : registry.childKeys())
-            if (!drivers.contains(name) && registry.value(name).toString() == QLatin1String("Installed"))
+            if (!drivers.contains(name) &&
+                registry.value(name).toString() == QLatin1String("Installed"))
                 drivers << name;
     }
 #else
@@ -123,7 +127,8 @@ QStringList installedOdbcDrivers()
     if (!sysIni.isEmpty())
         files << QDir(sysIni).filePath(instIni);
     files << QStringLiteral("/etc/odbcinst.ini") << QStringLiteral("/etc/unixODBC/odbcinst.ini")
-          << QStringLiteral("/usr/local/etc/odbcinst.ini") << QDir::home().filePath(QStringLiteral(".odbcinst.ini"));
+          << QStringLiteral("/usr/local/etc/odbcinst.ini")
+          << QDir::home().filePath(QStringLiteral(".odbcinst.ini"));
     static const QRegularExpression section(QStringLiteral("^\\s*\\[([^\\]]+)\\]\\s*$"));
     for (const QString &path : std::as_const(files)) {
         QFile file(path);
@@ -135,7 +140,8 @@ QStringList installedOdbcDrivers()
             if (!m.hasMatch())
                 continue;
             const QString name = m.captured(1).trimmed();
-            if (name.compare(QLatin1String("ODBC"), Qt::CaseInsensitive) != 0 && !drivers.contains(name))
+            if (name.compare(QLatin1String("ODBC"), Qt::CaseInsensitive) != 0 &&
+                !drivers.contains(name))
                 drivers << name;
         }
     }
@@ -193,7 +199,8 @@ QString odbcConnectionString(const AdoConnectionValues &values, const QString &d
         instance = host.mid(slash + 1);
         host = host.left(slash);
     }
-    if (host == QLatin1String(".") || host.compare(QLatin1String("(local)"), Qt::CaseInsensitive) == 0)
+    if (host == QLatin1String(".") ||
+        host.compare(QLatin1String("(local)"), Qt::CaseInsensitive) == 0)
         host = QStringLiteral("localhost");
 
     QStringList parts;
@@ -216,7 +223,8 @@ QString odbcConnectionString(const AdoConnectionValues &values, const QString &d
             target += QLatin1Char(',') + port;
         parts << QStringLiteral("SERVER=") + odbcValue(target);
     }
-    parts << QStringLiteral("UID=") + odbcValue(values.userId) << QStringLiteral("PWD=") + odbcValue(values.password);
+    parts << QStringLiteral("UID=") + odbcValue(values.userId)
+          << QStringLiteral("PWD=") + odbcValue(values.password);
     if (!values.initialCatalog.isEmpty())
         parts << QStringLiteral("DATABASE=") + odbcValue(values.initialCatalog);
     // Driver 18 encrypts by default and company servers carry self-signed certificates.

@@ -24,8 +24,9 @@ QString errorText(const QSqlError &e)
 
 [[noreturn]] void noCurrentRecord()
 {
-    throw RuntimeError(3021, QStringLiteral("Either BOF or EOF is True, or the current record has been deleted. "
-                                            "Requested operation requires a current record."));
+    throw RuntimeError(
+        3021, QStringLiteral("Either BOF or EOF is True, or the current record has been deleted. "
+                             "Requested operation requires a current record."));
 }
 
 [[noreturn]] void closedRecordset()
@@ -91,17 +92,20 @@ Recordset::Recordset() : d(std::make_unique<Impl>()) {}
 
 Recordset::~Recordset() = default;
 
-void Recordset::Open(const QString &source, const ConnectionPtr &connection, int cursorType, int lockType,
-                     int options)
+void Recordset::Open(const QString &source, const ConnectionPtr &connection, int cursorType,
+                     int lockType, int options)
 {
     if (d->open)
-        throw RuntimeError(3705, QStringLiteral("Operation is not allowed when the object is open."));
+        throw RuntimeError(3705,
+                           QStringLiteral("Operation is not allowed when the object is open."));
     if (cursorType != 0 || lockType != 1 || (options != -1 && options != 1))
-        throw RuntimeError(3001, QStringLiteral("Arguments are of the wrong type, are out of acceptable range, "
-                                                "or are in conflict with one another."));
+        throw RuntimeError(
+            3001, QStringLiteral("Arguments are of the wrong type, are out of acceptable range, "
+                                 "or are in conflict with one another."));
     if (!connection || !connection->isOpen())
-        throw RuntimeError(3709, QStringLiteral("The connection cannot be used to perform this operation. It "
-                                                "is either closed or invalid in this context."));
+        throw RuntimeError(
+            3709, QStringLiteral("The connection cannot be used to perform this operation. It "
+                                 "is either closed or invalid in this context."));
     QString sql = source;
     QList<TsqlColumn> columns;
     const bool embedded = connection->isEmbedded();
@@ -120,10 +124,11 @@ void Recordset::Open(const QString &source, const ConnectionPtr &connection, int
     const QSqlRecord record = query.record();
     if (embedded) {
         if (record.count() != columns.size())
-            throw RuntimeError(ErrorNumber::DatabaseError,
-                               QStringLiteral("The embedded engine returned %1 columns where %2 were expected.")
-                                   .arg(record.count())
-                                   .arg(columns.size()));
+            throw RuntimeError(
+                ErrorNumber::DatabaseError,
+                QStringLiteral("The embedded engine returned %1 columns where %2 were expected.")
+                    .arg(record.count())
+                    .arg(columns.size()));
     } else {
         for (int i = 0; i < record.count(); ++i) {
             const QSqlField f = record.field(i);
@@ -182,8 +187,9 @@ Field Recordset::Fields(const QString &name) const
     for (int i = 0; i < d->columns.size(); ++i)
         if (d->columns.at(i).name.compare(name, Qt::CaseInsensitive) == 0)
             return Fields(i);
-    throw RuntimeError(3265, QStringLiteral("Item cannot be found in the collection corresponding to the "
-                                            "requested name or ordinal."));
+    throw RuntimeError(3265,
+                       QStringLiteral("Item cannot be found in the collection corresponding to the "
+                                      "requested name or ordinal."));
 }
 
 Field Recordset::Fields(int index) const
@@ -191,8 +197,9 @@ Field Recordset::Fields(int index) const
     if (!d->open)
         closedRecordset();
     if (index < 0 || index >= d->columns.size())
-        throw RuntimeError(3265, QStringLiteral("Item cannot be found in the collection corresponding to the "
-                                                "requested name or ordinal."));
+        throw RuntimeError(
+            3265, QStringLiteral("Item cannot be found in the collection corresponding to the "
+                                 "requested name or ordinal."));
     if (d->eof)
         noCurrentRecord();
     const TsqlColumn &c = d->columns.at(index);

@@ -21,8 +21,9 @@ void TsqlAdapter::install(const QSqlDatabase &db)
     if (handle.isValid() && qstrcmp(handle.typeName(), "sqlite3*") == 0)
         raw = *static_cast<sqlite3 *const *>(handle.constData());
     if (!registerTsqlFunctions(raw))
-        throw RuntimeError(ErrorNumber::DatabaseError,
-                           QStringLiteral("Cannot install the T-SQL functions on the embedded database."));
+        throw RuntimeError(
+            ErrorNumber::DatabaseError,
+            QStringLiteral("Cannot install the T-SQL functions on the embedded database."));
 }
 
 TsqlStatement TsqlAdapter::translateQuery(const QString &tsql)
@@ -34,7 +35,8 @@ TsqlStatement TsqlAdapter::translateQuery(const QString &tsql)
     return statements.first();
 }
 
-void TsqlAdapter::translateBatch(const QString &tsql, const std::function<void(const TsqlStatement &)> &run)
+void TsqlAdapter::translateBatch(const QString &tsql,
+                                 const std::function<void(const TsqlStatement &)> &run)
 {
     m_translator.translate(tsql, run);
 }

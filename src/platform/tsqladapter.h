@@ -13,7 +13,7 @@ namespace quorvale {
 // The embedded engine's T-SQL dialect adapter for one open connection: the
 // catalog of its tables and the translator that uses it.
 class TsqlAdapter {
-public:
+  public:
     explicit TsqlAdapter(const QString &connectionName);
 
     // Installs the collation and functions the translated SQL needs; call on
@@ -28,7 +28,7 @@ public:
 
     TsqlCatalog &catalog() { return m_catalog; }
 
-private:
+  private:
     TsqlCatalog m_catalog;
     TsqlTranslator m_translator;
 };

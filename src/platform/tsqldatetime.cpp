@@ -10,7 +10,8 @@ namespace quorvale {
 
 QString tsqlDateConversionMessage()
 {
-    return QStringLiteral("Conversion failed when converting date and/or time from character string.");
+    return QStringLiteral(
+        "Conversion failed when converting date and/or time from character string.");
 }
 
 namespace {
@@ -22,8 +23,8 @@ namespace {
 
 QTime parseTime(const QString &t)
 {
-    static const QRegularExpression re(
-        QStringLiteral("^(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2})(?:[.:](\\d{1,3}))?)?\\s*([AaPp][Mm])?$"));
+    static const QRegularExpression re(QStringLiteral(
+        "^(\\d{1,2}):(\\d{1,2})(?::(\\d{1,2})(?:[.:](\\d{1,3}))?)?\\s*([AaPp][Mm])?$"));
     const auto m = re.match(t);
     if (!m.hasMatch())
         conversionFailed();
@@ -55,7 +56,8 @@ QString tsqlDateTimeFromString(const QString &text)
     if (!t.isEmpty()) {
         static const QRegularExpression separated(
             QStringLiteral("^(\\d{4})([-/.])(\\d{1,2})\\2(\\d{1,2})(?:(?:\\s+|T)(.+))?$"));
-        static const QRegularExpression compact(QStringLiteral("^(\\d{4})(\\d{2})(\\d{2})(?:\\s+(.+))?$"));
+        static const QRegularExpression compact(
+            QStringLiteral("^(\\d{4})(\\d{2})(\\d{2})(?:\\s+(.+))?$"));
         static const QRegularExpression timeOnly(QStringLiteral("^\\d{1,2}:\\d"));
         QString timeText;
         if (const auto m = separated.match(t); m.hasMatch()) {

@@ -19,7 +19,7 @@ namespace {
 // secondary strength), Han characters follow their pinyin order and, as on
 // SQL Server's Chinese collations, come after Latin letters and digits.
 class CharacterWeights {
-public:
+  public:
     static const CharacterWeights &instance()
     {
         static const CharacterWeights weights;
@@ -33,7 +33,7 @@ public:
         return unrankedBase + quint32(cp);
     }
 
-private:
+  private:
     static constexpr quint32 hanBase = 0x100000;
     static constexpr quint32 unrankedBase = 0x200000;
 
@@ -66,7 +66,8 @@ private:
         });
         quint32 rank = 1;
         for (size_t i = 0; i < entries.size(); ++i) {
-            if (i > 0 && (entries[i - 1].han != entries[i].han || entries[i - 1].key.compare(entries[i].key) != 0))
+            if (i > 0 && (entries[i - 1].han != entries[i].han ||
+                          entries[i - 1].key.compare(entries[i].key) != 0))
                 ++rank;
             m_table[entries[i].ch] = (entries[i].han ? hanBase : 0) + rank;
         }
@@ -119,7 +120,8 @@ int collate(void *, int na, const void *va, int nb, const void *vb)
 // A string operand of a numeric '+' converts as SQL Server's int/float would.
 bool toNumber(sqlite3_value *v, sqlite3_int64 &i, double &d, bool &isInt)
 {
-    const QString text = QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(v))).trimmed();
+    const QString text =
+        QString::fromUtf8(reinterpret_cast<const char *>(sqlite3_value_text(v))).trimmed();
     // SQL Server reads an empty or blank string as 0.
     if (text.isEmpty()) {
         i = 0;
@@ -166,9 +168,9 @@ void tsqlAdd(sqlite3_context *ctx, int, sqlite3_value **argv)
         }
         if (toNumber(v, i, d, isInt))
             return true;
-        const std::string message = std::string("Conversion failed when converting the varchar value '") +
-                                    reinterpret_cast<const char *>(sqlite3_value_text(v)) +
-                                    "' to data type int.";
+        const std::string message =
+            std::string("Conversion failed when converting the varchar value '") +
+            reinterpret_cast<const char *>(sqlite3_value_text(v)) + "' to data type int.";
         sqlite3_result_error(ctx, message.c_str(), -1);
         return false;
     };
@@ -193,10 +195,11 @@ bool registerTsqlFunctions(sqlite3 *db)
     constexpr int bloomFilter = 0x00080000;
     constexpr int bloomPulldown = 0x00100000;
     sqlite3_test_control(SQLITE_TESTCTRL_OPTIMIZATIONS, db, bloomFilter | bloomPulldown);
-    if (sqlite3_create_collation_v2(db, tsqlCollation, SQLITE_UTF8, nullptr, collate, nullptr) != SQLITE_OK)
+    if (sqlite3_create_collation_v2(db, tsqlCollation, SQLITE_UTF8, nullptr, collate, nullptr) !=
+        SQLITE_OK)
         return false;
-    return sqlite3_create_function_v2(db, "tsql_add", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, tsqlAdd,
-                                      nullptr, nullptr, nullptr) == SQLITE_OK;
+    return sqlite3_create_function_v2(db, "tsql_add", 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
+                                      nullptr, tsqlAdd, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
 } // namespace quorvale

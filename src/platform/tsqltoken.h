@@ -12,7 +12,7 @@ struct TsqlToken {
         QuotedIdentifier, // [name] or "name", text without the delimiters
         String,           // '...' or N'...', text unescaped
         Number,
-        Symbol,           // operators and punctuation
+        Symbol, // operators and punctuation
         End
     };
     Kind kind = Kind::End;
@@ -22,7 +22,8 @@ struct TsqlToken {
 
     bool isKeyword(const char *word) const
     {
-        return kind == Kind::Identifier && text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
+        return kind == Kind::Identifier &&
+               text.compare(QLatin1String(word), Qt::CaseInsensitive) == 0;
     }
     bool isSymbol(const char *symbol) const
     {
@@ -36,7 +37,8 @@ struct TsqlToken {
         case Kind::End:
             return QStringLiteral("end of statement");
         case Kind::String:
-            return (national ? QStringLiteral("N'") : QStringLiteral("'")) + text + QLatin1Char('\'');
+            return (national ? QStringLiteral("N'") : QStringLiteral("'")) + text +
+                   QLatin1Char('\'');
         case Kind::QuotedIdentifier:
             return QLatin1Char('[') + text + QLatin1Char(']');
         default:

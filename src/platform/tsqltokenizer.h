@@ -10,7 +10,7 @@ namespace quorvale {
 // Splits T-SQL text into tokens; comments and blanks are dropped. Throws
 // RuntimeError naming the character and its position for anything else.
 class TsqlTokenizer {
-public:
+  public:
     static QList<TsqlToken> tokenize(const QString &sql);
 };
 

@@ -96,14 +96,16 @@ const QSet<QString> &reservedWords()
     static const QSet<QString> words = [] {
         QSet<QString> w;
         for (const char *s :
-             {"SELECT", "FROM",   "WHERE",  "ORDER",    "GROUP",   "HAVING",   "BY",       "INNER",
-              "LEFT",   "RIGHT",  "FULL",   "OUTER",    "CROSS",   "JOIN",     "ON",       "AND",
-              "OR",     "NOT",    "IN",     "IS",       "NULL",    "LIKE",     "BETWEEN",  "CASE",
-              "WHEN",   "THEN",   "ELSE",   "END",      "AS",      "ASC",      "DESC",     "DISTINCT",
-              "TOP",    "UNION",  "ALL",    "INTO",     "VALUES",  "SET",      "UPDATE",   "DELETE",
-              "INSERT", "CREATE", "DROP",   "TABLE",    "INDEX",   "UNIQUE",   "PRIMARY",  "KEY",
-              "DEFAULT", "IDENTITY", "CONSTRAINT", "EXISTS", "COLLATE", "WITH", "EXCEPT", "INTERSECT",
-              "GO",     "USE",    "ALTER",  "EXEC",     "EXECUTE", "FOREIGN",  "REFERENCES", "CHECK"})
+             {"SELECT",   "FROM",       "WHERE",  "ORDER",    "GROUP",   "HAVING",  "BY",
+              "INNER",    "LEFT",       "RIGHT",  "FULL",     "OUTER",   "CROSS",   "JOIN",
+              "ON",       "AND",        "OR",     "NOT",      "IN",      "IS",      "NULL",
+              "LIKE",     "BETWEEN",    "CASE",   "WHEN",     "THEN",    "ELSE",    "END",
+              "AS",       "ASC",        "DESC",   "DISTINCT", "TOP",     "UNION",   "ALL",
+              "INTO",     "VALUES",     "SET",    "UPDATE",   "DELETE",  "INSERT",  "CREATE",
+              "DROP",     "TABLE",      "INDEX",  "UNIQUE",   "PRIMARY", "KEY",     "DEFAULT",
+              "IDENTITY", "CONSTRAINT", "EXISTS", "COLLATE",  "WITH",    "EXCEPT",  "INTERSECT",
+              "GO",       "USE",        "ALTER",  "EXEC",     "EXECUTE", "FOREIGN", "REFERENCES",
+              "CHECK"})
             w.insert(QString::fromLatin1(s));
         return w;
     }();
@@ -111,7 +113,7 @@ const QSet<QString> &reservedWords()
 }
 
 class Parser {
-public:
+  public:
     Parser(TsqlCatalog &catalog, QList<TsqlToken> tokens)
         : m_catalog(catalog), m_t(std::move(tokens))
     {
@@ -129,7 +131,7 @@ public:
         return true;
     }
 
-private:
+  private:
     TsqlCatalog &m_catalog;
     QList<TsqlToken> m_t;
     int m_p = 0;
@@ -172,9 +174,10 @@ private:
     }
     [[noreturn]] static void syntaxError(const TsqlToken &t)
     {
-        throw RuntimeError(ErrorNumber::DatabaseError, QStringLiteral("Incorrect syntax near '%1' (position %2).")
-                                                           .arg(t.display())
-                                                           .arg(t.position));
+        throw RuntimeError(ErrorNumber::DatabaseError,
+                           QStringLiteral("Incorrect syntax near '%1' (position %2).")
+                               .arg(t.display())
+                               .arg(t.position));
     }
     [[noreturn]] static void error(const QString &message, const TsqlToken &t)
     {
@@ -314,7 +317,8 @@ private:
             } while (acceptSym(","));
             m_aliases.clear();
         }
-        if (peek().kind != TsqlToken::Kind::End && !peek().isSymbol(";") && !startsStatement(peek()))
+        if (peek().kind != TsqlToken::Kind::End && !peek().isSymbol(";") &&
+            !startsStatement(peek()))
             syntaxError(peek());
 
         QString sql = QStringLiteral("SELECT ");
@@ -409,9 +413,10 @@ private:
         QString sql;
         Kind kind = Kind::Unknown;
         const TsqlToken &after = peek(1);
-        const bool bare = t.isName() && !isReserved(t) &&
-                          (after.isSymbol(",") || after.isKeyword("ASC") || after.isKeyword("DESC") ||
-                           after.kind == TsqlToken::Kind::End || after.isSymbol(";"));
+        const bool bare =
+            t.isName() && !isReserved(t) &&
+            (after.isSymbol(",") || after.isKeyword("ASC") || after.isKeyword("DESC") ||
+             after.kind == TsqlToken::Kind::End || after.isSymbol(";"));
         bool done = false;
         if (bare) {
             // A bare name that is one select-list column sorts by that column,
@@ -437,7 +442,9 @@ private:
                 bool ok = false;
                 const int index = v.sql.toInt(&ok);
                 if (!ok || index < 1 || index > m_aliases.size())
-                    error(QStringLiteral("The ORDER BY position number %1 is out of range").arg(v.sql), t);
+                    error(QStringLiteral("The ORDER BY position number %1 is out of range")
+                              .arg(v.sql),
+                          t);
                 kind = m_aliases.at(index - 1).kind;
             } else {
                 kind = v.kind;
@@ -467,7 +474,8 @@ private:
             visible = name();
         for (const ScopeEntry &e : std::as_const(m_scope))
             if (e.visible.compare(visible, Qt::CaseInsensitive) == 0)
-                error(QStringLiteral("The objects \"%1\" and \"%2\" in the FROM clause have the same exposed names")
+                error(QStringLiteral("The objects \"%1\" and \"%2\" in the FROM clause have the "
+                                     "same exposed names")
                           .arg(e.visible, visible),
                       at);
         if (peek().isKeyword("WITH"))
@@ -520,7 +528,8 @@ private:
         for (const ScopeEntry &e : std::as_const(m_scope))
             if (e.visible.compare(visible, Qt::CaseInsensitive) == 0)
                 return e;
-        error(QStringLiteral("The multi-part identifier \"%1\" could not be bound").arg(visible), at);
+        error(QStringLiteral("The multi-part identifier \"%1\" could not be bound").arg(visible),
+              at);
     }
 
     TsqlStatement insert()
@@ -532,7 +541,8 @@ private:
         if (acceptKw("DEFAULT")) {
             expectKw("VALUES");
             TsqlStatement st;
-            st.sql = QStringLiteral("INSERT INTO ") + quoteName(table->name) + QLatin1String(" DEFAULT VALUES");
+            st.sql = QStringLiteral("INSERT INTO ") + quoteName(table->name) +
+                     QLatin1String(" DEFAULT VALUES");
             return st;
         }
         QList<int> targets;
@@ -554,8 +564,8 @@ private:
         QStringList names;
         for (int i : std::as_const(targets))
             names << quoteName(table->columns.at(i).name);
-        QString sql = QStringLiteral("INSERT INTO ") + quoteName(table->name) + QLatin1String(" (") +
-                      names.join(QLatin1String(", ")) + QLatin1Char(')');
+        QString sql = QStringLiteral("INSERT INTO ") + quoteName(table->name) +
+                      QLatin1String(" (") + names.join(QLatin1String(", ")) + QLatin1Char(')');
         if (peek().isKeyword("SELECT")) {
             TsqlStatement inner = select();
             if (inner.columns.size() != targets.size())
@@ -578,8 +588,9 @@ private:
                 } while (acceptSym(","));
                 expectSym(")");
                 if (values.size() != targets.size())
-                    error(QStringLiteral("There are fewer columns in the INSERT statement than values "
-                                         "specified in the VALUES clause, or the reverse"),
+                    error(QStringLiteral(
+                              "There are fewer columns in the INSERT statement than values "
+                              "specified in the VALUES clause, or the reverse"),
                           rowStart);
                 rows << QLatin1Char('(') + values.join(QLatin1String(", ")) + QLatin1Char(')');
             } while (acceptSym(","));
@@ -649,7 +660,8 @@ private:
             const bool ifExists = acceptKw("IF") && (expectKw("EXISTS"), true);
             QStringList sql;
             do {
-                sql << QStringLiteral("DROP TABLE ") + (ifExists ? QStringLiteral("IF EXISTS ") : QString()) +
+                sql << QStringLiteral("DROP TABLE ") +
+                           (ifExists ? QStringLiteral("IF EXISTS ") : QString()) +
                            quoteName(objectName());
             } while (acceptSym(","));
             if (sql.size() > 1)
@@ -668,7 +680,8 @@ private:
                 expectKw("ON");
                 table = objectName();
             }
-            st.sql = QStringLiteral("DROP INDEX ") + (ifExists ? QStringLiteral("IF EXISTS ") : QString()) +
+            st.sql = QStringLiteral("DROP INDEX ") +
+                     (ifExists ? QStringLiteral("IF EXISTS ") : QString()) +
                      quoteName(indexName(table, index));
             return st;
         }
@@ -699,7 +712,9 @@ private:
                 const QString c = name();
                 const int i = table->indexOf(c);
                 if (i < 0)
-                    error(QStringLiteral("Column name '%1' does not exist in the target table").arg(c), ct);
+                    error(QStringLiteral("Column name '%1' does not exist in the target table")
+                              .arg(c),
+                          ct);
                 QString col = quoteName(table->columns.at(i).name);
                 if (acceptKw("DESC"))
                     col += QLatin1String(" DESC");
@@ -752,13 +767,16 @@ private:
         const TsqlToken at = peek();
         const QString table = objectName();
         if (m_catalog.table(table))
-            error(QStringLiteral("There is already an object named '%1' in the database").arg(table), at);
+            error(
+                QStringLiteral("There is already an object named '%1' in the database").arg(table),
+                at);
         expectSym("(");
         QList<ColumnDef> cols;
         QStringList tableKey;
         QList<QStringList> uniques;
         do {
-            if (peek().isKeyword("CONSTRAINT") || peek().isKeyword("PRIMARY") || peek().isKeyword("UNIQUE")) {
+            if (peek().isKeyword("CONSTRAINT") || peek().isKeyword("PRIMARY") ||
+                peek().isKeyword("UNIQUE")) {
                 if (acceptKw("CONSTRAINT"))
                     name();
                 const bool pk = acceptKw("PRIMARY");
@@ -777,7 +795,9 @@ private:
                     for (const ColumnDef &d : std::as_const(cols))
                         found = found || d.name.compare(c, Qt::CaseInsensitive) == 0;
                     if (!found)
-                        error(QStringLiteral("Column name '%1' does not exist in the target table").arg(c), ct);
+                        error(QStringLiteral("Column name '%1' does not exist in the target table")
+                                  .arg(c),
+                              ct);
                     if (!acceptKw("ASC"))
                         acceptKw("DESC");
                     keyCols << c;
@@ -817,7 +837,9 @@ private:
                 def += QLatin1String("INTEGER PRIMARY KEY AUTOINCREMENT");
             } else if (d.identity) {
                 if (!intType)
-                    error(QStringLiteral("Identity column '%1' must be of an integer type").arg(d.name), at);
+                    error(QStringLiteral("Identity column '%1' must be of an integer type")
+                              .arg(d.name),
+                          at);
                 def += d.type + QLatin1String(" identity");
                 if (d.primaryKey)
                     def += QLatin1String(" PRIMARY KEY");
@@ -862,7 +884,8 @@ private:
         st.sql = QStringLiteral("CREATE TRIGGER %1 AFTER INSERT ON %2 WHEN NEW.%3 IS NULL BEGIN "
                                 "UPDATE %2 SET %3 = (SELECT IFNULL(MAX(%3), 0) + 1 FROM %2) "
                                 "WHERE rowid = NEW.rowid; END")
-                     .arg(quoteName(table + QLatin1String("$identity")), quoteName(table), quoteName(column));
+                     .arg(quoteName(table + QLatin1String("$identity")), quoteName(table),
+                          quoteName(column));
         return st;
     }
 
@@ -872,16 +895,17 @@ private:
         d.name = name();
         const TsqlToken typeToken = peek();
         const QString base = name().toLower();
-        static const QSet<QString> textTypes = {QStringLiteral("varchar"), QStringLiteral("nvarchar"),
-                                                QStringLiteral("char"),    QStringLiteral("nchar"),
-                                                QStringLiteral("text"),    QStringLiteral("ntext"),
-                                                QStringLiteral("uniqueidentifier")};
-        static const QSet<QString> dateTypes = {QStringLiteral("datetime"), QStringLiteral("smalldatetime"),
-                                                QStringLiteral("date"), QStringLiteral("datetime2")};
+        static const QSet<QString> textTypes = {
+            QStringLiteral("varchar"),         QStringLiteral("nvarchar"), QStringLiteral("char"),
+            QStringLiteral("nchar"),           QStringLiteral("text"),     QStringLiteral("ntext"),
+            QStringLiteral("uniqueidentifier")};
+        static const QSet<QString> dateTypes = {
+            QStringLiteral("datetime"), QStringLiteral("smalldatetime"), QStringLiteral("date"),
+            QStringLiteral("datetime2")};
         static const QSet<QString> numberTypes = {
-            QStringLiteral("int"),   QStringLiteral("smallint"), QStringLiteral("tinyint"),
-            QStringLiteral("bigint"), QStringLiteral("decimal"), QStringLiteral("numeric"),
-            QStringLiteral("money"), QStringLiteral("smallmoney"), QStringLiteral("float"),
+            QStringLiteral("int"),    QStringLiteral("smallint"),   QStringLiteral("tinyint"),
+            QStringLiteral("bigint"), QStringLiteral("decimal"),    QStringLiteral("numeric"),
+            QStringLiteral("money"),  QStringLiteral("smallmoney"), QStringLiteral("float"),
             QStringLiteral("real")};
         if (textTypes.contains(base))
             d.kind = Kind::Text;
@@ -919,7 +943,8 @@ private:
                 const QString collation = name();
                 if (!collation.endsWith(QLatin1String("_CI_AS"), Qt::CaseInsensitive) &&
                     !collation.endsWith(QLatin1String("_CI_AI"), Qt::CaseInsensitive))
-                    error(QStringLiteral("Collation '%1' is not supported by the embedded engine").arg(collation),
+                    error(QStringLiteral("Collation '%1' is not supported by the embedded engine")
+                              .arg(collation),
                           ct);
                 continue;
             }
@@ -977,7 +1002,8 @@ private:
         Val l = andExpr();
         while (acceptKw("OR")) {
             const Val r = andExpr();
-            l = logical(QLatin1Char('(') + l.sql + QLatin1String(" OR ") + r.sql + QLatin1Char(')'));
+            l = logical(QLatin1Char('(') + l.sql + QLatin1String(" OR ") + r.sql +
+                        QLatin1Char(')'));
         }
         return l;
     }
@@ -987,7 +1013,8 @@ private:
         Val l = notExpr();
         while (acceptKw("AND")) {
             const Val r = notExpr();
-            l = logical(QLatin1Char('(') + l.sql + QLatin1String(" AND ") + r.sql + QLatin1Char(')'));
+            l = logical(QLatin1Char('(') + l.sql + QLatin1String(" AND ") + r.sql +
+                        QLatin1Char(')'));
         }
         return l;
     }
@@ -1022,7 +1049,10 @@ private:
     }
 
     static bool textual(Kind k) { return k == Kind::Text; }
-    static bool textOrOpen(Kind k) { return k == Kind::Text || k == Kind::Unknown || k == Kind::Null; }
+    static bool textOrOpen(Kind k)
+    {
+        return k == Kind::Text || k == Kind::Unknown || k == Kind::Null;
+    }
 
     // Text against text compares under the *_CI_AS collation.
     static bool needsCollation(const Val &l, const Val &r)
@@ -1042,9 +1072,11 @@ private:
         Val l = additive();
         const TsqlToken op = peek();
         if (op.kind == TsqlToken::Kind::Symbol &&
-            (op.text == QLatin1String("=") || op.text == QLatin1String("<>") || op.text == QLatin1String("!=") ||
-             op.text == QLatin1String("<") || op.text == QLatin1String(">") || op.text == QLatin1String("<=") ||
-             op.text == QLatin1String(">=") || op.text == QLatin1String("!<") || op.text == QLatin1String("!>"))) {
+            (op.text == QLatin1String("=") || op.text == QLatin1String("<>") ||
+             op.text == QLatin1String("!=") || op.text == QLatin1String("<") ||
+             op.text == QLatin1String(">") || op.text == QLatin1String("<=") ||
+             op.text == QLatin1String(">=") || op.text == QLatin1String("!<") ||
+             op.text == QLatin1String("!>"))) {
             take();
             Val r = additive();
             if (l.kind == Kind::DateTime)
@@ -1059,14 +1091,14 @@ private:
             else if (sqlOp == QLatin1String("!>"))
                 sqlOp = QStringLiteral("<=");
             const QString left = needsCollation(l, r) ? collated(l) : l.sql;
-            return logical(QLatin1Char('(') + left + QLatin1Char(' ') + sqlOp + QLatin1Char(' ') + r.sql +
-                           QLatin1Char(')'));
+            return logical(QLatin1Char('(') + left + QLatin1Char(' ') + sqlOp + QLatin1Char(' ') +
+                           r.sql + QLatin1Char(')'));
         }
         if (acceptKw("IS")) {
             const bool negated = acceptKw("NOT");
             expectKw("NULL");
-            return logical(QLatin1Char('(') + l.sql + (negated ? QLatin1String(" IS NOT NULL)")
-                                                               : QLatin1String(" IS NULL)")));
+            return logical(QLatin1Char('(') + l.sql +
+                           (negated ? QLatin1String(" IS NOT NULL)") : QLatin1String(" IS NULL)")));
         }
         const bool negated = acceptKw("NOT");
         if (acceptKw("IN")) {
@@ -1097,17 +1129,19 @@ private:
             }
             const bool collation = needsCollation(l, lo) || needsCollation(l, hi);
             return logical(QLatin1Char('(') + (collation ? collated(l) : l.sql) +
-                           (negated ? QLatin1String(" NOT BETWEEN ") : QLatin1String(" BETWEEN ")) + lo.sql +
-                           QLatin1String(" AND ") + hi.sql + QLatin1Char(')'));
+                           (negated ? QLatin1String(" NOT BETWEEN ") : QLatin1String(" BETWEEN ")) +
+                           lo.sql + QLatin1String(" AND ") + hi.sql + QLatin1Char(')'));
         }
         if (acceptKw("LIKE")) {
             const TsqlToken patternToken = peek();
             const Val pattern = additive();
             // SQL Server's [ ] character classes have no SQLite LIKE equivalent.
             if (pattern.stringLiteral && pattern.stringValue.contains(QLatin1Char('[')))
-                error(QStringLiteral("LIKE character classes are not supported by the embedded engine"),
+                error(QStringLiteral(
+                          "LIKE character classes are not supported by the embedded engine"),
                       patternToken);
-            return logical(QLatin1Char('(') + l.sql + (negated ? QLatin1String(" NOT LIKE ") : QLatin1String(" LIKE ")) +
+            return logical(QLatin1Char('(') + l.sql +
+                           (negated ? QLatin1String(" NOT LIKE ") : QLatin1String(" LIKE ")) +
                            pattern.sql + QLatin1Char(')'));
         }
         if (negated)
@@ -1127,7 +1161,8 @@ private:
                 take();
                 const Val r = multiplicative();
                 if (l.kind == Kind::DateTime || r.kind == Kind::DateTime)
-                    error(QStringLiteral("Date arithmetic is not supported by the embedded engine"), op);
+                    error(QStringLiteral("Date arithmetic is not supported by the embedded engine"),
+                          op);
                 Val v;
                 v.sql = QLatin1Char('(') + l.sql + QLatin1String(" - ") + r.sql + QLatin1Char(')');
                 v.kind = Kind::Number;
@@ -1152,7 +1187,8 @@ private:
             v.sql = QLatin1Char('(') + l.sql + QLatin1String(" + ") + r.sql + QLatin1Char(')');
             v.kind = Kind::Number;
         } else {
-            v.sql = QLatin1String("tsql_add(") + l.sql + QLatin1String(", ") + r.sql + QLatin1Char(')');
+            v.sql =
+                QLatin1String("tsql_add(") + l.sql + QLatin1String(", ") + r.sql + QLatin1Char(')');
             v.kind = (isNumeric(l.kind) || isNumeric(r.kind)) ? Kind::Number : Kind::Unknown;
         }
         return v;
@@ -1168,7 +1204,8 @@ private:
             take();
             const Val r = unary();
             Val v;
-            v.sql = QLatin1Char('(') + l.sql + QLatin1Char(' ') + op.text + QLatin1Char(' ') + r.sql + QLatin1Char(')');
+            v.sql = QLatin1Char('(') + l.sql + QLatin1Char(' ') + op.text + QLatin1Char(' ') +
+                    r.sql + QLatin1Char(')');
             v.kind = Kind::Number;
             l = v;
         }
@@ -1283,7 +1320,8 @@ private:
                 error(QStringLiteral("Invalid column name '%1'").arg(column), first);
         }
         const TsqlTable::Column &c = entry->table->columns.at(index);
-        v.sql = m_qualify ? quoteName(entry->visible) + QLatin1Char('.') + quoteName(c.name) : quoteName(c.name);
+        v.sql = m_qualify ? quoteName(entry->visible) + QLatin1Char('.') + quoteName(c.name)
+                          : quoteName(c.name);
         v.kind = kindOf(c.kind);
         return v;
     }
@@ -1296,7 +1334,8 @@ private:
         const bool simple = !peek().isKeyword("WHEN");
         if (simple) {
             subject = expr();
-            sql += QLatin1Char(' ') + (subject.kind == Kind::Text ? collated(subject) : subject.sql);
+            sql +=
+                QLatin1Char(' ') + (subject.kind == Kind::Text ? collated(subject) : subject.sql);
         }
         Kind kind = Kind::Unknown;
         auto mergeKind = [&](const Val &branch) {
@@ -1345,17 +1384,20 @@ private:
         expectSym(")");
         auto arity = [&](int min, int max) {
             if (args.size() < min || args.size() > max)
-                error(QStringLiteral("The %1 function requires %2 argument(s)").arg(fn).arg(min), nameToken);
+                error(QStringLiteral("The %1 function requires %2 argument(s)").arg(fn).arg(min),
+                      nameToken);
         };
         auto call = [&](const QString &sqlName) {
             QStringList parts;
             for (const Val &a : std::as_const(args))
                 parts << a.sql;
-            return sqlName + QLatin1Char('(') + (distinct ? QLatin1String("DISTINCT ") : QLatin1String("")) +
+            return sqlName + QLatin1Char('(') +
+                   (distinct ? QLatin1String("DISTINCT ") : QLatin1String("")) +
                    parts.join(QLatin1String(", ")) + QLatin1Char(')');
         };
         Val v;
-        if (distinct && fn != QLatin1String("COUNT") && fn != QLatin1String("SUM") && fn != QLatin1String("AVG"))
+        if (distinct && fn != QLatin1String("COUNT") && fn != QLatin1String("SUM") &&
+            fn != QLatin1String("AVG"))
             syntaxError(nameToken);
         if (fn == QLatin1String("LEN")) {
             arity(1, 1);
@@ -1364,8 +1406,9 @@ private:
         } else if (fn == QLatin1String("ISNULL")) {
             arity(2, 2);
             v.sql = call(QStringLiteral("ifnull"));
-            v.kind = args.at(0).kind == Kind::Unknown || args.at(0).kind == Kind::Null ? args.at(1).kind
-                                                                                       : args.at(0).kind;
+            v.kind = args.at(0).kind == Kind::Unknown || args.at(0).kind == Kind::Null
+                         ? args.at(1).kind
+                         : args.at(0).kind;
         } else if (fn == QLatin1String("COALESCE")) {
             arity(2, 100);
             v.sql = call(QStringLiteral("coalesce"));
@@ -1403,11 +1446,16 @@ private:
             arity(0, 0);
             v.sql = QStringLiteral("strftime('%Y-%m-%d %H:%M:%S', 'now', 'localtime')");
             v.kind = Kind::DateTime;
-        } else if (fn == QLatin1String("YEAR") || fn == QLatin1String("MONTH") || fn == QLatin1String("DAY")) {
+        } else if (fn == QLatin1String("YEAR") || fn == QLatin1String("MONTH") ||
+                   fn == QLatin1String("DAY")) {
             arity(1, 1);
-            const Val arg = args.at(0).kind == Kind::DateTime ? args.at(0) : dateOperand(args.at(0));
-            const char *part = fn == QLatin1String("YEAR") ? "%Y" : fn == QLatin1String("MONTH") ? "%m" : "%d";
-            v.sql = QStringLiteral("CAST(strftime('%1', %2) AS INTEGER)").arg(QLatin1String(part), arg.sql);
+            const Val arg =
+                args.at(0).kind == Kind::DateTime ? args.at(0) : dateOperand(args.at(0));
+            const char *part = fn == QLatin1String("YEAR")    ? "%Y"
+                               : fn == QLatin1String("MONTH") ? "%m"
+                                                              : "%d";
+            v.sql = QStringLiteral("CAST(strftime('%1', %2) AS INTEGER)")
+                        .arg(QLatin1String(part), arg.sql);
             v.kind = Kind::Number;
         } else if (fn == QLatin1String("ABS")) {
             arity(1, 1);
@@ -1428,11 +1476,14 @@ private:
             v.kind = Kind::Number;
         } else if (fn == QLatin1String("MIN") || fn == QLatin1String("MAX")) {
             arity(1, 1);
-            v.sql = args.at(0).kind == Kind::Text ? QStringLiteral("%1(%2)").arg(fn.toLower(), collated(args.at(0)))
-                                                  : call(fn.toLower());
+            v.sql = args.at(0).kind == Kind::Text
+                        ? QStringLiteral("%1(%2)").arg(fn.toLower(), collated(args.at(0)))
+                        : call(fn.toLower());
             v.kind = args.at(0).kind;
         } else {
-            error(QStringLiteral("'%1' is not a recognized built-in function name").arg(nameToken.text), nameToken);
+            error(QStringLiteral("'%1' is not a recognized built-in function name")
+                      .arg(nameToken.text),
+                  nameToken);
         }
         if (star && fn != QLatin1String("COUNT"))
             syntaxError(nameToken);
@@ -1444,7 +1495,8 @@ private:
 
 TsqlTranslator::TsqlTranslator(TsqlCatalog &catalog) : m_catalog(catalog) {}
 
-void TsqlTranslator::translate(const QString &tsql, const std::function<void(const TsqlStatement &)> &run)
+void TsqlTranslator::translate(const QString &tsql,
+                               const std::function<void(const TsqlStatement &)> &run)
 {
     Parser parser(m_catalog, TsqlTokenizer::tokenize(tsql));
     QList<TsqlStatement> statements;

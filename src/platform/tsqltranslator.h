@@ -16,7 +16,7 @@ class TsqlCatalog;
 // CREATE TABLE / [UNIQUE] INDEX, DROP TABLE / INDEX; SET options (ignored).
 // Anything else throws RuntimeError naming the token and its position.
 class TsqlTranslator {
-public:
+  public:
     explicit TsqlTranslator(TsqlCatalog &catalog);
 
     // Translates the statements of one batch one at a time and hands each to
@@ -26,7 +26,7 @@ public:
     // Every statement of a batch that does not change the schema midway.
     QList<TsqlStatement> translate(const QString &tsql);
 
-private:
+  private:
     TsqlCatalog &m_catalog;
 };
 

@@ -16,8 +16,9 @@ namespace {
 
 QString adoString(const QString &server)
 {
-    return QStringLiteral("Provider=SQLOLEDB.1;Password=pw;Persist Security Info=False;User ID=sa;Initial "
-                          "Catalog='wygl';Data Source='%1'")
+    return QStringLiteral(
+               "Provider=SQLOLEDB.1;Password=pw;Persist Security Info=False;User ID=sa;Initial "
+               "Catalog='wygl';Data Source='%1'")
         .arg(server);
 }
 
@@ -70,26 +71,31 @@ TEST(Connection, SchemaScriptWithGoBatchesThenQuery)
     const QString path = dir.filePath(QStringLiteral("wygl.db"));
     ConnectionPtr c = createDb(path);
     EXPECT_TRUE(c->isEmbedded());
-    c->Execute(QStringLiteral(
-        "SET ANSI_NULLS ON\nGO\n"
-        "CREATE TABLE [dbo].[设置管理处] (\n"
-        "  [GYD_DH] varchar(10) NOT NULL PRIMARY KEY,\n"
-        "  [GYD_Name] nvarchar(50) NULL,\n"
-        "  [商用物业] int NULL,\n"
-        "  [对应部门代号] varchar(10) COLLATE Chinese_PRC_CI_AS NULL\n"
-        ") ON [PRIMARY]\n"
-        "go\n"
-        "CREATE TABLE WYZJ (ID int IDENTITY(1,1) NOT NULL, ZJ_CNY char(6), ZJ_JE money DEFAULT (0),\n"
-        "  ZJ_SKRQ datetime NULL, 有效 bit NOT NULL DEFAULT ((1)), CONSTRAINT PK_WYZJ PRIMARY KEY CLUSTERED (ID))\n"
-        "CREATE NONCLUSTERED INDEX IX_CNY ON WYZJ (ZJ_CNY ASC)\n"
-        "GO\n"
-        "INSERT INTO 设置管理处 (GYD_DH, GYD_Name, 商用物业, 对应部门代号) VALUES ('01', N'东城管理处', NULL, 'D1')\n"
-        "INSERT INTO 设置管理处 VALUES ('02', N'西城管理处', 1, 'D1');\n"
-        "INSERT INTO WYZJ (ZJ_CNY, ZJ_JE, ZJ_SKRQ) VALUES ('202403', 85.50, '2024/3/5'), ('202404', 120, NULL)\n"));
-    EXPECT_EQ(rows(c, QStringLiteral("Select GYD_DH,GYD_Name,商用物业 From 设置管理处 Order By GYD_DH")),
-              (QList<QStringList>{{"01", "东城管理处", ""}, {"02", "西城管理处", "1"}}));
+    c->Execute(QStringLiteral("SET ANSI_NULLS ON\nGO\n"
+                              "CREATE TABLE [dbo].[设置管理处] (\n"
+                              "  [GYD_DH] varchar(10) NOT NULL PRIMARY KEY,\n"
+                              "  [GYD_Name] nvarchar(50) NULL,\n"
+                              "  [商用物业] int NULL,\n"
+                              "  [对应部门代号] varchar(10) COLLATE Chinese_PRC_CI_AS NULL\n"
+                              ") ON [PRIMARY]\n"
+                              "go\n"
+                              "CREATE TABLE WYZJ (ID int IDENTITY(1,1) NOT NULL, ZJ_CNY char(6), "
+                              "ZJ_JE money DEFAULT (0),\n"
+                              "  ZJ_SKRQ datetime NULL, 有效 bit NOT NULL DEFAULT ((1)), "
+                              "CONSTRAINT PK_WYZJ PRIMARY KEY CLUSTERED (ID))\n"
+                              "CREATE NONCLUSTERED INDEX IX_CNY ON WYZJ (ZJ_CNY ASC)\n"
+                              "GO\n"
+                              "INSERT INTO 设置管理处 (GYD_DH, GYD_Name, 商用物业, 对应部门代号) "
+                              "VALUES ('01', N'东城管理处', NULL, 'D1')\n"
+                              "INSERT INTO 设置管理处 VALUES ('02', N'西城管理处', 1, 'D1');\n"
+                              "INSERT INTO WYZJ (ZJ_CNY, ZJ_JE, ZJ_SKRQ) VALUES ('202403', 85.50, "
+                              "'2024/3/5'), ('202404', 120, NULL)\n"));
+    EXPECT_EQ(
+        rows(c, QStringLiteral("Select GYD_DH,GYD_Name,商用物业 From 设置管理处 Order By GYD_DH")),
+        (QList<QStringList>{{"01", "东城管理处", ""}, {"02", "西城管理处", "1"}}));
     EXPECT_EQ(rows(c, QStringLiteral("SELECT * FROM WYZJ ORDER BY ID")),
-              (QList<QStringList>{{"1", "202403", "85.5", "2024-03-05", "1"}, {"2", "202404", "120", "", "1"}}));
+              (QList<QStringList>{{"1", "202403", "85.5", "2024-03-05", "1"},
+                                  {"2", "202404", "120", "", "1"}}));
     // The index went in under a name of its own table.
     EXPECT_THROW(c->Execute(QStringLiteral("CREATE INDEX IX_CNY ON WYZJ (ZJ_JE)")), RuntimeError);
     EXPECT_NO_THROW(c->Execute(QStringLiteral("CREATE INDEX IX_CNY ON 设置管理处 (GYD_Name)")));
@@ -148,7 +154,8 @@ TEST(Recordset, AdoErrorsForMisuse)
 {
     QTemporaryDir dir;
     ConnectionPtr c = createDb(dir.filePath(QStringLiteral("r.db")));
-    c->Execute(QStringLiteral("CREATE TABLE t (a int, b varchar(5)) INSERT INTO t VALUES (1, 'x')"));
+    c->Execute(
+        QStringLiteral("CREATE TABLE t (a int, b varchar(5)) INSERT INTO t VALUES (1, 'x')"));
     Recordset rs;
     rs.Open(QStringLiteral("select a, b AS Bee from t"), c);
     ASSERT_FALSE(rs.eof());
@@ -171,8 +178,12 @@ TEST(Recordset, AdoErrorsForMisuse)
 
     Recordset bad;
     EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select a from t"), c, 1, 1); }), 3001);
-    EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select a from t"), std::make_shared<Connection>()); }), 3709);
-    EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select zz from t"), c); }), ErrorNumber::DatabaseError);
+    EXPECT_EQ(number([&] {
+                  bad.Open(QStringLiteral("select a from t"), std::make_shared<Connection>());
+              }),
+              3709);
+    EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select zz from t"), c); }),
+              ErrorNumber::DatabaseError);
 }
 
 // The admin tool bulk-loads through database(); the adapter must see its tables.
@@ -182,7 +193,8 @@ TEST(Connection, TablesCreatedThroughTheQtConnectionAreFound)
     ConnectionPtr c = createDb(dir.filePath(QStringLiteral("late.db")));
     EXPECT_THROW(rows(c, QStringLiteral("SELECT a FROM late")), RuntimeError);
     QSqlQuery q(c->database());
-    ASSERT_TRUE(q.exec(QStringLiteral("CREATE TABLE late (a varchar(5) COLLATE CI_AS, d datetime)")));
+    ASSERT_TRUE(
+        q.exec(QStringLiteral("CREATE TABLE late (a varchar(5) COLLATE CI_AS, d datetime)")));
     ASSERT_TRUE(q.exec(QStringLiteral("INSERT INTO late VALUES ('x ', '2024-01-02 03:04:05')")));
     EXPECT_EQ(rows(c, QStringLiteral("SELECT a, d FROM late WHERE a = 'X' AND d > '2024/1/2'")),
               (QList<QStringList>{{"x ", "2024-01-02 03:04:05"}}));

@@ -29,9 +29,11 @@ TEST(Field, TextFollowsOneRuleForBothEngines)
         {QVariant(QStringLiteral("85.5000")), FieldKind::Number, "85.5"},
         {QVariant(QStringLiteral("120.0000")), FieldKind::Number, "120"},
         {QVariant(QStringLiteral("-0.5000")), FieldKind::Number, "-0.5"},
-        {QVariant(QStringLiteral("12345678901234567.89")), FieldKind::Number, "12345678901234567.89"},
+        {QVariant(QStringLiteral("12345678901234567.89")), FieldKind::Number,
+         "12345678901234567.89"},
         {QVariant(QStringLiteral("2024-03-31 00:00:00")), FieldKind::DateTime, "2024-03-31"},
-        {QVariant(QStringLiteral("2024-03-31 08:05:09")), FieldKind::DateTime, "2024-03-31 08:05:09"},
+        {QVariant(QStringLiteral("2024-03-31 08:05:09")), FieldKind::DateTime,
+         "2024-03-31 08:05:09"},
         {QVariant(QDateTime(QDate(2024, 3, 31), QTime(0, 0))), FieldKind::DateTime, "2024-03-31"},
         {QVariant(QDateTime(QDate(2024, 3, 31), QTime(23, 59, 1, 500))), FieldKind::DateTime,
          "2024-03-31 23:59:01"},
@@ -52,6 +54,7 @@ TEST(Field, BitsAndNullsAsBooleans)
     EXPECT_TRUE(Field(QString(), QVariant(qlonglong(1)), FieldKind::Bit).toBool());
     EXPECT_FALSE(Field(QString(), QVariant(qlonglong(0)), FieldKind::Bit).toBool());
     EXPECT_TRUE(Field(QString(), QVariant(true), FieldKind::Bit).toBool());
-    EXPECT_FALSE(Field(QString(), QVariant(QMetaType(QMetaType::QString)), FieldKind::Bit).toBool());
+    EXPECT_FALSE(
+        Field(QString(), QVariant(QMetaType(QMetaType::QString)), FieldKind::Bit).toBool());
     EXPECT_TRUE(Field(QString(), QVariant(QStringLiteral("1")), FieldKind::Bit).toBool());
 }

@@ -19,22 +19,25 @@ QString iniPath()
 TEST(SettingsStore, MissingKeyIsEmptyAndSavedValuesComeBack)
 {
     QFile::remove(iniPath());
-    EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"), QStringLiteral("Svr")),
+    EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+                                        QStringLiteral("Svr")),
               QString(QLatin1String("")));
     EXPECT_FALSE(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
                                            QStringLiteral("Svr"))
                      .isNull());
-    SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"), QStringLiteral("DBname"),
-                               QStringLiteral("物业管理"));
-    SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"), QStringLiteral("Svr"),
-                               QStringLiteral("db01,1433"));
+    SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+                               QStringLiteral("DBname"), QStringLiteral("物业管理"));
+    SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+                               QStringLiteral("Svr"), QStringLiteral("db01,1433"));
     EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
                                         QStringLiteral("DBname")),
               QStringLiteral("物业管理"));
-    EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"), QStringLiteral("Svr")),
+    EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+                                        QStringLiteral("Svr")),
               QStringLiteral("db01,1433"));
     // Another section of the same application does not see them.
-    EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("Other"), QStringLiteral("Svr")),
+    EXPECT_EQ(SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("Other"),
+                                        QStringLiteral("Svr")),
               QString());
     EXPECT_TRUE(QFile::exists(iniPath()));
     QFile::remove(iniPath());

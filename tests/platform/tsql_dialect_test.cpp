@@ -7,28 +7,30 @@
 #include <QLocale>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 #include <algorithm>
+#include <gtest/gtest.h>
 
 using namespace quorvale;
 
 namespace {
 
 class Dialect : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override
     {
         m_db = std::make_shared<Connection>();
-        m_db->ConnectionString = Connection::embeddedConnectionString(m_dir.filePath(QStringLiteral("d.db")));
+        m_db->ConnectionString =
+            Connection::embeddedConnectionString(m_dir.filePath(QStringLiteral("d.db")));
         m_db->CreateIfMissing = true;
         m_db->Open();
-        m_db->Execute(QStringLiteral(
-            "CREATE TABLE t (id int PRIMARY KEY, d datetime NULL, s varchar(10) NULL, n int NULL, b bit NULL, m money NULL)\n"
-            "INSERT INTO t VALUES (1, '2024-03-31', 'abc', 5, 1, 85.50)\n"
-            "INSERT INTO t VALUES (2, '2024/3/5 10:20:30', 'ABC  ', NULL, 0, 120)\n"
-            "INSERT INTO t VALUES (3, NULL, NULL, 7, NULL, NULL)\n"
-            "CREATE TABLE u (id int, s nvarchar(10))\n"
-            "INSERT INTO u VALUES (1, N'Abc'), (2, N'x')"));
+        m_db->Execute(
+            QStringLiteral("CREATE TABLE t (id int PRIMARY KEY, d datetime NULL, s varchar(10) "
+                           "NULL, n int NULL, b bit NULL, m money NULL)\n"
+                           "INSERT INTO t VALUES (1, '2024-03-31', 'abc', 5, 1, 85.50)\n"
+                           "INSERT INTO t VALUES (2, '2024/3/5 10:20:30', 'ABC  ', NULL, 0, 120)\n"
+                           "INSERT INTO t VALUES (3, NULL, NULL, 7, NULL, NULL)\n"
+                           "CREATE TABLE u (id int, s nvarchar(10))\n"
+                           "INSERT INTO u VALUES (1, N'Abc'), (2, N'x')"));
     }
 
     QList<QStringList> rows(const QString &sql)
@@ -108,7 +110,8 @@ TEST_F(Dialect, ExpressionsMeanWhatSqlServerMeans)
     for (const Case &c : cases)
         EXPECT_EQ(scalar(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;
     EXPECT_EQ(errorOf(QStringLiteral("SELECT s + n FROM t WHERE id = 1")),
-              QStringLiteral("Conversion failed when converting the varchar value 'abc' to data type int."));
+              QStringLiteral(
+                  "Conversion failed when converting the varchar value 'abc' to data type int."));
 }
 
 TEST_F(Dialect, DateLiteralsConvertAgainstDatetimeColumns)
@@ -134,15 +137,19 @@ TEST_F(Dialect, DateLiteralsConvertAgainstDatetimeColumns)
     for (const Case &c : cases)
         EXPECT_EQ(scalar(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;
 
-    const QString conversion = QStringLiteral("Conversion failed when converting date and/or time from character string.");
-    for (const char *sql : {"SELECT id FROM t WHERE d = '2024-02-30'", "SELECT id FROM t WHERE d > 'abc'",
-                            "SELECT id FROM t WHERE d = '2024-13-01'", "SELECT id FROM t WHERE d = '202403'",
-                            "SELECT id FROM t WHERE d BETWEEN '2024-01-01' AND '2024-01-32'",
-                            "SELECT id FROM t WHERE d = '2024-03-31 25:00'"})
+    const QString conversion =
+        QStringLiteral("Conversion failed when converting date and/or time from character string.");
+    for (const char *sql :
+         {"SELECT id FROM t WHERE d = '2024-02-30'", "SELECT id FROM t WHERE d > 'abc'",
+          "SELECT id FROM t WHERE d = '2024-13-01'", "SELECT id FROM t WHERE d = '202403'",
+          "SELECT id FROM t WHERE d BETWEEN '2024-01-01' AND '2024-01-32'",
+          "SELECT id FROM t WHERE d = '2024-03-31 25:00'"})
         EXPECT_EQ(errorOf(QString::fromUtf8(sql)), conversion) << sql;
-    EXPECT_THROW(m_db->Execute(QStringLiteral("INSERT INTO t (id, d) VALUES (9, '31/03/2024')")), RuntimeError);
+    EXPECT_THROW(m_db->Execute(QStringLiteral("INSERT INTO t (id, d) VALUES (9, '31/03/2024')")),
+                 RuntimeError);
     // Months stay text: '202403' against a text column is no date.
-    EXPECT_EQ(scalar(QStringLiteral("SELECT COUNT(*) FROM t WHERE s <= '202403'")), QStringLiteral("0"));
+    EXPECT_EQ(scalar(QStringLiteral("SELECT COUNT(*) FROM t WHERE s <= '202403'")),
+              QStringLiteral("0"));
 }
 
 TEST_F(Dialect, ColumnsRenderByTheirDeclaredKind)
@@ -163,17 +170,20 @@ TEST_F(Dialect, ColumnsRenderByTheirDeclaredKind)
 
 TEST_F(Dialect, TextOrdersAndGroupsWithoutCaseOrTrailingBlanks)
 {
-    m_db->Execute(QStringLiteral("CREATE TABLE w (k int, s nvarchar(20))\n"
-                                 "INSERT INTO w VALUES (1, N'北京'), (2, N'b'), (3, N'A'), (4, N'a '), (5, N'安徽'),"
-                                 " (6, N'C'), (7, N'重庆'), (8, N'10'), (9, N'2')"));
+    m_db->Execute(QStringLiteral(
+        "CREATE TABLE w (k int, s nvarchar(20))\n"
+        "INSERT INTO w VALUES (1, N'北京'), (2, N'b'), (3, N'A'), (4, N'a '), (5, N'安徽'),"
+        " (6, N'C'), (7, N'重庆'), (8, N'10'), (9, N'2')"));
     QStringList order;
     for (const QStringList &r : rows(QStringLiteral("SELECT s, k FROM w ORDER BY s, k")))
         order << r.first();
     // Digits and Latin before Han, as on SQL Server; Han by pinyin: an(安) < bei(北) < chong(重).
     EXPECT_EQ(order, (QStringList{"10", "2", "A", "a ", "b", "C", "安徽", "北京", "重庆"}));
     EXPECT_EQ(rows(QStringLiteral("SELECT DISTINCT s FROM w WHERE s = 'A'")).size(), 1);
-    EXPECT_EQ(scalar(QStringLiteral("SELECT COUNT(*) FROM w GROUP BY s HAVING COUNT(*) > 1")), QStringLiteral("2"));
-    EXPECT_EQ(scalar(QStringLiteral("SELECT TOP 1 s FROM w ORDER BY LEN(s) DESC, s DESC")), QStringLiteral("重庆"));
+    EXPECT_EQ(scalar(QStringLiteral("SELECT COUNT(*) FROM w GROUP BY s HAVING COUNT(*) > 1")),
+              QStringLiteral("2"));
+    EXPECT_EQ(scalar(QStringLiteral("SELECT TOP 1 s FROM w ORDER BY LEN(s) DESC, s DESC")),
+              QStringLiteral("重庆"));
     EXPECT_THROW(m_db->Execute(QStringLiteral("CREATE UNIQUE INDEX ux ON w (s)")), RuntimeError);
 }
 
@@ -182,7 +192,8 @@ TEST_F(Dialect, TextOrdersAndGroupsWithoutCaseOrTrailingBlanks)
 TEST_F(Dialect, CharacterWeightsAgreeWithTheCollatorOnAscii)
 {
     QRandomGenerator random(20240331);
-    const QString alphabet = QStringLiteral(" !\"#$%&'()*+,-./0123456789:;<=>?@ABCXYZ[\\]^_`abcxyz{|}~");
+    const QString alphabet =
+        QStringLiteral(" !\"#$%&'()*+,-./0123456789:;<=>?@ABCXYZ[\\]^_`abcxyz{|}~");
     QStringList values;
     for (int i = 0; i < 300; ++i) {
         QString v;
@@ -222,13 +233,16 @@ TEST_F(Dialect, UnknownSyntaxNamesTokenAndPosition)
         {"SELECT 'abc", "Incorrect syntax near ''abc' (position 8)."},
         {"SELECT s FROM t GROUP s", "Incorrect syntax near 's' (position 23)."},
         {"SELECT s FROM t UNION SELECT s FROM u", "Incorrect syntax near 'UNION' (position 17)."},
-        {"SELECT CONVERT(varchar, d) FROM t", "'CONVERT' is not a recognized built-in function name (position 8)."},
+        {"SELECT CONVERT(varchar, d) FROM t",
+         "'CONVERT' is not a recognized built-in function name (position 8)."},
         {"SELECT zz FROM t", "Invalid column name 'zz' (position 8)."},
         {"SELECT x.s FROM t", "The multi-part identifier \"x\" could not be bound (position 8)."},
         {"SELECT s FROM t a JOIN u b ON a.id = b.id", "Ambiguous column name 's' (position 8)."},
         {"SELECT s FROM nowhere", "Invalid object name 'nowhere' (position 15)."},
-        {"SELECT s FROM t WHERE s IN (SELECT s FROM u)", "Incorrect syntax near 'SELECT' (position 29)."},
-        {"SELECT s FROM t WHERE s LIKE '[a-c]%'", "LIKE character classes are not supported by the embedded engine (position 30)."},
+        {"SELECT s FROM t WHERE s IN (SELECT s FROM u)",
+         "Incorrect syntax near 'SELECT' (position 29)."},
+        {"SELECT s FROM t WHERE s LIKE '[a-c]%'",
+         "LIKE character classes are not supported by the embedded engine (position 30)."},
     };
     for (const Case &c : cases)
         EXPECT_EQ(errorOf(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;
@@ -238,19 +252,21 @@ TEST_F(Dialect, UnknownSyntaxNamesTokenAndPosition)
 
 TEST_F(Dialect, SchemaStatementsKeepSqlServerMeaning)
 {
-    m_db->Execute(QStringLiteral("CREATE TABLE v (ID int IDENTITY(1,1) NOT NULL, code varchar(5) NOT NULL, "
-                                 "made datetime NOT NULL DEFAULT GETDATE(), flag bit NOT NULL DEFAULT ((0)),"
-                                 " CONSTRAINT PK_v PRIMARY KEY NONCLUSTERED (code))\n"
-                                 "CREATE TABLE q (ID int IDENTITY PRIMARY KEY, code char(3) DEFAULT 'x')\n"
-                                 "INSERT INTO v (code) VALUES ('a')\n"
-                                 "INSERT INTO v (code, flag) VALUES ('b', 1)\n"
-                                 "INSERT INTO q (code) VALUES ('p'), ('q')\n"
-                                 "INSERT INTO q DEFAULT VALUES"));
+    m_db->Execute(
+        QStringLiteral("CREATE TABLE v (ID int IDENTITY(1,1) NOT NULL, code varchar(5) NOT NULL, "
+                       "made datetime NOT NULL DEFAULT GETDATE(), flag bit NOT NULL DEFAULT ((0)),"
+                       " CONSTRAINT PK_v PRIMARY KEY NONCLUSTERED (code))\n"
+                       "CREATE TABLE q (ID int IDENTITY PRIMARY KEY, code char(3) DEFAULT 'x')\n"
+                       "INSERT INTO v (code) VALUES ('a')\n"
+                       "INSERT INTO v (code, flag) VALUES ('b', 1)\n"
+                       "INSERT INTO q (code) VALUES ('p'), ('q')\n"
+                       "INSERT INTO q DEFAULT VALUES"));
     EXPECT_EQ(rows(QStringLiteral("SELECT ID, code, flag, LEN(made) FROM v ORDER BY ID")),
               (QList<QStringList>{{"1", "a", "0", "19"}, {"2", "b", "1", "19"}}));
     // Primary keys on text follow the collation: 'A ' is 'a'.
     EXPECT_THROW(m_db->Execute(QStringLiteral("INSERT INTO v (code) VALUES ('A ')")), RuntimeError);
-    m_db->Execute(QStringLiteral("UPDATE v SET made = '2024/1/2' WHERE code = 'A'\nDELETE FROM v WHERE code = 'B'"));
+    m_db->Execute(QStringLiteral(
+        "UPDATE v SET made = '2024/1/2' WHERE code = 'A'\nDELETE FROM v WHERE code = 'B'"));
     EXPECT_EQ(rows(QStringLiteral("SELECT made FROM v")), (QList<QStringList>{{"2024-01-02"}}));
     EXPECT_THROW(m_db->Execute(QStringLiteral("CREATE TABLE z (a geography)")), RuntimeError);
     EXPECT_THROW(m_db->Execute(QStringLiteral("CREATE TABLE t (a int)")), RuntimeError);

@@ -5,8 +5,8 @@
 
 #include <QFile>
 #include <QTemporaryDir>
-#include <gtest/gtest.h>
 #include <algorithm>
+#include <gtest/gtest.h>
 
 using namespace quorvale;
 
@@ -88,17 +88,20 @@ INSERT INTO WYZJ (ZJ_ID, zh_ID, DJ_ID, cw_id, FWXZ_DH, ZJ_CNY, ZJ_LX, ZJ_JE, ZJ_
 )";
 
 class Statements : public ::testing::Test {
-protected:
+  protected:
     static void SetUpTestSuite()
     {
         s_dir = new QTemporaryDir;
         s_db = new ConnectionPtr(std::make_shared<Connection>());
         Connection &c = **s_db;
-        c.ConnectionString = Connection::embeddedConnectionString(s_dir->filePath(QStringLiteral("wygl.db")));
+        c.ConnectionString =
+            Connection::embeddedConnectionString(s_dir->filePath(QStringLiteral("wygl.db")));
         c.CreateIfMissing = true;
         c.Open();
-        QFile schema(qEnvironmentVariable("QUORVALE_SOURCE_DIR") + QStringLiteral("/sql/schema.sql"));
-        ASSERT_TRUE(schema.open(QIODevice::ReadOnly)) << "QUORVALE_SOURCE_DIR must name the source tree";
+        QFile schema(qEnvironmentVariable("QUORVALE_SOURCE_DIR") +
+                     QStringLiteral("/sql/schema.sql"));
+        ASSERT_TRUE(schema.open(QIODevice::ReadOnly))
+            << "QUORVALE_SOURCE_DIR must name the source tree";
         c.Execute(QString::fromUtf8(schema.readAll()));
         c.Execute(QString::fromUtf8(fixtureData));
     }
@@ -151,34 +154,44 @@ QString employeeCheck(const QString &user, const QString &password)
 
 QString postQuery(const QString &user)
 {
-    return QStringLiteral("Select 员工档案.姓名,职能部门类别.部门类别代号,职能部门类别.部门类别名称,岗位类别.岗位类别编号,岗位类别名称,") +
-           " 职能部门new.职能部门编号 , 职能部门new.职能部门名称, 岗位信息new.岗位代号, 岗位信息new.岗位名称," +
-           " 岗位员工new.主要岗位 From 岗位员工new" + " Inner joIn 岗位信息new on 岗位员工new.岗位代号 = 岗位信息new.岗位代号" +
+    return QStringLiteral("Select "
+                          "员工档案.姓名,职能部门类别.部门类别代号,职能部门类别.部门类别名称,"
+                          "岗位类别.岗位类别编号,岗位类别名称,") +
+           " 职能部门new.职能部门编号 , 职能部门new.职能部门名称, 岗位信息new.岗位代号, "
+           "岗位信息new.岗位名称," +
+           " 岗位员工new.主要岗位 From 岗位员工new" +
+           " Inner joIn 岗位信息new on 岗位员工new.岗位代号 = 岗位信息new.岗位代号" +
            " Inner joIn 职能部门new on 岗位信息new.职能部门代号 = 职能部门new.职能部门编号" +
            " Inner joIn 岗位类别 on 岗位信息new.岗位类别代号 = 岗位类别.岗位类别编号" +
            " Inner joIn 职能部门类别 on 职能部门new.职能部门类别代号 = 职能部门类别.部门类别代号" +
-           " Inner joIn 员工档案 on 岗位员工new.员工代号 = 员工档案.工号" + " Where 岗位员工new.员工代号='" + user +
+           " Inner joIn 员工档案 on 岗位员工new.员工代号 = 员工档案.工号" +
+           " Where 岗位员工new.员工代号='" + user +
            "' and 员工档案.离职日期 is null AND (岗位员工new.离岗日期 IS NULL)";
 }
 
 QString privilegeQuery(const QString &post, const QString &memo)
 {
-    return QStringLiteral("SELECT DISTINCT 岗位权限设置.id , 岗位权限设置.组代号, 岗位权限设置.岗位代号, 岗位权限设置.授权, "
+    return QStringLiteral("SELECT DISTINCT 岗位权限设置.id , 岗位权限设置.组代号, "
+                          "岗位权限设置.岗位代号, 岗位权限设置.授权, "
                           "GroupPrivilege.FormName, GroupPrivilege.Popedom") +
-           " FROM  岗位权限设置 INNER JOIN GroupPrivilege ON 岗位权限设置.组代号 = GroupPrivilege.GroupID" +
-           " Where 授权 = 1 AND 岗位代号='" + post + "'" + " AND Memo='" + memo + "'" + " ORDER BY GroupPrivilege.Popedom";
+           " FROM  岗位权限设置 INNER JOIN GroupPrivilege ON 岗位权限设置.组代号 = "
+           "GroupPrivilege.GroupID" +
+           " Where 授权 = 1 AND 岗位代号='" + post + "'" + " AND Memo='" + memo + "'" +
+           " ORDER BY GroupPrivilege.Popedom";
 }
 
 QString auditQuery(const QString &dept, const QString &post)
 {
-    return QStringLiteral("SELECT     ID, 类型, 部门代号, 岗位代号") + " From 专项审核权限表" + " WHERE     (部门代号 = N'" +
-           dept + "') " + " AND (岗位代号 = N'" + post + "') " + " AND (类型 = N'项目管理')";
+    return QStringLiteral("SELECT     ID, 类型, 部门代号, 岗位代号") + " From 专项审核权限表" +
+           " WHERE     (部门代号 = N'" + dept + "') " + " AND (岗位代号 = N'" + post + "') " +
+           " AND (类型 = N'项目管理')";
 }
 
 // The address of a building, with the separator each report writes between the CASE terms.
 QString addressExpression()
 {
-    return QStringLiteral("Select Case When 楼表.地址1 Is Not Null Then 楼表.地址1 Else '' End + ") +
+    return QStringLiteral(
+               "Select Case When 楼表.地址1 Is Not Null Then 楼表.地址1 Else '' End + ") +
            " Case When 楼表.字1 Is Not Null Then 楼表.字1 Else '' End + " +
            " Case When 楼表.地址2 Is Not Null Then 楼表.地址2 Else '' End + " +
            " Case When 楼表.字2 Is Not Null Then 楼表.字2 Else '' End + " +
@@ -188,31 +201,41 @@ QString addressExpression()
            " Case When 楼表.字4 Is Not Null Then 楼表.字4 Else '' End AS DZ,";
 }
 
-const QString addressOrder = QStringLiteral(
-    " ORDER BY  LEN(楼表.地址1), 楼表.地址1, LEN(楼表.地址2), 楼表.地址2, LEN(楼表.地址3), 楼表.地址3, LEN(楼表.地址4), "
-    "楼表.地址4,len(室表.室),室表.室");
+const QString addressOrder =
+    QStringLiteral(" ORDER BY  LEN(楼表.地址1), 楼表.地址1, LEN(楼表.地址2), 楼表.地址2, "
+                   "LEN(楼表.地址3), 楼表.地址3, LEN(楼表.地址4), "
+                   "楼表.地址4,len(室表.室),室表.室");
 
 QString propertyCustomerQuery(const QString &office)
 {
     return addressExpression() +
-           "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,室表.建筑面积, "
+           "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,室表."
+           "建筑面积, "
            "FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期" +
            " FROM 楼表 INNER JOIN" + " 室表 ON 楼表.L_ID = 室表.L_ID INNER JOIN" +
            " 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 left JOIN" +
-           " 业主表 ON 室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' left JOIN" + " FWXZK ON FWXZK.FWXZ_dh = 室表.房屋性质 " +
-           " Where 设置管理处.GYD_DH ='" + office + "' " + addressOrder;
+           " 业主表 ON 室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' left JOIN" +
+           " FWXZK ON FWXZK.FWXZ_dh = 室表.房屋性质 " + " Where 设置管理处.GYD_DH ='" + office +
+           "' " + addressOrder;
 }
 
 QString parkingCustomerQuery(const QString &office)
 {
-    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,车位说明表.车位编号,"
-                          "车位说明表.产权类别,车位说明表.计费日期,车位申请登记表.登记日期,车位说明表.产权人,车位申请登记表.车主姓名") +
+    return QStringLiteral("SELECT "
+                          "设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,"
+                          "车位说明表.车位编号,"
+                          "车位说明表.产权类别,车位说明表.计费日期,车位申请登记表.登记日期,"
+                          "车位说明表.产权人,车位申请登记表.车主姓名") +
            " FROM 车库名 INNER JOIN" +
-           " 车位说明表 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 INNER JOIN" +
+           " 车位说明表 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = "
+           "车库名.管理处 INNER JOIN" +
            " 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 left join " +
-           " 车位申请登记表 ON 车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 = 车位申请登记表.管理处 and "
-           "车位说明表.车位编号 = 车位申请登记表.车位编号 and 车位说明表.DJ_ID = 车位申请登记表.登记ID and 车位申请登记表.结账日期 is null" +
-           " Where 车库名.管理处 ='" + office + "' " + " order by 车位说明表.车库编号,车位说明表.车位编号";
+           " 车位申请登记表 ON 车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 "
+           "= 车位申请登记表.管理处 and "
+           "车位说明表.车位编号 = 车位申请登记表.车位编号 and 车位说明表.DJ_ID = "
+           "车位申请登记表.登记ID and 车位申请登记表.结账日期 is null" +
+           " Where 车库名.管理处 ='" + office + "' " +
+           " order by 车位说明表.车库编号,车位说明表.车位编号";
 }
 
 // The receivable-month and receipt-date choices of the finance windows.
@@ -226,50 +249,64 @@ struct Period {
 QString propertyArrearsQuery(const QString &office, const QString &fees, const Period &p)
 {
     QString sql = addressExpression() +
-                  "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,FWXZK.FWXZ_xz, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM" +
+                  "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,FWXZK.FWXZ_xz, "
+                  "WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM" +
                   " FROM 楼表 INNER JOIN" + " 室表 ON 楼表.L_ID = 室表.L_ID INNER JOIN" +
                   " 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 INNER JOIN" +
                   " 业主表 ON 室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' INNER JOIN" +
-                  " WYZJ on  WYZJ.zh_ID = 业主表.ZH_ID INNER JOIN" + " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH LEFT JOIN" +
-                  " FWXZK on  WYZJ.FWXZ_DH = FWXZK.FWXZ_dh " + " Where 设置管理处.GYD_DH ='" + office +
-                  "' and WYZJ.ZJ_LX  in (" + fees + ")";
+                  " WYZJ on  WYZJ.zh_ID = 业主表.ZH_ID INNER JOIN" +
+                  " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH LEFT JOIN" +
+                  " FWXZK on  WYZJ.FWXZ_DH = FWXZK.FWXZ_dh " + " Where 设置管理处.GYD_DH ='" +
+                  office + "' and WYZJ.ZJ_LX  in (" + fees + ")";
     if (p.oneMonth)
-        sql += " and  ((WYZJ.ZJ_SKRQ Is Null) OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  ZJ_Cny<='" + p.month + "'";
+        sql += " and  ((WYZJ.ZJ_SKRQ Is Null) OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  ZJ_Cny<='" +
+               p.month + "'";
     else
-        sql += " and  ((WYZJ.ZJ_SKRQ Is Null) OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  (ZJ_Cny>='" + p.firstMonth +
-               "' AND ZJ_CNY<='" + p.lastMonth + "')";
+        sql += " and  ((WYZJ.ZJ_SKRQ Is Null) OR (ZJ_SKRQ>'" + p.cutOffDate +
+               "')) AND  (ZJ_Cny>='" + p.firstMonth + "' AND ZJ_CNY<='" + p.lastMonth + "')";
     return sql + addressOrder + ",WYZJ.zh_id,WYZJ.ZJ_CNY,WYZJ.ZJ_LX";
 }
 
 QString parkingArrearsPeriod(const Period &p)
 {
     if (p.oneMonth)
-        return " and  (WYZJ.ZJ_SKRQ Is Null OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  ZJ_Cny<='" + p.month + "'";
-    return " and  (WYZJ.ZJ_SKRQ Is Null OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  (ZJ_Cny>='" + p.firstMonth +
-           "' AND ZJ_CNY<='" + p.lastMonth + "')";
+        return " and  (WYZJ.ZJ_SKRQ Is Null OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  ZJ_Cny<='" +
+               p.month + "'";
+    return " and  (WYZJ.ZJ_SKRQ Is Null OR (ZJ_SKRQ>'" + p.cutOffDate + "')) AND  (ZJ_Cny>='" +
+           p.firstMonth + "' AND ZJ_CNY<='" + p.lastMonth + "')";
 }
 
 QString rentedArrearsQuery(const QString &office, const QString &fees, const Period &p)
 {
-    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位申请登记表.车库编号, 车库名.车库名, "
-                          "车位申请登记表.车位编号,DJ_ID, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM") +
-           " FROM WYZJ  INNER JOIN   车位申请登记表  ON WYZJ.DJ_ID=车位申请登记表.登记ID INNER JOIN " +
-           " 车库名 ON 车位申请登记表.车库编号 = 车库名.车库编号 and 车位申请登记表.管理处 = 车库名.管理处 INNER JOIN" +
-           " 设置管理处 ON 设置管理处.GYD_DH = 车位申请登记表.管理处 INNER join " + " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " +
-           " Where 设置管理处.GYD_DH ='" + office + "' and ZJ_SKRQ is null and  WYZJ.ZJ_LX  in (" + fees + ")" +
-           parkingArrearsPeriod(p) + " ORDER BY  车位申请登记表.车库编号,  车位申请登记表.车位编号,WYZJ.DJ_ID ,WYZJ.ZJ_CNY,WYZJ.ZJ_LX";
+    return QStringLiteral(
+               "SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位申请登记表.车库编号, "
+               "车库名.车库名, "
+               "车位申请登记表.车位编号,DJ_ID, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM") +
+           " FROM WYZJ  INNER JOIN   车位申请登记表  ON WYZJ.DJ_ID=车位申请登记表.登记ID INNER "
+           "JOIN " +
+           " 车库名 ON 车位申请登记表.车库编号 = 车库名.车库编号 and 车位申请登记表.管理处 = "
+           "车库名.管理处 INNER JOIN" +
+           " 设置管理处 ON 设置管理处.GYD_DH = 车位申请登记表.管理处 INNER join " +
+           " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " + " Where 设置管理处.GYD_DH ='" + office +
+           "' and ZJ_SKRQ is null and  WYZJ.ZJ_LX  in (" + fees + ")" + parkingArrearsPeriod(p) +
+           " ORDER BY  车位申请登记表.车库编号,  车位申请登记表.车位编号,WYZJ.DJ_ID "
+           ",WYZJ.ZJ_CNY,WYZJ.ZJ_LX";
 }
 
 QString ownedArrearsQuery(const QString &office, const QString &fees, const Period &p)
 {
-    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位说明表.车库编号, 车库名.车库名, "
-                          "车位说明表.车位编号,cw_id, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM") +
+    return QStringLiteral(
+               "SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位说明表.车库编号, 车库名.车库名, "
+               "车位说明表.车位编号,cw_id, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM") +
            " FROM WYZJ  INNER JOIN 车位产权 ON WYZJ.cw_id=车位产权.ID INNER JOIN" +
            " 车位说明表 ON 车位产权.车位ID = 车位说明表.ID INNER JOIN" +
-           " 车库名 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 INNER JOIN" +
-           " 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 INNER join " + " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " +
-           " Where 设置管理处.GYD_DH ='" + office + "' and ZJ_SKRQ is null and WYZJ.ZJ_LX  in (" + fees + ")" +
-           parkingArrearsPeriod(p) + " ORDER BY  车位说明表.车库编号,  车位说明表.车位编号,WYZJ.cw_id ,WYZJ.ZJ_CNY,WYZJ.ZJ_LX";
+           " 车库名 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 "
+           "INNER JOIN" +
+           " 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 INNER join " +
+           " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " + " Where 设置管理处.GYD_DH ='" + office +
+           "' and ZJ_SKRQ is null and WYZJ.ZJ_LX  in (" + fees + ")" + parkingArrearsPeriod(p) +
+           " ORDER BY  车位说明表.车库编号,  车位说明表.车位编号,WYZJ.cw_id "
+           ",WYZJ.ZJ_CNY,WYZJ.ZJ_LX";
 }
 
 QString advanceConditions(const QString &office, const QString &fees, const Period &p)
@@ -278,7 +315,8 @@ QString advanceConditions(const QString &office, const QString &fees, const Peri
     if (p.cutOff)
         sql += " and (WYZJ.ZJ_SKRQ Is Not Null AND WYZJ.ZJ_SKRQ <='" + p.cutOffDate + "')";
     else
-        sql += " and (WYZJ.ZJ_SKRQ Is Not Null AND (ZJ_SKRQ Between '" + p.firstDate + "' and '" + p.lastDate + "'))";
+        sql += " and (WYZJ.ZJ_SKRQ Is Not Null AND (ZJ_SKRQ Between '" + p.firstDate + "' and '" +
+               p.lastDate + "'))";
     if (p.oneMonth)
         sql += " AND (WYZJ.ZJ_Cny>'" + p.month + "')";
     else
@@ -288,37 +326,49 @@ QString advanceConditions(const QString &office, const QString &fees, const Peri
 
 QString rentedAdvanceQuery(const QString &office, const QString &fees, const Period &p)
 {
-    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位申请登记表.车库编号, 车库名.车库名, "
-                          "车位申请登记表.车位编号,DJ_ID, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM,WYZJ.zj_skrq,"
+    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位申请登记表.车库编号, "
+                          "车库名.车库名, "
+                          "车位申请登记表.车位编号,DJ_ID, WYZJ.ZJ_CNY "
+                          ",WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM,WYZJ.zj_skrq,"
                           "wyzj.发票号码,wyzj.收款方式") +
-           " FROM WYZJ  INNER JOIN   车位申请登记表  ON WYZJ.DJ_ID=车位申请登记表.登记ID INNER JOIN " +
-           " 车库名 ON 车位申请登记表.车库编号 = 车库名.车库编号 and 车位申请登记表.管理处 = 车库名.管理处 INNER JOIN" +
-           " 设置管理处 ON 设置管理处.GYD_DH = 车位申请登记表.管理处 INNER join " + " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " +
-           advanceConditions(office, fees, p) + " ORDER BY  车位申请登记表.车库编号,  车位申请登记表.车位编号,WYZJ.DJ_ID ,WYZJ.ZJ_CNY";
+           " FROM WYZJ  INNER JOIN   车位申请登记表  ON WYZJ.DJ_ID=车位申请登记表.登记ID INNER "
+           "JOIN " +
+           " 车库名 ON 车位申请登记表.车库编号 = 车库名.车库编号 and 车位申请登记表.管理处 = "
+           "车库名.管理处 INNER JOIN" +
+           " 设置管理处 ON 设置管理处.GYD_DH = 车位申请登记表.管理处 INNER join " +
+           " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " + advanceConditions(office, fees, p) +
+           " ORDER BY  车位申请登记表.车库编号,  车位申请登记表.车位编号,WYZJ.DJ_ID ,WYZJ.ZJ_CNY";
 }
 
 QString ownedAdvanceQuery(const QString &office, const QString &fees, const Period &p)
 {
-    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位说明表.车库编号, 车库名.车库名, "
-                          "车位说明表.车位编号,cw_id, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM,WYZJ.zj_skrq,"
-                          "wyzj.发票号码,wyzj.收款方式") +
+    return QStringLiteral(
+               "SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车位说明表.车库编号, 车库名.车库名, "
+               "车位说明表.车位编号,cw_id, WYZJ.ZJ_CNY "
+               ",WYZJ.ZJ_JE,WYZJ.ZJ_LX,SETUPSFXM.XM,WYZJ.zj_skrq,"
+               "wyzj.发票号码,wyzj.收款方式") +
            " FROM WYZJ  INNER JOIN 车位产权 ON WYZJ.cw_id=车位产权.ID INNER JOIN" +
            " 车位说明表 ON 车位产权.车位ID = 车位说明表.ID INNER JOIN" +
-           " 车库名 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 INNER JOIN" +
-           " 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 INNER join " + " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " +
-           advanceConditions(office, fees, p) + " ORDER BY  车位说明表.车库编号,  车位说明表.车位编号,WYZJ.cw_id ,WYZJ.ZJ_CNY";
+           " 车库名 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 "
+           "INNER JOIN" +
+           " 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 INNER join " +
+           " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH " + advanceConditions(office, fees, p) +
+           " ORDER BY  车位说明表.车库编号,  车位说明表.车位编号,WYZJ.cw_id ,WYZJ.ZJ_CNY";
 }
 
 QString propertyAdvanceQuery(const QString &office, const QString &fees, const Period &p)
 {
     return addressExpression() +
-           "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名, FWXZK.FWXZ_xz, WYZJ.ZJ_CNY ,WYZJ.ZJ_JE,WYZJ.ZJ_LX,"
+           "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名, FWXZK.FWXZ_xz, WYZJ.ZJ_CNY "
+           ",WYZJ.ZJ_JE,WYZJ.ZJ_LX,"
            "SETUPSFXM.XM,WYZJ.zj_skrq,wyzj.发票号码,wyzj.收款方式" +
            " FROM 楼表 INNER JOIN" + " 室表 ON 楼表.L_ID = 室表.L_ID INNER JOIN" +
            " 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 INNER JOIN" +
            " 业主表 ON 室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' INNER JOIN" +
-           " WYZJ on  WYZJ.zh_ID = 业主表.ZH_ID INNER JOIN" + " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH LEFT JOIN" +
-           " FWXZK on  WYZJ.FWXZ_DH = FWXZK.FWXZ_dh " + advanceConditions(office, fees, p) + addressOrder + ",WYZJ.ZJ_CNY";
+           " WYZJ on  WYZJ.zh_ID = 业主表.ZH_ID INNER JOIN" +
+           " SETUPSFXM on  WYZJ.ZJ_LX = SETUPSFXM.DH LEFT JOIN" +
+           " FWXZK on  WYZJ.FWXZ_DH = FWXZK.FWXZ_dh " + advanceConditions(office, fees, p) +
+           addressOrder + ",WYZJ.ZJ_CNY";
 }
 
 // The fee-code list a finance window builds from its fee-item query.
@@ -347,9 +397,10 @@ TEST_F(Statements, SignInEmployeeCheck)
 TEST_F(Statements, SignInPostsOfCurrentEmployee)
 {
     const QString sql = postQuery("001");
-    EXPECT_EQ(sorted(query(sql)),
-              (Rows{{"张三", "L1", "管理处类", "C1", "管理岗", "D1", "东城管理部", "P1", "经理", "1"},
-                    {"张三", "L2", "职能部门", "C2", "财务岗", "D2", "财务部", "P2", "出纳", "0"}}));
+    EXPECT_EQ(
+        sorted(query(sql)),
+        (Rows{{"张三", "L1", "管理处类", "C1", "管理岗", "D1", "东城管理部", "P1", "经理", "1"},
+              {"张三", "L2", "职能部门", "C2", "财务岗", "D2", "财务部", "P2", "出纳", "0"}}));
     EXPECT_EQ(names(sql).at(4), QStringLiteral("岗位类别名称"));
     // An employee who has left has no posts, even with a current one.
     EXPECT_TRUE(query(postQuery("002")).isEmpty());
@@ -380,21 +431,28 @@ TEST_F(Statements, ProjectAuditRight)
 
 TEST_F(Statements, OfficeListsSortByCodeLengthFirst)
 {
-    const Rows department{{"2", "商业广场", "1"}, {"01", "东城管理处", ""}, {"10", "十号管理处", "0"}};
-    const Rows all{{"2", "商业广场", "1"}, {"01", "东城管理处", ""}, {"03", "西城管理处", "0"},
+    const Rows department{
+        {"2", "商业广场", "1"}, {"01", "东城管理处", ""}, {"10", "十号管理处", "0"}};
+    const Rows all{{"2", "商业广场", "1"},
+                   {"01", "东城管理处", ""},
+                   {"03", "西城管理处", "0"},
                    {"10", "十号管理处", "0"}};
     const QString dept = QStringLiteral("D1");
-    EXPECT_EQ(query("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='" + dept +
-                    "' Order By len(GYD_dh),GYD_DH"),
+    EXPECT_EQ(query("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='" +
+                    dept + "' Order By len(GYD_dh),GYD_DH"),
               department);
-    EXPECT_EQ(query("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='" + dept +
-                    "'  Order By len(GYD_dh),GYD_DH"),
+    EXPECT_EQ(query("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='" +
+                    dept + "'  Order By len(GYD_dh),GYD_DH"),
               department);
-    EXPECT_EQ(query("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='" + dept +
-                    "'   Order By len(GYD_dh),GYD_DH"),
+    EXPECT_EQ(query("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='" +
+                    dept + "'   Order By len(GYD_dh),GYD_DH"),
               department);
-    EXPECT_EQ(query(QStringLiteral("Select GYD_DH,GYD_Name,商用物业  From 设置管理处 Order By len(GYD_dh),GYD_DH")), all);
-    EXPECT_EQ(query(QStringLiteral("Select GYD_DH,GYD_Name,商用物业  From 设置管理处  Order By len(GYD_dh),GYD_DH")), all);
+    EXPECT_EQ(query(QStringLiteral(
+                  "Select GYD_DH,GYD_Name,商用物业  From 设置管理处 Order By len(GYD_dh),GYD_DH")),
+              all);
+    EXPECT_EQ(query(QStringLiteral(
+                  "Select GYD_DH,GYD_Name,商用物业  From 设置管理处  Order By len(GYD_dh),GYD_DH")),
+              all);
 }
 
 TEST_F(Statements, FeeItemLists)
@@ -402,20 +460,24 @@ TEST_F(Statements, FeeItemLists)
     const Rows daily = query(QStringLiteral("SELECT * ") + " FROM SetupSFXM" +
                              " Where 收费类别='日常收费' and 终止日期 Is Null" + " ORDER BY DH");
     EXPECT_EQ(daily, (Rows{{"01", "物业管理费", "日常收费", ""}, {"02", "水费", "日常收费", ""}}));
-    const Rows parking = query(QStringLiteral("SELECT *  ") + " FROM SetupSFXM  where 收费类别= '停车收费' AND 终止日期 Is Null" +
-                               " ORDER BY DH");
-    EXPECT_EQ(parking, (Rows{{"11", "停车费", "停车收费", ""}, {"12", "月租停车费", "停车收费", ""}}));
+    const Rows parking =
+        query(QStringLiteral("SELECT *  ") +
+              " FROM SetupSFXM  where 收费类别= '停车收费' AND 终止日期 Is Null" + " ORDER BY DH");
+    EXPECT_EQ(parking,
+              (Rows{{"11", "停车费", "停车收费", ""}, {"12", "月租停车费", "停车收费", ""}}));
     EXPECT_EQ(feeCodeList(parking), QStringLiteral("'11','12'"));
 }
 
 TEST_F(Statements, PropertyCustomers)
 {
-    EXPECT_EQ(query(propertyCustomerQuery("01")),
-              (Rows{{"安园1栋A单元", "01", "东城管理处", "0101", "李四", "13900000004", "", "", "", ""},
-                    {"北园2栋", "01", "东城管理处", "101", "", "", "90", "商铺", "", ""},
-                    {"北园10栋", "01", "东城管理处", "201", "孙三", "", "85.5", "住宅", "2021-07-15 10:30:00", ""},
-                    {"北园10栋", "01", "东城管理处", "1001", "赵一", "13800000001", "120", "住宅", "2020-05-01",
-                     "2020-06-01"}}));
+    EXPECT_EQ(
+        query(propertyCustomerQuery("01")),
+        (Rows{{"安园1栋A单元", "01", "东城管理处", "0101", "李四", "13900000004", "", "", "", ""},
+              {"北园2栋", "01", "东城管理处", "101", "", "", "90", "商铺", "", ""},
+              {"北园10栋", "01", "东城管理处", "201", "孙三", "", "85.5", "住宅",
+               "2021-07-15 10:30:00", ""},
+              {"北园10栋", "01", "东城管理处", "1001", "赵一", "13800000001", "120", "住宅",
+               "2020-05-01", "2020-06-01"}}));
     EXPECT_EQ(query(propertyCustomerQuery("03")),
               (Rows{{"西苑区1栋", "03", "西城管理处", "101", "周五", "", "60", "住宅", "", ""}}));
     EXPECT_TRUE(query(propertyCustomerQuery("99")).isEmpty());
@@ -423,10 +485,12 @@ TEST_F(Statements, PropertyCustomers)
 
 TEST_F(Statements, ParkingCustomers)
 {
-    EXPECT_EQ(query(parkingCustomerQuery("01")),
-              (Rows{{"01", "东城管理处", "一号车库", "G1", "A01", "租赁", "2022-01-01", "2023-02-01", "", "郑七"},
-                    {"01", "东城管理处", "一号车库", "G1", "A02", "产权", "2021-03-01", "", "吴六", ""},
-                    {"01", "东城管理处", "", "G2", "B01", "", "", "", "", ""}}));
+    EXPECT_EQ(
+        query(parkingCustomerQuery("01")),
+        (Rows{{"01", "东城管理处", "一号车库", "G1", "A01", "租赁", "2022-01-01", "2023-02-01", "",
+               "郑七"},
+              {"01", "东城管理处", "一号车库", "G1", "A02", "产权", "2021-03-01", "", "吴六", ""},
+              {"01", "东城管理处", "", "G2", "B01", "", "", "", "", ""}}));
 }
 
 TEST_F(Statements, PropertyArrearsBothMonthModes)
@@ -435,9 +499,11 @@ TEST_F(Statements, PropertyArrearsBothMonthModes)
     Period oneMonth;
     oneMonth.month = QStringLiteral("202403");
     oneMonth.cutOffDate = QStringLiteral("2024/03/31");
-    const Rows expectedOne{{"安园1栋A单元", "01", "东城管理处", "0101", "李四", "", "202401", "", "01", "物业管理费"},
-                           {"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202402", "85.5", "01", "物业管理费"},
-                           {"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202403", "12", "02", "水费"}};
+    const Rows expectedOne{
+        {"安园1栋A单元", "01", "东城管理处", "0101", "李四", "", "202401", "", "01", "物业管理费"},
+        {"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202402", "85.5", "01",
+         "物业管理费"},
+        {"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202403", "12", "02", "水费"}};
     EXPECT_EQ(query(propertyArrearsQuery("01", fees, oneMonth)), expectedOne);
     // The calendar writes the cut-off with dashes.
     oneMonth.cutOffDate = QStringLiteral("2024-03-31");
@@ -449,8 +515,10 @@ TEST_F(Statements, PropertyArrearsBothMonthModes)
     range.lastMonth = QStringLiteral("202404");
     range.cutOffDate = QStringLiteral("2024/3/31");
     EXPECT_EQ(query(propertyArrearsQuery("01", fees, range)),
-              (Rows{{"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202403", "12", "02", "水费"},
-                    {"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202404", "85.5", "01", "物业管理费"}}));
+              (Rows{{"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202403", "12", "02",
+                     "水费"},
+                    {"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202404", "85.5", "01",
+                     "物业管理费"}}));
 }
 
 TEST_F(Statements, ParkingArrearsRentedThenOwned)
@@ -459,12 +527,14 @@ TEST_F(Statements, ParkingArrearsRentedThenOwned)
     Period p;
     p.month = QStringLiteral("202403");
     p.cutOffDate = QStringLiteral("2024/03/31");
-    EXPECT_EQ(query(rentedArrearsQuery("01", fees, p)),
-              (Rows{{"01", "东城管理处", "G1", "一号车库", "A01", "501", "202402", "100", "11", "停车费"},
-                    {"01", "东城管理处", "G1", "一号车库", "A01", "501", "202403", "", "11", "停车费"}}));
-    EXPECT_EQ(query(ownedArrearsQuery("01", fees, p)),
-              (Rows{{"01", "东城管理处", "G1", "一号车库", "A02", "701", "202401", "120", "11", "停车费"},
-                    {"01", "东城管理处", "G2", "", "B01", "702", "202403", "", "11", "停车费"}}));
+    EXPECT_EQ(
+        query(rentedArrearsQuery("01", fees, p)),
+        (Rows{{"01", "东城管理处", "G1", "一号车库", "A01", "501", "202402", "100", "11", "停车费"},
+              {"01", "东城管理处", "G1", "一号车库", "A01", "501", "202403", "", "11", "停车费"}}));
+    EXPECT_EQ(
+        query(ownedArrearsQuery("01", fees, p)),
+        (Rows{{"01", "东城管理处", "G1", "一号车库", "A02", "701", "202401", "120", "11", "停车费"},
+              {"01", "东城管理处", "G2", "", "B01", "702", "202403", "", "11", "停车费"}}));
     p.oneMonth = false;
     p.firstMonth = QStringLiteral("202403");
     p.lastMonth = QStringLiteral("202403");
@@ -479,11 +549,11 @@ TEST_F(Statements, ParkingAdvanceReceiptsAllModes)
     p.month = QStringLiteral("202403");
     p.cutOffDate = QStringLiteral("2024-03-31");
     EXPECT_EQ(query(rentedAdvanceQuery("01", fees, p)),
-              (Rows{{"01", "东城管理处", "G1", "一号车库", "A01", "501", "202406", "150", "12", "月租停车费", "2024-03-10",
-                     "P002", "微信"}}));
+              (Rows{{"01", "东城管理处", "G1", "一号车库", "A01", "501", "202406", "150", "12",
+                     "月租停车费", "2024-03-10", "P002", "微信"}}));
     EXPECT_EQ(query(ownedAdvanceQuery("01", fees, p)),
-              (Rows{{"01", "东城管理处", "G1", "一号车库", "A02", "701", "202405", "120", "11", "停车费", "2024-03-20",
-                     "P001", "现金"}}));
+              (Rows{{"01", "东城管理处", "G1", "一号车库", "A02", "701", "202405", "120", "11",
+                     "停车费", "2024-03-20", "P001", "现金"}}));
     p.oneMonth = false;
     p.firstMonth = QStringLiteral("202403");
     p.lastMonth = QStringLiteral("202406");
@@ -492,7 +562,8 @@ TEST_F(Statements, ParkingAdvanceReceiptsAllModes)
     p.lastDate = QStringLiteral("2024-04-30");
     Rows rented = query(rentedAdvanceQuery("01", fees, p));
     ASSERT_EQ(rented.size(), 2);
-    EXPECT_EQ(rented.at(0).mid(6, 5), (QStringList{"202403", "150", "12", "月租停车费", "2024-04-05"}));
+    EXPECT_EQ(rented.at(0).mid(6, 5),
+              (QStringList{"202403", "150", "12", "月租停车费", "2024-04-05"}));
     EXPECT_EQ(rented.at(1).at(6), QStringLiteral("202406"));
     EXPECT_EQ(query(ownedAdvanceQuery("01", fees, p)).size(), 1);
     // A reversed receipt range runs and finds nothing.
@@ -507,8 +578,8 @@ TEST_F(Statements, PropertyAdvanceReceiptsAllModes)
     p.month = QStringLiteral("202403");
     p.cutOffDate = QStringLiteral("2024-03-31");
     EXPECT_EQ(query(propertyAdvanceQuery("01", fees, p)),
-              (Rows{{"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202405", "85.5", "01", "物业管理费",
-                     "2024-03-15", "F001", "现金"}}));
+              (Rows{{"北园10栋", "01", "东城管理处", "1001", "赵一", "住宅", "202405", "85.5", "01",
+                     "物业管理费", "2024-03-15", "F001", "现金"}}));
     p.oneMonth = false;
     p.firstMonth = QStringLiteral("202404");
     p.lastMonth = QStringLiteral("202406");
@@ -518,6 +589,7 @@ TEST_F(Statements, PropertyAdvanceReceiptsAllModes)
     const Rows rows = query(propertyAdvanceQuery("01", fees, p));
     ASSERT_EQ(rows.size(), 2);
     EXPECT_EQ(rows.at(0).at(6), QStringLiteral("202405"));
-    EXPECT_EQ(rows.at(1).mid(6), (QStringList{"202406", "85.5", "01", "物业管理费", "2024-04-02", "F002", "转账"}));
+    EXPECT_EQ(rows.at(1).mid(6),
+              (QStringList{"202406", "85.5", "01", "物业管理费", "2024-04-02", "F002", "转账"}));
     EXPECT_EQ(names(propertyAdvanceQuery("01", fees, p)).mid(0, 2), (QStringList{"DZ", "GYD_DH"}));
 }
