@@ -1,15 +1,14 @@
 #include "session/frmlogin.h"
 
 #include "platform/msgbox.h"
-#include "platform/recordset.h"
 #include "platform/runtimeerror.h"
 #include "platform/toplevelhandler.h"
 #include "platform/vb.h"
 #include "session/dbconnection.h"
 #include "session/mdibackground.h"
 #include "session/mdiform1.h"
-#include "session/sessionqueries.h"
 #include "session/sessionvalues.h"
+#include "session/signin.h"
 
 #include <QEvent>
 #include <QFormLayout>
@@ -37,10 +36,6 @@ QString *const sessionSlots[] = {
     &CurUserNo,   &CurUserName,      &CurDeptCode,      &CurDeptName,      &CurPostCode,
     &CurPostName, &CurDeptClassCode, &CurDeptClassName, &CurPostClassCode, &CurPostClassName};
 
-const QString superUserName = QStringLiteral("system");
-const QString superUserPassword = QStringLiteral("velKo");
-const QString superUserNo = QStringLiteral("超级用户");
-
 RuntimeError subscriptOutOfRange()
 {
     return RuntimeError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("下标越界"));
@@ -60,21 +55,6 @@ class LoginBanner : public QWidget {
     }
 };
 
-PostChoice postFromRow(const Recordset &rs, const QString &userNo)
-{
-    PostChoice c;
-    c.userNo = userNo;
-    c.userName = rs.Fields(QStringLiteral("姓名")).text();
-    c.deptCode = rs.Fields(QStringLiteral("职能部门编号")).text();
-    c.deptName = rs.Fields(QStringLiteral("职能部门名称")).text();
-    c.postCode = rs.Fields(QStringLiteral("岗位代号")).text();
-    c.postName = rs.Fields(QStringLiteral("岗位名称")).text();
-    c.deptClassCode = rs.Fields(QStringLiteral("部门类别代号")).text();
-    c.deptClassName = rs.Fields(QStringLiteral("部门类别名称")).text();
-    c.postClassCode = rs.Fields(QStringLiteral("岗位类别编号")).text();
-    c.postClassName = rs.Fields(QStringLiteral("岗位类别名称")).text();
-    return c;
-}
 } // namespace
 
 FrmLogin::FrmLogin(QWidget *parent) : QWidget(parent)
@@ -183,59 +163,33 @@ bool FrmLogin::load(const QString &commandLineText)
 
 void FrmLogin::signIn()
 {
-    if (m_txtUser->text().isEmpty()) {
-        MsgBox(QStringLiteral("用户名不能为空!"), vb::Information);
+    const QString user = m_txtUser->text();
+    const QString password = m_txtPassword->text();
+    SignInRefusal refusal;
+    if (!checkTypedCredentials(user, password, refusal)) {
+        MsgBox(refusal.message, refusal.style);
         return;
     }
-    if (m_txtPassword->text().isEmpty()) {
-        MsgBox(QStringLiteral("密码不能为空!"), vb::Information);
-        return;
-    }
-    // The user's name survives a failed attempt; the other nine do not.
-    for (QString *value : sessionSlots) {
-        if (value != &CurUserName)
-            value->clear();
-    }
+    clearSessionForSignIn();
     if (!ConnectDatabase()) {
         endProgram(0);
         return;
     }
 
-    const QString user = m_txtUser->text();
-    const QString password = m_txtPassword->text();
-    if (user == superUserName && password == superUserPassword) {
-        CurUserNo = superUserNo;
+    const SignInResult result = verifyCredentials(user, password);
+    switch (result.kind) {
+    case SignInResult::Kind::Refused:
+        MsgBox(result.refusal.message, result.refusal.style);
+        return;
+    case SignInResult::Kind::SuperUser:
         showMainWindow();
         return;
-    }
-
-    {
-        Recordset employee;
-        employee.Open(employeeCheckSql(user, password), DbConn, 0, 1, -1);
-        if (employee.eof()) {
-            MsgBox(QStringLiteral("用户名或密码不正确,请重新输入!"), vb::Information);
-            return;
-        }
-    }
-
-    Recordset posts;
-    posts.Open(currentPostsSql(user), DbConn, 0, 1, -1);
-    if (posts.eof()) {
-        MsgBox(QStringLiteral("对不起，您没有岗位，请选择系统管理员"));
-        return;
+    case SignInResult::Kind::Posts:
+        break;
     }
     m_list1->clear();
-    m_postChoices.clear();
-    for (; !posts.eof(); posts.MoveNext()) {
-        const bool principal = posts.Fields(QStringLiteral("主要岗位")).toBool();
-        m_list1->addItem(posts.Fields(QStringLiteral("职能部门名称")).text() + QStringLiteral(" ") +
-                         posts.Fields(QStringLiteral("岗位名称")).text() + QStringLiteral("(") +
-                         (principal ? QStringLiteral("主要") : QStringLiteral("兼职")) +
-                         QStringLiteral(")"));
-        m_postChoices.append(postFromRow(posts, user));
-    }
-    posts.Close();
-
+    m_list1->addItems(result.listTexts);
+    m_postChoices = result.posts;
     if (m_list1->count() == 1) {
         m_list1->setCurrentRow(0);
         choosePost();

@@ -57,6 +57,16 @@ bool isExempt(const QAction *item)
            item->text() == QLatin1String("-");
 }
 
+// Set while a child's frame is closing, so that the child's own close event
+// does not close the frame a second time.
+const char *const closingProperty = "quorvaleClosing";
+
+QMdiSubWindow *frameOf(QObject *child)
+{
+    auto *widget = qobject_cast<QWidget *>(child);
+    return widget ? qobject_cast<QMdiSubWindow *>(widget->parentWidget()) : nullptr;
+}
+
 // Picture1: a picture box whose picture is always drawn stretched over it.
 class PictureBox : public QWidget {
   public:
@@ -220,7 +230,7 @@ QWidget *MdiForm1::showWindow(const QString &menuItemName)
             w->setParent(this, Qt::Dialog);
         }
     }
-    if (QMdiSubWindow *sub = m_subOf.value(w)) {
+    if (QMdiSubWindow *sub = frameOf(w)) {
         sub->show();
         w->show();
         m_mdiArea->setActiveSubWindow(sub);
@@ -235,36 +245,29 @@ QWidget *MdiForm1::showWindow(const QString &menuItemName)
 
 void MdiForm1::watchChild(QWidget *widget, QMdiSubWindow *sub)
 {
-    m_subOf.insert(widget, sub);
     widget->installEventFilter(this);
     sub->installEventFilter(this);
-    connect(widget, &QObject::destroyed, this, [this, widget] { m_subOf.remove(widget); });
-    connect(sub, &QObject::destroyed, this, [this, sub] { m_closingSubs.remove(sub); });
 }
 
 bool MdiForm1::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_mdiArea->viewport() && event->type() == QEvent::Resize) {
-        // Painting problems must never disturb the window: a bad picture
-        // simply leaves the background empty.
         updateBackground();
     } else if (event->type() == QEvent::Close) {
         if (auto *sub = qobject_cast<QMdiSubWindow *>(watched)) {
-            m_closingSubs.insert(sub);
-            QTimer::singleShot(0, sub, [this, sub] { m_closingSubs.remove(sub); });
-        } else if (auto *widget = qobject_cast<QWidget *>(watched)) {
+            sub->setProperty(closingProperty, true);
+            QTimer::singleShot(0, sub, [sub] { sub->setProperty(closingProperty, false); });
+        } else if (QPointer<QMdiSubWindow> sub = frameOf(watched);
+                   sub && !sub->property(closingProperty).toBool()) {
             // A child window that closes itself takes its frame along, so the
             // next menu click creates it anew.
-            QPointer<QMdiSubWindow> sub = m_subOf.value(widget);
-            QPointer<QWidget> child = widget;
-            if (sub && !m_closingSubs.contains(sub)) {
-                QTimer::singleShot(0, sub, [this, sub, child] {
-                    if (sub && (!child || child->isHidden())) {
-                        m_closingSubs.insert(sub);
-                        sub->close();
-                    }
-                });
-            }
+            QPointer<QWidget> child = static_cast<QWidget *>(watched);
+            QTimer::singleShot(0, sub, [sub, child] {
+                if (sub && (!child || child->isHidden())) {
+                    sub->setProperty(closingProperty, true);
+                    sub->close();
+                }
+            });
         }
     }
     return QMainWindow::eventFilter(watched, event);

@@ -5,7 +5,6 @@
 #include <QList>
 #include <QMainWindow>
 #include <QPointer>
-#include <QSet>
 #include <QString>
 #include <functional>
 
@@ -73,8 +72,6 @@ class MdiForm1 : public QMainWindow {
     QLabel *m_userLabel;
     QList<QAction *> m_menuItems;
     QHash<QString, QPointer<QWidget>> m_openWindows;
-    QHash<QWidget *, QPointer<QMdiSubWindow>> m_subOf;
-    QSet<QMdiSubWindow *> m_closingSubs;
     QImage m_background;
 };
 

@@ -1,0 +1,213 @@
+#include "loginfixture.h"
+#include "platform/runtimeerror.h"
+#include "sessiontesting.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSettings>
+#include <gmock/gmock.h>
+
+using namespace quorvale;
+using ::testing::UnorderedElementsAre;
+
+namespace {
+
+class Login : public SessionTest {
+  protected:
+    void SetUp() override
+    {
+        SessionTest::SetUp();
+        db = makeStaffDb();
+        login = new FrmLogin;
+        login->load(QString());
+    }
+
+    void signIn(const QString &user, const QString &password)
+    {
+        login->findChild<QLineEdit *>(QStringLiteral("TxtUser"))->setText(user);
+        login->findChild<QLineEdit *>(QStringLiteral("txtPassword"))->setText(password);
+        login->signIn();
+    }
+
+    QListWidget *list1() const { return login->findChild<QListWidget *>(QStringLiteral("List1")); }
+    bool mainShown() const { return MdiForm1::instance() && MdiForm1::instance()->isVisible(); }
+
+    std::unique_ptr<FixtureDb> db;
+    FrmLogin *login = nullptr;
+};
+
+std::string session()
+{
+    return QStringList{CurUserNo,        CurUserName,     CurDeptCode,      CurDeptName,
+                       CurPostCode,      CurPostName,     CurDeptClassCode, CurDeptClassName,
+                       CurPostClassCode, CurPostClassName}
+        .join(QLatin1Char('|'))
+        .toStdString();
+}
+
+} // namespace
+
+TEST_F(Login, RefusalsKeepTheLoginWindow)
+{
+    struct Case {
+        const char *user;
+        const char *password;
+        const char *prompt;
+        int style;
+    };
+    const Case cases[] = {
+        {"", "123", "用户名不能为空!", vb::Information},
+        {"1001", "", "密码不能为空!", vb::Information},
+        {"1001", "124", "用户名或密码不正确,请重新输入!", vb::Information},
+        {" 1001", "123", "用户名或密码不正确,请重新输入!", vb::Information},
+        // The built-in super-user is matched exactly; anything else is staff.
+        {"System", "velKo", "用户名或密码不正确,请重新输入!", vb::Information},
+        {"system", "velko", "用户名或密码不正确,请重新输入!", vb::Information},
+        {"1004", "000", "对不起，您没有岗位，请选择系统管理员", vb::OKOnly},
+        // A leaving date does not stop the password check, only the posts.
+        {"1003", "789", "对不起，您没有岗位，请选择系统管理员", vb::OKOnly},
+    };
+    for (const Case &c : cases) {
+        boxes.clear();
+        signIn(QString::fromUtf8(c.user), QString::fromUtf8(c.password));
+        ASSERT_EQ(boxes.size(), 1u) << c.user;
+        EXPECT_EQ(boxes[0].prompt, QString::fromUtf8(c.prompt)) << c.user;
+        EXPECT_EQ(boxes[0].style, c.style) << c.user;
+        EXPECT_EQ(boxes[0].title, programTitle()) << c.user;
+        EXPECT_FALSE(mainShown()) << c.user;
+        EXPECT_EQ(FrmLogin::instance(), login);
+    }
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(Login, OnePostIsChosenAtOnce)
+{
+    signIn(QStringLiteral("1002"), QStringLiteral("  456 "));
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_FALSE(list1()->isVisibleTo(login));
+    EXPECT_EQ(session(), "1002|李四|B01|第一管理处|G01|主任|D1|管理处类|P1|管理类");
+    EXPECT_TRUE(mainShown());
+    EXPECT_EQ(FrmLogin::instance(), nullptr);
+}
+
+TEST_F(Login, SeveralPostsAreOfferedAndChosenByDoubleClick)
+{
+    signIn(QStringLiteral("1001"), QStringLiteral("123"));
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_FALSE(mainShown());
+    ASSERT_TRUE(list1()->isVisibleTo(login));
+    EXPECT_TRUE(login->findChild<QLabel *>(QStringLiteral("Label2"))->isVisibleTo(login));
+    QStringList entries;
+    for (int i = 0; i < list1()->count(); ++i)
+        entries << list1()->item(i)->text();
+    // The post he left (收费员) is not offered.
+    EXPECT_THAT(entries, UnorderedElementsAre(QStringLiteral("第一管理处 主任(主要)"),
+                                              QStringLiteral("财务部 出纳(兼职)")));
+
+    const int cashier = entries.indexOf(QStringLiteral("财务部 出纳(兼职)"));
+    list1()->setCurrentRow(cashier);
+    login->choosePost();
+    EXPECT_EQ(session(), "1001|张三|B02|财务部|G02|出纳|D1|管理处类|P1|管理类");
+    EXPECT_TRUE(mainShown());
+}
+
+TEST_F(Login, FocusOnTheUserNumberHidesThePostList)
+{
+    signIn(QStringLiteral("1001"), QStringLiteral("123"));
+    ASSERT_TRUE(list1()->isVisibleTo(login));
+    QEvent focusIn(QEvent::FocusIn);
+    auto *user = login->findChild<QLineEdit *>(QStringLiteral("TxtUser"));
+    QCoreApplication::sendEvent(user, &focusIn);
+    EXPECT_FALSE(list1()->isVisibleTo(login));
+}
+
+TEST_F(Login, SuperUserNeedsNoEmployeeRow)
+{
+    signIn(QStringLiteral("system"), QStringLiteral("velKo"));
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_EQ(session(), "超级用户|||||||||");
+    EXPECT_TRUE(mainShown());
+}
+
+TEST_F(Login, EveryPressOpensAFreshConnectionAndKeepsOnlyTheName)
+{
+    CurUserName = QStringLiteral("前一位");
+    CurDeptCode = QStringLiteral("X");
+    CurPostCode = QStringLiteral("Y");
+    signIn(QStringLiteral("1001"), QStringLiteral("bad"));
+    const ConnectionPtr first = DbConn;
+    ASSERT_TRUE(first);
+    EXPECT_EQ(CurUserName, QStringLiteral("前一位"));
+    EXPECT_TRUE(CurDeptCode.isEmpty());
+    EXPECT_TRUE(CurPostCode.isEmpty());
+
+    signIn(QStringLiteral("1001"), QStringLiteral("bad again"));
+    EXPECT_NE(DbConn, first);
+    EXPECT_EQ(DbConnString,
+              QStringLiteral("Provider=SQLOLEDB.1;Password=secret;Persist Security Info=False;User "
+                             "ID=sa;Initial Catalog='quorvale';Data Source='") +
+                  db->server() + QStringLiteral("'"));
+}
+
+TEST_F(Login, VersionLabel)
+{
+    EXPECT_EQ(login->findChild<QLabel *>(QStringLiteral("Label1"))->text(),
+              QStringLiteral("V%1.%2版").arg(QUORVALE_VERSION_MAJOR).arg(QUORVALE_VERSION_MINOR));
+}
+
+TEST_F(Login, CommandLineSkipsTheLoginWindow)
+{
+    struct Case {
+        QString args;
+        QString lastValue;
+    };
+    const Case cases[] = {
+        {QStringLiteral("1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1, 管理类 "),
+         QStringLiteral(" 管理类 ")},
+        {QStringLiteral("1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1,管理类,extra"),
+         QStringLiteral("管理类")},
+    };
+    for (const Case &c : cases) {
+        auto *started = new FrmLogin;
+        EXPECT_FALSE(started->load(c.args));
+        EXPECT_EQ(CurUserNo, QStringLiteral("1002"));
+        EXPECT_EQ(CurPostCode, QStringLiteral("G01"));
+        EXPECT_EQ(CurPostClassName, c.lastValue);
+        EXPECT_EQ(StartupArgs, c.args);
+        EXPECT_TRUE(mainShown());
+        EXPECT_FALSE(started->isVisible());
+        EXPECT_EQ(FrmLogin::instance(), nullptr);
+        delete MdiForm1::instance();
+    }
+    EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(Login, CommandLineTextIsTheArgumentsAfterTheProgram)
+{
+    EXPECT_EQ(commandLineText(
+                  {QStringLiteral("/opt/quorvale"), QStringLiteral("a,b"), QStringLiteral("c")}),
+              QStringLiteral("a,b c"));
+    EXPECT_TRUE(commandLineText({QStringLiteral("/opt/quorvale")}).isEmpty());
+}
+
+TEST_F(Login, CancelEndsTheProgram)
+{
+    login->cancel();
+    EXPECT_EQ(ends, std::vector<int>{0});
+}
+
+using Connect = SessionTest;
+
+TEST_F(Connect, MissingSettingsFailTheOpenWithEmptyValues)
+{
+#ifndef Q_OS_WIN
+    QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Quorvale"))
+        .remove(QStringLiteral("DBConfig"));
+#endif
+    EXPECT_THROW(ConnectDatabase(), RuntimeError);
+    EXPECT_EQ(DbConnString,
+              QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security "
+                             "Info=False;User ID=;Initial Catalog='';Data Source=''"));
+    EXPECT_TRUE(boxes.empty());
+}

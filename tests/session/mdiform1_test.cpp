@@ -1,0 +1,272 @@
+#include "loginfixture.h"
+#include "platform/runtimeerror.h"
+#include "session/frmabout.h"
+#include "session/mdibackground.h"
+#include "sessiontesting.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QFile>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+using namespace quorvale;
+
+namespace {
+
+class MainWindow : public SessionTest {
+  protected:
+    void SetUp() override
+    {
+        SessionTest::SetUp();
+        db = makeStaffDb();
+        OpenDbConnection(db->server(), QStringLiteral("quorvale"), QStringLiteral("sa"),
+                         QStringLiteral("secret"));
+        CurDeptCode = QStringLiteral("B01");
+        CurPostCode = QStringLiteral("G01");
+    }
+
+    MdiForm1 *open()
+    {
+        MdiForm1 *w = MdiForm1::showMainWindow();
+        w->resize(900, 600);
+        return w;
+    }
+
+    QAction *item(const QString &name) const
+    {
+        return MdiForm1::instance()->findChild<QAction *>(name);
+    }
+
+    std::unique_ptr<FixtureDb> db;
+};
+
+void addAuditRows(FixtureDb &db, const QList<QVariantList> &rows)
+{
+    db.insertRows(QStringLiteral("专项审核权限表"),
+                  {QStringLiteral("ID"), QStringLiteral("类型"), QStringLiteral("部门代号"),
+                   QStringLiteral("岗位代号")},
+                  rows);
+}
+
+} // namespace
+
+TEST_F(MainWindow, MenuItemsInDesignedOrder)
+{
+    open();
+    QStringList seen;
+    for (QAction *a : MdiForm1::instance()->menuItems())
+        seen << a->objectName() + QLatin1Char('=') + (a->isSeparator() ? "-" : a->text());
+    EXPECT_EQ(seen,
+              (QStringList{"统计报表=统计报表", "房产客户=房产客户-基础数据表",
+                           "车位客户=车位客户-基础数据表", "hb20190829=-",
+                           "财务数据欠收表房产=财务数据欠收表（房产）",
+                           "财务数据欠收表车位=财务数据欠收表（车位）", "line1=-",
+                           "财务数据预收表房产=财务数据预收表（房产）",
+                           "财务数据预收表车位=财务数据预收表（车位）", "退出系统=退出系统",
+                           "退出=退出", "关于=关于", "关于软件=关于软件", "联系我们=联系我们"}));
+}
+
+TEST_F(MainWindow, AuditRightFromTheRowsOfDepartmentAndPost)
+{
+    struct Case {
+        QList<QVariantList> rows;
+        bool expected;
+    };
+    const Case cases[] = {
+        {{}, false},
+        {{{1, "项目管理", "B01", "G01"}}, true},
+        {{{1, "项目管理", "B01", "G01"}, {2, "项目管理", "B01", "G01"}}, true},
+        {{{1, "财务审核", "B01", "G01"}, {2, "项目管理", "B02", "G01"}}, false},
+    };
+    for (const Case &c : cases) {
+        db->execute(QStringLiteral("DELETE FROM 专项审核权限表"));
+        if (!c.rows.isEmpty())
+            addAuditRows(*db, c.rows);
+        HasProjectAudit = !c.expected;
+        LoadProjectAuditRight();
+        EXPECT_EQ(HasProjectAudit, c.expected) << c.rows.size();
+    }
+}
+
+TEST_F(MainWindow, LoadSetsTheAuditRightAndUnloadsTheLogin)
+{
+    addAuditRows(*db, {{7, "项目管理", "B01", "G01"}});
+    new FrmLogin;
+    open();
+    EXPECT_TRUE(HasProjectAudit);
+    EXPECT_EQ(FrmLogin::instance(), nullptr);
+}
+
+TEST_F(MainWindow, FailingLoadIsNotTrapped)
+{
+    db->execute(QStringLiteral("DROP TABLE 专项审核权限表"));
+    EXPECT_THROW(MdiForm1::showMainWindow(), RuntimeError);
+    EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(MainWindow, PrivilegesEnableOnlyGrantedItems)
+{
+    db->insertRows(QStringLiteral("岗位权限设置"),
+                   {QStringLiteral("id"), QStringLiteral("组代号"), QStringLiteral("岗位代号"),
+                    QStringLiteral("授权")},
+                   {{1, "GR1", "G01", true},
+                    {2, "GR2", "G01", true},
+                    {3, "GR3", "G01", false},
+                    {4, "GR2", "G02", true}});
+    db->insertRows(QStringLiteral("GroupPrivilege"),
+                   {QStringLiteral("GroupID"), QStringLiteral("FormName"),
+                    QStringLiteral("Popedom"), QStringLiteral("Memo")},
+                   {// One refusing and one granting row: the grant wins.
+                    {"GR2", "房产客户", true, "报表"},
+                    {"GR1", "房产客户", false, "报表"},
+                    {"GR1", "车位客户", false, "报表"},
+                    // The group is not granted to the post.
+                    {"GR3", "财务数据欠收表房产", true, "报表"},
+                    // Another module's rows do not apply.
+                    {"GR2", "财务数据欠收表车位", true, "考勤"},
+                    {"GR2", "联系我们", false, "报表"},
+                    {"GR2", "不存在的菜单", true, "报表"}});
+    open()->权限设置(QStringLiteral("报表"));
+    EXPECT_TRUE(boxes.empty());
+
+    const std::pair<const char *, bool> expected[] = {
+        {"统计报表", false},
+        {"房产客户", true},
+        {"车位客户", false},
+        {"财务数据欠收表房产", false},
+        {"财务数据欠收表车位", false},
+        {"财务数据预收表房产", false},
+        {"财务数据预收表车位", false},
+        {"hb20190829", true},
+        {"退出系统", true},
+        {"退出", true},
+        {"关于", true},
+        {"关于软件", true},
+        // Exempt from switching off, but a row still sets it.
+        {"联系我们", false},
+    };
+    for (const auto &[name, enabled] : expected)
+        EXPECT_EQ(item(QString::fromUtf8(name))->isEnabled(), enabled) << name;
+}
+
+TEST_F(MainWindow, PrivilegeErrorIsShownAndLeavesTheMenuAsFarAsItGot)
+{
+    open();
+    db->execute(QStringLiteral("DROP TABLE GroupPrivilege"));
+    MdiForm1::instance()->权限设置(QStringLiteral("报表"));
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_TRUE(boxes[0].prompt.startsWith(QStringLiteral("错误号：")));
+    EXPECT_TRUE(boxes[0].prompt.contains(QStringLiteral("\n错误描述：")));
+    EXPECT_FALSE(boxes[0].prompt.contains(QStringLiteral("错误号： ")));
+    EXPECT_EQ(boxes[0].title, QStringLiteral("提示"));
+    EXPECT_EQ(boxes[0].style, vb::Information);
+    EXPECT_FALSE(item(QStringLiteral("房产客户"))->isEnabled());
+    EXPECT_TRUE(item(QStringLiteral("关于软件"))->isEnabled());
+}
+
+TEST_F(MainWindow, ClosingByTheFrameAsks)
+{
+    MdiForm1 *w = open();
+    answer = vb::No;
+    EXPECT_FALSE(w->close());
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].prompt, QStringLiteral("确认要退出系统吗？"));
+    EXPECT_EQ(boxes[0].title, QStringLiteral("系统提示"));
+    EXPECT_EQ(boxes[0].style, vb::YesNo + vb::Information);
+    EXPECT_TRUE(w->isVisible());
+    EXPECT_TRUE(ends.empty());
+
+    answer = vb::Yes;
+    EXPECT_TRUE(w->close());
+    EXPECT_EQ(boxes.size(), 2u);
+    EXPECT_EQ(ends, std::vector<int>{0});
+}
+
+TEST_F(MainWindow, QuitItemEndsWithoutAsking)
+{
+    open();
+    item(QStringLiteral("退出"))->trigger();
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_EQ(ends, std::vector<int>{0});
+}
+
+TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
+{
+    int made = 0;
+    registerWindowFactory(QStringLiteral("车位客户"), [&] {
+        ++made;
+        auto *w = new QWidget;
+        w->setObjectName(QStringLiteral("frm车位基础表"));
+        return w;
+    });
+    MdiForm1 *main = open();
+    QMdiSubWindow *other = main->mdiArea()->addSubWindow(new QWidget);
+    other->show();
+
+    item(QStringLiteral("车位客户"))->trigger();
+    QWidget *first = main->openWindow(QStringLiteral("车位客户"));
+    ASSERT_NE(first, nullptr);
+    main->mdiArea()->setActiveSubWindow(other);
+    item(QStringLiteral("车位客户"))->trigger();
+    EXPECT_EQ(made, 1);
+    EXPECT_EQ(main->openWindow(QStringLiteral("车位客户")), first);
+    EXPECT_EQ(main->mdiArea()->activeSubWindow()->widget(), first);
+
+    // Closed by its own code, it is made anew next time.
+    first->close();
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(main->mdiArea()->subWindowList().size(), 1);
+    item(QStringLiteral("车位客户"))->trigger();
+    EXPECT_EQ(made, 2);
+    registerWindowFactory(QStringLiteral("车位客户"), {});
+}
+
+TEST_F(MainWindow, ItemsWithoutWindowOpenNothing)
+{
+    MdiForm1 *main = open();
+    item(QStringLiteral("联系我们"))->trigger();
+    item(QStringLiteral("财务数据预收表车位"))->trigger();
+    EXPECT_TRUE(main->mdiArea()->subWindowList().isEmpty());
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_TRUE(ends.empty());
+}
+
+TEST_F(MainWindow, BackgroundIsStretchedAndOptional)
+{
+    QFile::remove(mainBackgroundPath());
+    MdiForm1 *plain = open();
+    EXPECT_TRUE(plain->mdiArea()->background().texture().isNull());
+    EXPECT_TRUE(boxes.empty());
+    delete plain;
+
+    ASSERT_TRUE(drawMainBackground(QSize(320, 240)).save(mainBackgroundPath(), "BMP"));
+    MdiForm1 *pictured = open();
+    pictured->resize(700, 500);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(pictured->mdiArea()->background().texture().size(),
+              pictured->mdiArea()->viewport()->size());
+    QFile::remove(mainBackgroundPath());
+}
+
+TEST_F(MainWindow, AboutWindowShowsVersionAndHasNoSystemInformationHere)
+{
+    MdiForm1 *main = open();
+    item(QStringLiteral("关于软件"))->trigger();
+    item(QStringLiteral("关于软件"))->trigger();
+    const auto abouts = main->findChildren<FrmAbout *>();
+    ASSERT_EQ(abouts.size(), 1);
+    EXPECT_EQ(abouts[0]->findChild<QLabel *>(QStringLiteral("Label7"))->text(),
+              QStringLiteral("系统信息设置系统%1.%2.%3")
+                  .arg(QUORVALE_VERSION_MAJOR)
+                  .arg(QUORVALE_VERSION_MINOR)
+                  .arg(QUORVALE_VERSION_PATCH));
+#ifndef Q_OS_WIN
+    StartSysInfo();
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].prompt, QStringLiteral("此时系统信息不可用"));
+    EXPECT_EQ(boxes[0].style, vb::OKOnly);
+#endif
+}
