@@ -136,16 +136,26 @@ TEST(XlsxExisting, NewSheetIsAppendedLastAndOtherPartsStayIdentical)
     const QJsonObject before = dumpWorkbook(path);
 
     auto book = Workbook::open(path);
+    EXPECT_EQ(book->worksheetCount(), 3); // the chart sheet is no worksheet
+    EXPECT_EQ(book->worksheet(QStringLiteral("图表")), nullptr);
     EXPECT_EQ(book->worksheet(QStringLiteral("新表")), nullptr);
+    Worksheet *hidden = book->worksheet(QStringLiteral("other"));
+    ASSERT_NE(hidden, nullptr);
+    EXPECT_FALSE(hidden->isVisible());
+    hidden->setVisible(true);
     Worksheet &sheet = book->addWorksheetAfterLast();
+    EXPECT_THROW(sheet.setName(QStringLiteral("图表")), RuntimeError); // names span all sheets
     sheet.setName(QStringLiteral("新表"));
     writeBlock(sheet, 2, 2);
     sheet.setCellValue(3, 1, QStringLiteral("'0755123"));
     book->save();
 
     const QJsonObject after = dumpWorkbook(path);
+    // Added after the last worksheet, so before the chart sheet.
     EXPECT_EQ(after[QStringLiteral("sheets")].toArray(),
-              (QJsonArray{QStringLiteral("Data"), QStringLiteral("Other"), Report, QStringLiteral("新表")}));
+              (QJsonArray{QStringLiteral("Data"), QStringLiteral("Other"), Report, QStringLiteral("新表"),
+                          QStringLiteral("图表")}));
+    EXPECT_EQ(after[QStringLiteral("hidden")].toArray(), QJsonArray());
     const QJsonObject cells = after[QStringLiteral("data")][QStringLiteral("新表")][QStringLiteral("cells")].toObject();
     EXPECT_EQ(cells[QStringLiteral("B2")][QStringLiteral("value")].toString(), QStringLiteral("r2c2"));
     EXPECT_EQ(cells[QStringLiteral("A3")][QStringLiteral("value")].toString(), QStringLiteral("0755123"));

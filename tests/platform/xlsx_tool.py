@@ -1,8 +1,9 @@
 """Independent reader and fixture maker for the workbook tests (openpyxl).
 
   xlsx_tool.py dump PATH      -> JSON: sheets, cells, formats, widths, merges, zip entries
-  xlsx_tool.py fixture PATH   -> an existing workbook with charts, formulas, a calc chain,
-                                 defined names, merges and a custom part
+  xlsx_tool.py fixture PATH   -> an existing workbook with charts, a chart sheet, a hidden
+                                 sheet, formulas, a calc chain, defined names, merges and a
+                                 custom part
 """
 import datetime
 import hashlib
@@ -29,7 +30,8 @@ def border_json(b):
 
 def dump(path):
     wb = openpyxl.load_workbook(path)
-    out = {"sheets": wb.sheetnames, "data": {}, "entries": {}}
+    out = {"sheets": wb.sheetnames, "data": {}, "entries": {},
+           "hidden": [ws.title for ws in wb.worksheets if ws.sheet_state != "visible"]}
     for ws in wb.worksheets:
         cells = {}
         for row in ws.iter_rows():
@@ -97,6 +99,11 @@ def fixture(path):
     report.merge_cells("J1:K2")
     report.conditional_formatting.add(
         "H1:H5", CellIsRule(operator="greaterThan", formula=["5"], font=Font(color="FF0000")))
+    other.sheet_state = "hidden"
+    chartsheet = wb.create_chartsheet("图表")
+    pie = BarChart()
+    pie.add_data(Reference(data, min_col=2, min_row=1, max_row=5))
+    chartsheet.add_chart(pie)
     wb.defined_names.append(DefinedName("Totals", attr_text="Data!$B$1:$B$5"))
     wb.save(path)
 
