@@ -3,14 +3,18 @@
 #include "reports/reportregistry.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
+#include "session/mdibackground.h"
 
 #include <QGuiApplication>
+#include <QIcon>
+#include <QPixmap>
 #include <QPointer>
 #include <QScreen>
 
 int main(int argc, char **argv)
 {
     quorvale::Application app(argc, argv);
+    app.setWindowIcon(QIcon(QPixmap::fromImage(quorvale::drawEmblem(QSize(64, 64)))));
     quorvale::registerReportWindows();
 
     quorvale::runGuarded([&] {

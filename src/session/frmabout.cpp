@@ -26,17 +26,7 @@ class Emblem : public QWidget {
     void paintEvent(QPaintEvent *) override
     {
         QPainter p(this);
-        p.setRenderHint(QPainter::Antialiasing);
-        QLinearGradient fill(0, 0, width(), height());
-        fill.setColorAt(0, QColor(0x24, 0x44, 0x70));
-        fill.setColorAt(1, QColor(0x4a, 0x78, 0xb0));
-        p.setPen(Qt::NoPen);
-        p.setBrush(fill);
-        p.drawRoundedRect(rect(), 12, 12);
-        // The wordmark's first letter alone makes the emblem.
-        p.setPen(QPen(Qt::white));
-        p.setClipRect(QRect(14, 14, 40, 40));
-        drawWordmark(p, QRectF(17, 17, 400, 30));
+        p.drawImage(rect(), drawEmblem(size() * devicePixelRatio()));
     }
 };
 
@@ -77,8 +67,7 @@ FrmAbout::FrmAbout(QWidget *parent) : QWidget(parent)
     line->setFrameShape(QFrame::HLine);
     line->setFrameShadow(QFrame::Sunken);
 
-    auto *disclaimer =
-        new QLabel(QStringLiteral("本程序仅供本公司内部使用，未经许可不得复制或传播。"), this);
+    auto *disclaimer = new QLabel(QStringLiteral("本程序仅供公司内部使用。"), this);
     disclaimer->setObjectName(QStringLiteral("lblDisclaimer"));
     disclaimer->setWordWrap(true);
     disclaimer->setStyleSheet(QStringLiteral("color: #6b7a8c;"));

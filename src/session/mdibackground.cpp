@@ -193,6 +193,28 @@ QImage drawMainBackground(const QSize &size)
     return img;
 }
 
+QImage drawEmblem(const QSize &size)
+{
+    QImage img(size, QImage::Format_ARGB32_Premultiplied);
+    img.fill(Qt::transparent);
+    QPainter p(&img);
+    p.setRenderHint(QPainter::Antialiasing);
+    const qreal w = size.width();
+    const qreal h = size.height();
+    QLinearGradient fill(0, 0, w, h);
+    fill.setColorAt(0, QColor(0x24, 0x44, 0x70));
+    fill.setColorAt(1, QColor(0x4a, 0x78, 0xb0));
+    p.setPen(Qt::NoPen);
+    p.setBrush(fill);
+    p.drawRoundedRect(QRectF(0, 0, w, h), w * 0.19, h * 0.19);
+    // The first letter of the name alone makes the emblem.
+    const QRectF letter(w * 0.24, h * 0.24, w, h * 0.5);
+    p.setClipRect(QRectF(w * 0.2, h * 0.2, w * 0.62, h * 0.62));
+    p.setPen(QPen(Qt::white));
+    drawWordmark(p, letter);
+    return img;
+}
+
 QImage drawLoginBanner(const QSize &size)
 {
     QImage img(size, QImage::Format_RGB32);

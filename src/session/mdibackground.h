@@ -11,6 +11,9 @@ namespace quorvale {
 // Draws the main window's background bitmap that ships as MDI.BMP.
 QImage drawMainBackground(const QSize &size);
 
+// The square emblem of the About window and the status bar.
+QImage drawEmblem(const QSize &size);
+
 // The login window's banner in the same style.
 QImage drawLoginBanner(const QSize &size);
 

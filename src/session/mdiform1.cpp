@@ -108,8 +108,8 @@ MdiForm1::MdiForm1(QWidget *parent) : QMainWindow(parent)
 
     buildMenu();
 
-    auto *picture1 = new PictureBox(drawLoginBanner(QSize(96, 24)), this);
-    picture1->setFixedSize(64, 16);
+    auto *picture1 = new PictureBox(drawEmblem(QSize(64, 64)), this);
+    picture1->setFixedSize(18, 18);
     m_userLabel = new QLabel(this);
     statusBar()->addWidget(picture1);
     statusBar()->addWidget(m_userLabel, 1);
@@ -199,9 +199,7 @@ QAction *MdiForm1::addItem(QMenu *menu, const QString &name, const QString &capt
 {
     QAction *item = caption == QLatin1String("-") ? menu->addSeparator() : menu->addAction(caption);
     item->setObjectName(name);
-    if (item->isSeparator())
-        item->setText(caption);
-    else if (name != QLatin1String("退出"))
+    if (!item->isSeparator() && name != QLatin1String("退出"))
         connect(item, &QAction::triggered, this, [this, name] { showWindow(name); });
     m_menuItems << item;
     return item;
