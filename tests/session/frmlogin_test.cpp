@@ -2,10 +2,12 @@
 #include "platform/runtimeerror.h"
 #include "sessiontesting.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSettings>
+#include <QTest>
 #include <gmock/gmock.h>
 
 using namespace quorvale;
@@ -120,6 +122,21 @@ TEST_F(Login, FocusOnTheUserNumberHidesThePostList)
     auto *user = login->findChild<QLineEdit *>(QStringLiteral("TxtUser"));
     QCoreApplication::sendEvent(user, &focusIn);
     EXPECT_FALSE(list1()->isVisibleTo(login));
+}
+
+TEST_F(Login, EnterMovesToTheNextControlWithoutSigningIn)
+{
+    login->show();
+    login->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(login));
+    auto *user = login->findChild<QLineEdit *>(QStringLiteral("TxtUser"));
+    user->setFocus();
+    QTest::keyClick(user, Qt::Key_Return);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("txtPassword"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Enter);
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("cmdOK"));
+    // Signing in with both boxes empty would have said so.
+    EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(Login, SuperUserNeedsNoEmployeeRow)

@@ -224,6 +224,22 @@ TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
     registerWindowFactory(QStringLiteral("车位客户"), {});
 }
 
+TEST_F(MainWindow, CenterInMainPlacesAChildInTheMiddleOfTheClientArea)
+{
+    registerWindowFactory(QStringLiteral("财务数据欠收表车位"), [] {
+        auto *w = new QWidget;
+        w->resize(300, 200);
+        return w;
+    });
+    MdiForm1 *main = open();
+    QWidget *child = main->showWindow(QStringLiteral("财务数据欠收表车位"));
+    CenterInMain(child);
+    const QRect frame = child->parentWidget()->geometry();
+    const QPoint middle = main->mdiArea()->viewport()->rect().center();
+    EXPECT_LE((frame.center() - middle).manhattanLength(), 2);
+    registerWindowFactory(QStringLiteral("财务数据欠收表车位"), {});
+}
+
 TEST_F(MainWindow, ItemsWithoutWindowOpenNothing)
 {
     MdiForm1 *main = open();
