@@ -64,10 +64,8 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
 
     m_combo3 = new QComboBox(picture2);
     m_combo3->setObjectName(financecontrol::Combo3);
-    m_combo3->setMinimumContentsLength(10);
+    m_combo3->setMinimumContentsLength(8);
     m_combo3->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    grid->addWidget(label(financecontrol::Label2, kFeeItemsLabel, picture2), 0, 0);
-    grid->addWidget(m_combo3, 0, 1);
 
     const int monthBoxWidth = picture2->fontMetrics().horizontalAdvance(QStringLiteral("0000000000"));
     for (int tag = 1; tag <= 4; ++tag) {
@@ -86,20 +84,24 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
     m_option1[0] = optionButton(QStringLiteral("Option1"), 0, kUpToMonth, picture2);
     m_option1[1] = optionButton(QStringLiteral("Option1"), 1, kMonthRange, picture2);
     m_option1[0]->setChecked(true);
-    grid->addWidget(m_option1[0], 0, 2);
-    grid->addWidget(m_text[0], 0, 3);
-    grid->addWidget(m_calendarButton[0], 0, 4);
-    grid->addWidget(m_option1[1], 1, 2);
-    grid->addWidget(m_text[2], 1, 3);
-    grid->addWidget(m_calendarButton[2], 1, 4);
-    grid->addWidget(label(financecontrol::Label3, kTo, picture2), 1, 5);
-    grid->addWidget(m_text[3], 1, 6);
-    grid->addWidget(m_calendarButton[3], 1, 7);
+    // Two rows: the one-month line with the fee items beside it, the range
+    // line below; the receipt date follows on the right.
+    grid->addWidget(m_option1[0], 0, 0);
+    grid->addWidget(m_text[0], 0, 1);
+    grid->addWidget(m_calendarButton[0], 0, 2);
+    grid->addWidget(label(financecontrol::Label2, kFeeItemsLabel, picture2), 0, 3);
+    grid->addWidget(m_combo3, 0, 4, 1, 2);
+    grid->addWidget(m_option1[1], 1, 0);
+    grid->addWidget(m_text[2], 1, 1);
+    grid->addWidget(m_calendarButton[2], 1, 2);
+    grid->addWidget(label(financecontrol::Label3, kTo, picture2), 1, 3, Qt::AlignRight);
+    grid->addWidget(m_text[3], 1, 4);
+    grid->addWidget(m_calendarButton[3], 1, 5);
 
     if (!m_advance) {
-        grid->addWidget(label(QStringLiteral("Label4"), kReceiptCutOff, picture2), 0, 5, 1, 2);
-        grid->addWidget(m_text[1], 0, 7, 1, 2);
-        grid->addWidget(m_calendarButton[1], 0, 9);
+        grid->addWidget(label(QStringLiteral("Label4"), kReceiptCutOff, picture2), 0, 6);
+        grid->addWidget(m_text[1], 0, 7);
+        grid->addWidget(m_calendarButton[1], 0, 8);
         return;
     }
 
@@ -116,6 +118,8 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
         picker->setCalendarPopup(true);
         picker->setDisplayFormat(kPickerFormat);
         picker->setFont(pickerFont);
+        picker->setMinimumWidth(
+            QFontMetrics(pickerFont).horizontalAdvance(QStringLiteral("0000-00-00")) + 36);
         m_dtPicker[i] = picker;
     }
     m_option2[0] = optionButton(QStringLiteral("Option2"), 0, kReceiptCutOff, m_frame1);
@@ -127,7 +131,7 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
     frame->addWidget(m_dtPicker[0], 1, 1);
     frame->addWidget(label(QStringLiteral("Label1"), kTo, m_frame1), 1, 2);
     frame->addWidget(m_dtPicker[1], 1, 3);
-    grid->addWidget(m_frame1, 0, 5, 2, 5);
+    grid->addWidget(m_frame1, 0, 6, 2, 1);
     for (QRadioButton *option : m_option2)
         QObject::connect(option, &QRadioButton::clicked, m_frame1, [this] { applyReceiptMode(); });
 }

@@ -9,6 +9,8 @@
 #include "session/dbconnection.h"
 
 #include <QComboBox>
+#include <QLayout>
+#include <QResizeEvent>
 #include <QDateEdit>
 #include <QFrame>
 #include <QLineEdit>
@@ -31,6 +33,12 @@ FinanceReportWindow::FinanceReportWindow(FinanceReportKind kind, QWidget *parent
                 [this, tag] { openCalendar(tag); });
     m_picture6->onDateClicked(
         [this](const QString &tag, const QDate &date) { MonthView1_DateClick(tag, date); });
+    // The strip took its height while the panel was empty and its layout
+    // still caches that; drop the cached hints and lay the strip out again.
+    picture2()->updateGeometry();
+    picture1()->layout()->invalidate();
+    QResizeEvent resized(size(), size());
+    resizeEvent(&resized);
 }
 
 void FinanceReportWindow::load()
