@@ -113,11 +113,16 @@ int main(int argc, char **argv)
                 static_cast<long long>(setup.elapsed()));
 
     const QList<Report> reports = {
-        {"property customers (71 columns)", propertyCustomerDefinition(),
-         propertyCustomerStatement, fillPropertyCustomerRow,
+        {"property customers (71 columns)",
+         propertyCustomerDefinition(),
+         propertyCustomerStatement,
+         fillPropertyCustomerRow,
          {0, 1, 2, 4, 9, 10, 13, 15, 16, 20, 22, 49, 52}},
-        {"parking customers (64 columns)", parkingCustomerDefinition(), parkingCustomerStatement,
-         fillParkingCustomerRow, {0, 1, 2, 3, 4, 7, 9, 10, 38, 42}},
+        {"parking customers (64 columns)",
+         parkingCustomerDefinition(),
+         parkingCustomerStatement,
+         fillParkingCustomerRow,
+         {0, 1, 2, 3, 4, 7, 9, 10, 38, 42}},
     };
 
     for (const Report &report : reports) {

@@ -14,58 +14,142 @@ const QString kPersonalCustomer = QStringLiteral("个人客户");
 
 // Columns 1 onwards of the import sheets, all left-aligned. Their trailing
 // blanks size the grid's columns.
-const QStringList kPropertyColumns = {
-    QStringLiteral("管理处    "), QStringLiteral("小区编号   "), QStringLiteral("小区名称     "),
-    QStringLiteral("组团编号"), QStringLiteral("组团名称           "), QStringLiteral("大楼编号"),
-    QStringLiteral("大楼名称"), QStringLiteral("单元编号"), QStringLiteral("单元名称"),
-    QStringLiteral("楼层编号"), QStringLiteral("房间编号"), QStringLiteral("别墅编号"),
-    QStringLiteral("储藏室编号"), QStringLiteral("计费面积"), QStringLiteral("是否是主房号"),
-    QStringLiteral("客户性质"), QStringLiteral("个人业主名称"), QStringLiteral("企业业主名称"),
-    QStringLiteral("证件类型"), QStringLiteral("证件号码"), QStringLiteral("房产性质"),
-    QStringLiteral("性别"), QStringLiteral("手机号码"), QStringLiteral("商务电话"),
-    QStringLiteral("联系电话"), QStringLiteral("工作单位"), QStringLiteral("紧急联系人"),
-    QStringLiteral("紧急联系电话"), QStringLiteral("业主原住址"), QStringLiteral("邮政编码"),
-    QStringLiteral("企业法人代表"), QStringLiteral("企业联系人"), QStringLiteral("企业联系电话"),
-    QStringLiteral("企业传真号码"), QStringLiteral("企业联系地址"), QStringLiteral("企业邮政编码"),
-    QStringLiteral("出售合同号"), QStringLiteral("许可证号"), QStringLiteral("合同上名称"),
-    QStringLiteral("合同上证件号码"), QStringLiteral("签约日期"), QStringLiteral("起始日期"),
-    QStringLiteral("结束日期"), QStringLiteral("售楼单价"), QStringLiteral("售楼总价"),
-    QStringLiteral("交付日期"), QStringLiteral("入伙通知书编号"), QStringLiteral("开户银行"),
-    QStringLiteral("银行卡号"), QStringLiteral("入伙日期"), QStringLiteral("装修申请日期"),
-    QStringLiteral("装修状态"), QStringLiteral("入住日期"), QStringLiteral("当前是否出租"),
-    QStringLiteral("出租签约日期"), QStringLiteral("租户类型"), QStringLiteral("承租人姓名"),
-    QStringLiteral("承租人企业名称"), QStringLiteral("承租人证件号码"), QStringLiteral("承租人性别"),
-    QStringLiteral("承租人证件类型"), QStringLiteral("承租人手机号码"),
-    QStringLiteral("承租人商务电话"), QStringLiteral("承租人原住址"),
-    QStringLiteral("承租人邮政编码"), QStringLiteral("承租人企业法人代表"),
-    QStringLiteral("承租人企业联系人"), QStringLiteral("承租人联系电话"),
-    QStringLiteral("承租人企业传真号码"), QStringLiteral("承租人企业联系地址"),
-    QStringLiteral("承租人企业邮政编码")};
+const QStringList kPropertyColumns = {QStringLiteral("管理处    "),
+                                      QStringLiteral("小区编号   "),
+                                      QStringLiteral("小区名称     "),
+                                      QStringLiteral("组团编号"),
+                                      QStringLiteral("组团名称           "),
+                                      QStringLiteral("大楼编号"),
+                                      QStringLiteral("大楼名称"),
+                                      QStringLiteral("单元编号"),
+                                      QStringLiteral("单元名称"),
+                                      QStringLiteral("楼层编号"),
+                                      QStringLiteral("房间编号"),
+                                      QStringLiteral("别墅编号"),
+                                      QStringLiteral("储藏室编号"),
+                                      QStringLiteral("计费面积"),
+                                      QStringLiteral("是否是主房号"),
+                                      QStringLiteral("客户性质"),
+                                      QStringLiteral("个人业主名称"),
+                                      QStringLiteral("企业业主名称"),
+                                      QStringLiteral("证件类型"),
+                                      QStringLiteral("证件号码"),
+                                      QStringLiteral("房产性质"),
+                                      QStringLiteral("性别"),
+                                      QStringLiteral("手机号码"),
+                                      QStringLiteral("商务电话"),
+                                      QStringLiteral("联系电话"),
+                                      QStringLiteral("工作单位"),
+                                      QStringLiteral("紧急联系人"),
+                                      QStringLiteral("紧急联系电话"),
+                                      QStringLiteral("业主原住址"),
+                                      QStringLiteral("邮政编码"),
+                                      QStringLiteral("企业法人代表"),
+                                      QStringLiteral("企业联系人"),
+                                      QStringLiteral("企业联系电话"),
+                                      QStringLiteral("企业传真号码"),
+                                      QStringLiteral("企业联系地址"),
+                                      QStringLiteral("企业邮政编码"),
+                                      QStringLiteral("出售合同号"),
+                                      QStringLiteral("许可证号"),
+                                      QStringLiteral("合同上名称"),
+                                      QStringLiteral("合同上证件号码"),
+                                      QStringLiteral("签约日期"),
+                                      QStringLiteral("起始日期"),
+                                      QStringLiteral("结束日期"),
+                                      QStringLiteral("售楼单价"),
+                                      QStringLiteral("售楼总价"),
+                                      QStringLiteral("交付日期"),
+                                      QStringLiteral("入伙通知书编号"),
+                                      QStringLiteral("开户银行"),
+                                      QStringLiteral("银行卡号"),
+                                      QStringLiteral("入伙日期"),
+                                      QStringLiteral("装修申请日期"),
+                                      QStringLiteral("装修状态"),
+                                      QStringLiteral("入住日期"),
+                                      QStringLiteral("当前是否出租"),
+                                      QStringLiteral("出租签约日期"),
+                                      QStringLiteral("租户类型"),
+                                      QStringLiteral("承租人姓名"),
+                                      QStringLiteral("承租人企业名称"),
+                                      QStringLiteral("承租人证件号码"),
+                                      QStringLiteral("承租人性别"),
+                                      QStringLiteral("承租人证件类型"),
+                                      QStringLiteral("承租人手机号码"),
+                                      QStringLiteral("承租人商务电话"),
+                                      QStringLiteral("承租人原住址"),
+                                      QStringLiteral("承租人邮政编码"),
+                                      QStringLiteral("承租人企业法人代表"),
+                                      QStringLiteral("承租人企业联系人"),
+                                      QStringLiteral("承租人联系电话"),
+                                      QStringLiteral("承租人企业传真号码"),
+                                      QStringLiteral("承租人企业联系地址"),
+                                      QStringLiteral("承租人企业邮政编码")};
 
-const QStringList kParkingColumns = {
-    QStringLiteral("管理处     "), QStringLiteral("小区编号     "), QStringLiteral("小区名称       "),
-    QStringLiteral("停车场编号  "), QStringLiteral("停车场名称       "), QStringLiteral("车区编号"),
-    QStringLiteral("车区名称"), QStringLiteral("车位编号"), QStringLiteral("计费面积"),
-    QStringLiteral("客户性质"), QStringLiteral("个人业主名称"), QStringLiteral("企业业主名称"),
-    QStringLiteral("证件类型"), QStringLiteral("证件号码"), QStringLiteral("性别"),
-    QStringLiteral("手机号码"), QStringLiteral("商务电话"), QStringLiteral("联系电话"),
-    QStringLiteral("工作单位"), QStringLiteral("紧急联系人"), QStringLiteral("紧急联系电话"),
-    QStringLiteral("业主原住址"), QStringLiteral("邮政编码"), QStringLiteral("企业法人代表"),
-    QStringLiteral("企业联系人"), QStringLiteral("企业联系电话"), QStringLiteral("企业传真号码"),
-    QStringLiteral("企业联系地址"), QStringLiteral("企业邮政编码"), QStringLiteral("出售合同号"),
-    QStringLiteral("许可证号"), QStringLiteral("合同上名称"), QStringLiteral("合同上证件号码"),
-    QStringLiteral("签约日期"), QStringLiteral("起始日期"), QStringLiteral("结束日期"),
-    QStringLiteral("售楼单价"), QStringLiteral("售楼总价"), QStringLiteral("交付日期"),
-    QStringLiteral("入伙通知书编号"), QStringLiteral("开户银行"), QStringLiteral("银行卡号"),
-    QStringLiteral("入伙日期"), QStringLiteral("装修申请日期"), QStringLiteral("装修状态"),
-    QStringLiteral("入住日期"), QStringLiteral("当前是否出租"), QStringLiteral("出租签约日期"),
-    QStringLiteral("租户类型"), QStringLiteral("承租人姓名"), QStringLiteral("承租人企业名称"),
-    QStringLiteral("承租人证件号码"), QStringLiteral("承租人性别"), QStringLiteral("承租人证件类型"),
-    QStringLiteral("承租人手机号码"), QStringLiteral("承租人商务电话"),
-    QStringLiteral("承租人原住址"), QStringLiteral("承租人邮政编码"),
-    QStringLiteral("承租人企业法人代表"), QStringLiteral("承租人企业联系人"),
-    QStringLiteral("承租人联系电话"), QStringLiteral("承租人企业传真号码"),
-    QStringLiteral("承租人企业联系地址"), QStringLiteral("承租人企业邮政编码")};
+const QStringList kParkingColumns = {QStringLiteral("管理处     "),
+                                     QStringLiteral("小区编号     "),
+                                     QStringLiteral("小区名称       "),
+                                     QStringLiteral("停车场编号  "),
+                                     QStringLiteral("停车场名称       "),
+                                     QStringLiteral("车区编号"),
+                                     QStringLiteral("车区名称"),
+                                     QStringLiteral("车位编号"),
+                                     QStringLiteral("计费面积"),
+                                     QStringLiteral("客户性质"),
+                                     QStringLiteral("个人业主名称"),
+                                     QStringLiteral("企业业主名称"),
+                                     QStringLiteral("证件类型"),
+                                     QStringLiteral("证件号码"),
+                                     QStringLiteral("性别"),
+                                     QStringLiteral("手机号码"),
+                                     QStringLiteral("商务电话"),
+                                     QStringLiteral("联系电话"),
+                                     QStringLiteral("工作单位"),
+                                     QStringLiteral("紧急联系人"),
+                                     QStringLiteral("紧急联系电话"),
+                                     QStringLiteral("业主原住址"),
+                                     QStringLiteral("邮政编码"),
+                                     QStringLiteral("企业法人代表"),
+                                     QStringLiteral("企业联系人"),
+                                     QStringLiteral("企业联系电话"),
+                                     QStringLiteral("企业传真号码"),
+                                     QStringLiteral("企业联系地址"),
+                                     QStringLiteral("企业邮政编码"),
+                                     QStringLiteral("出售合同号"),
+                                     QStringLiteral("许可证号"),
+                                     QStringLiteral("合同上名称"),
+                                     QStringLiteral("合同上证件号码"),
+                                     QStringLiteral("签约日期"),
+                                     QStringLiteral("起始日期"),
+                                     QStringLiteral("结束日期"),
+                                     QStringLiteral("售楼单价"),
+                                     QStringLiteral("售楼总价"),
+                                     QStringLiteral("交付日期"),
+                                     QStringLiteral("入伙通知书编号"),
+                                     QStringLiteral("开户银行"),
+                                     QStringLiteral("银行卡号"),
+                                     QStringLiteral("入伙日期"),
+                                     QStringLiteral("装修申请日期"),
+                                     QStringLiteral("装修状态"),
+                                     QStringLiteral("入住日期"),
+                                     QStringLiteral("当前是否出租"),
+                                     QStringLiteral("出租签约日期"),
+                                     QStringLiteral("租户类型"),
+                                     QStringLiteral("承租人姓名"),
+                                     QStringLiteral("承租人企业名称"),
+                                     QStringLiteral("承租人证件号码"),
+                                     QStringLiteral("承租人性别"),
+                                     QStringLiteral("承租人证件类型"),
+                                     QStringLiteral("承租人手机号码"),
+                                     QStringLiteral("承租人商务电话"),
+                                     QStringLiteral("承租人原住址"),
+                                     QStringLiteral("承租人邮政编码"),
+                                     QStringLiteral("承租人企业法人代表"),
+                                     QStringLiteral("承租人企业联系人"),
+                                     QStringLiteral("承租人联系电话"),
+                                     QStringLiteral("承租人企业传真号码"),
+                                     QStringLiteral("承租人企业联系地址"),
+                                     QStringLiteral("承租人企业邮政编码")};
 
 QString leftAlignedFormat(const QStringList &columns)
 {
@@ -93,8 +177,9 @@ QString firstNotNull(const Recordset &record, const QString &first, const QStrin
 QString propertyCustomerStatement(const QString &officeCode)
 {
     return buildingAddressSelect() +
-           QStringLiteral("设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,"
-                          "室表.建筑面积, FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期") +
+           QStringLiteral(
+               "设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,"
+               "室表.建筑面积, FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期") +
            QStringLiteral(" FROM 楼表 INNER JOIN") +
            QStringLiteral(" 室表 ON 楼表.L_ID = 室表.L_ID INNER JOIN") +
            QStringLiteral(" 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 left JOIN") +
@@ -163,18 +248,22 @@ ReportDefinition propertyCustomerDefinition()
 
 QString parkingCustomerStatement(const QString &officeCode)
 {
-    return QStringLiteral("SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,"
-                          "车位说明表.车位编号,车位说明表.产权类别,车位说明表.计费日期,"
-                          "车位申请登记表.登记日期,车位说明表.产权人,车位申请登记表.车主姓名") +
+    return QStringLiteral(
+               "SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,"
+               "车位说明表.车位编号,车位说明表.产权类别,车位说明表.计费日期,"
+               "车位申请登记表.登记日期,车位说明表.产权人,车位申请登记表.车主姓名") +
            QStringLiteral(" FROM 车库名 INNER JOIN") +
-           QStringLiteral(" 车位说明表 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = "
-                          "车库名.管理处 INNER JOIN") +
+           QStringLiteral(
+               " 车位说明表 ON 车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = "
+               "车库名.管理处 INNER JOIN") +
            QStringLiteral(" 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 left join ") +
-           QStringLiteral(" 车位申请登记表 ON 车位说明表.车库编号 = 车位申请登记表.车库编号 and "
-                          "车位说明表.管理处 = 车位申请登记表.管理处 and 车位说明表.车位编号 = "
-                          "车位申请登记表.车位编号 and 车位说明表.DJ_ID = 车位申请登记表.登记ID and "
-                          "车位申请登记表.结账日期 is null") +
-           QStringLiteral(" Where 车库名.管理处 ='") + sqlQuoted(officeCode) + QStringLiteral("' ") +
+           QStringLiteral(
+               " 车位申请登记表 ON 车位说明表.车库编号 = 车位申请登记表.车库编号 and "
+               "车位说明表.管理处 = 车位申请登记表.管理处 and 车位说明表.车位编号 = "
+               "车位申请登记表.车位编号 and 车位说明表.DJ_ID = 车位申请登记表.登记ID and "
+               "车位申请登记表.结账日期 is null") +
+           QStringLiteral(" Where 车库名.管理处 ='") + sqlQuoted(officeCode) +
+           QStringLiteral("' ") +
            QStringLiteral(" order by 车位说明表.车库编号,车位说明表.车位编号");
 }
 

@@ -4,6 +4,8 @@
 
 namespace quorvale {
 
-frm收款日报表::frm收款日报表(QWidget *parent) : ReportWindow(propertyCustomerDefinition(), parent) {}
+frm收款日报表::frm收款日报表(QWidget *parent) : ReportWindow(propertyCustomerDefinition(), parent)
+{
+}
 
 } // namespace quorvale

@@ -7,7 +7,7 @@ namespace quorvale {
 // "房产客户-基础数据表": every room of one office with address, area, kind
 // and current owner, for the property customer import sheet.
 class frm收款日报表 : public ReportWindow {
-public:
+  public:
     explicit frm收款日报表(QWidget *parent = nullptr);
 };
 

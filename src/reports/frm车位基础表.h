@@ -7,7 +7,7 @@ namespace quorvale {
 // "车位客户-基础数据表": every parking space of one office with its car park,
 // current applicant or owner and date, for the parking customer import sheet.
 class frm车位基础表 : public ReportWindow {
-public:
+  public:
     explicit frm车位基础表(QWidget *parent = nullptr);
 };
 

@@ -90,8 +90,7 @@ void GridFill::flush()
 
 WidthRule widenToRowTexts(const FlexGrid &grid, const QFont &font, int testMargin, int setMargin)
 {
-    return [&grid, font, testMargin, setMargin](const QStringList &row, int,
-                                                QVector<int> &widths) {
+    return [&grid, font, testMargin, setMargin](const QStringList &row, int, QVector<int> &widths) {
         const int n = qMin(int(row.size()), int(widths.size()));
         for (int c = 0; c < n; ++c) {
             const double w = grid.TextWidth(row[c], font);

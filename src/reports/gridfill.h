@@ -25,11 +25,10 @@ using WidthRule = std::function<void(const QStringList &row, int gridRow, QVecto
 // freezes the window between chunks. Rows built before a failing record
 // always reach the grid before the error travels on.
 class GridFill {
-public:
+  public:
     static constexpr int DefaultChunkRows = 2000;
 
-    explicit GridFill(FlexGrid &grid, FillProgress progress = {},
-                      int chunkRows = DefaultChunkRows);
+    explicit GridFill(FlexGrid &grid, FillProgress progress = {}, int chunkRows = DefaultChunkRows);
     ~GridFill();
     GridFill(const GridFill &) = delete;
     GridFill &operator=(const GridFill &) = delete;
@@ -41,8 +40,7 @@ public:
     void reset();
     // Opens the statement forward-only and read-only and adds one row per
     // record. Database and row errors are thrown as RuntimeError.
-    void run(const ConnectionPtr &connection, const QString &statement,
-             const RowBuilder &build);
+    void run(const ConnectionPtr &connection, const QString &statement, const RowBuilder &build);
     // Adds one built row; a full chunk goes to the grid.
     void add(QStringList row);
     // Hands the pending rows and any widened columns to the grid.
@@ -51,7 +49,7 @@ public:
     int rowsAdded() const { return m_rowsAdded; }
     int cols() const { return m_cols; }
 
-private:
+  private:
     FlexGrid &m_grid;
     FillProgress m_progress;
     int m_chunkRows;
@@ -67,7 +65,6 @@ private:
 // when a cell's text width + testMargin exceeds the column's width, the
 // column becomes text width + setMargin. Text widths are measured once per
 // distinct text in the given font.
-WidthRule widenToRowTexts(const FlexGrid &grid, const QFont &font, int testMargin,
-                          int setMargin);
+WidthRule widenToRowTexts(const FlexGrid &grid, const QFont &font, int testMargin, int setMargin);
 
 } // namespace quorvale

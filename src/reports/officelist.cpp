@@ -8,8 +8,8 @@ QString officeStatement(OfficeQueryStyle style, bool hasProjectAudit, const QStr
 {
     // The blanks before "Order By" are the windows' own and kept as written.
     if (hasProjectAudit) {
-        const QString gap = style == OfficeQueryStyle::Property ? QStringLiteral(" ")
-                                                                : QStringLiteral("  ");
+        const QString gap =
+            style == OfficeQueryStyle::Property ? QStringLiteral(" ") : QStringLiteral("  ");
         return QStringLiteral("Select GYD_DH,GYD_Name,商用物业  From 设置管理处") + gap +
                QStringLiteral("Order By len(GYD_dh),GYD_DH");
     }
@@ -25,7 +25,8 @@ QString officeStatement(OfficeQueryStyle style, bool hasProjectAudit, const QStr
         gap = QStringLiteral("   ");
         break;
     }
-    return QStringLiteral("Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='") +
+    return QStringLiteral(
+               "Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='") +
            sqlQuoted(deptCode) + QStringLiteral("'") + gap +
            QStringLiteral("Order By len(GYD_dh),GYD_DH");
 }

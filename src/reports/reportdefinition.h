@@ -1,8 +1,8 @@
 #pragma once
 
-#include "platform/flexgrid.h"
 #include "output/exportwindow.h"
 #include "platform/connection.h"
+#include "platform/flexgrid.h"
 #include "reports/gridfill.h"
 #include "reports/officelist.h"
 #include "reports/reportparams.h"

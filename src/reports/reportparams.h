@@ -13,11 +13,11 @@ struct ReportParams {
     QString officeCode; // Combo1's text before its first blank
     QString officeName; // Combo1's text after its first blank
 
-    QString feeCodeList;      // quoted, comma-separated fee-item codes
-    bool monthRange = false;  // Option1(1): Text3..Text4 instead of Text1
-    QString month;            // Text1, "YYYYMM"
-    QString firstMonth;       // Text3
-    QString lastMonth;        // Text4
+    QString feeCodeList;       // quoted, comma-separated fee-item codes
+    bool monthRange = false;   // Option1(1): Text3..Text4 instead of Text1
+    QString month;             // Text1, "YYYYMM"
+    QString firstMonth;        // Text3
+    QString lastMonth;         // Text4
     QString receiptCutOffText; // Text2 as typed (arrears windows)
     bool receiptRange = false; // Option2(1): DTPicker1..DTPicker2 instead of DTPicker3
     QDate receiptCutOff;       // DTPicker3

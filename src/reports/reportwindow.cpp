@@ -431,8 +431,8 @@ void ReportWindow::printGrid()
     // Every window prints this title, whatever its report.
     titles.title = QLatin1Char('(') + officeName() + QLatin1Char(')') + kPrintTitleSuffix;
     const auto [from, to] = printDateRange();
-    titles.secondLine = kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') +
-                        vbrt::formatChineseDate(to);
+    titles.secondLine =
+        kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') + vbrt::formatChineseDate(to);
     const PrintTarget &target = printTarget();
     if (target)
         target(this, *m_grid, titles);

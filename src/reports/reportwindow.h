@@ -33,7 +33,7 @@ struct PrintTitles;
 // constructor); the main window's factory does both.
 class ReportWindow : public QWidget {
     Q_OBJECT
-public:
+  public:
     enum Command { Compute = 0, Export = 1, Close = 2, Print = 3 };
 
     explicit ReportWindow(ReportDefinition definition, QWidget *parent = nullptr);
@@ -79,11 +79,11 @@ public:
         std::function<void(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles)>;
     static void setPrintTarget(PrintTarget target);
 
-Q_SIGNALS:
+  Q_SIGNALS:
     // After each chunk of rows reached the grid during a compute.
     void rowsFilled(int rows);
 
-protected:
+  protected:
     // Load steps, for windows that load more than the office list.
     void fillStatusBar();
     void setGridHeader();
@@ -104,7 +104,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
-private:
+  private:
     void buildControls();
     void layoutStrip();
     void runCompute();

@@ -12,7 +12,7 @@ namespace quorvale {
 namespace {
 
 class PropertyCustomers : public CustomerFixture {
-protected:
+  protected:
     void building(int id, const QVariantList &parts, const QString &officeCode = "01")
     {
         FixtureDb::Values v = {{"L_ID", id}, {"管理处", officeCode}};
@@ -24,14 +24,21 @@ protected:
     void room(int id, int buildingId, const QVariant &number, const QVariant &area = QVariant(),
               const QVariant &kind = QVariant())
     {
-        db.insert("室表", {{"S_ID", id}, {"L_ID", buildingId}, {"室", number},
-                           {"建筑面积", area}, {"房屋性质", kind}});
+        db.insert("室表", {{"S_ID", id},
+                           {"L_ID", buildingId},
+                           {"室", number},
+                           {"建筑面积", area},
+                           {"房屋性质", kind}});
     }
     void owner(int account, int roomId, const QString &name, const QString &note,
                const QVariant &movedIn = QVariant(), const QVariant &phone = QVariant())
     {
-        db.insert("业主表", {{"ZH_ID", account}, {"S_ID", roomId}, {"姓名", name},
-                             {"移动电话", phone}, {"进户日期", movedIn}, {"说明", note}});
+        db.insert("业主表", {{"ZH_ID", account},
+                             {"S_ID", roomId},
+                             {"姓名", name},
+                             {"移动电话", phone},
+                             {"进户日期", movedIn},
+                             {"说明", note}});
     }
     // Runs "统计" for office 01 and returns the rows keyed by room number.
     QHash<QString, QStringList> compute(frm收款日报表 *w)
@@ -48,14 +55,21 @@ protected:
 TEST_F(PropertyCustomers, StatementIsTheDesignedTextAndDoublesQuotes)
 {
     const QString expected = QStringLiteral(
-        "Select Case When 楼表.地址1 Is Not Null Then 楼表.地址1 Else '' End +  Case When 楼表.字1 Is "
-        "Not Null Then 楼表.字1 Else '' End +  Case When 楼表.地址2 Is Not Null Then 楼表.地址2 Else "
-        "'' End +  Case When 楼表.字2 Is Not Null Then 楼表.字2 Else '' End +  Case When 楼表.地址3 "
-        "Is Not Null Then 楼表.地址3 Else '' End +  Case When 楼表.字3 Is Not Null Then 楼表.字3 Else "
-        "'' End +  Case When 楼表.地址4 Is Not Null Then 楼表.地址4 Else '' End +  Case When 楼表.字4 "
+        "Select Case When 楼表.地址1 Is Not Null Then 楼表.地址1 Else '' End +  Case When 楼表.字1 "
+        "Is "
+        "Not Null Then 楼表.字1 Else '' End +  Case When 楼表.地址2 Is Not Null Then 楼表.地址2 "
+        "Else "
+        "'' End +  Case When 楼表.字2 Is Not Null Then 楼表.字2 Else '' End +  Case When "
+        "楼表.地址3 "
+        "Is Not Null Then 楼表.地址3 Else '' End +  Case When 楼表.字3 Is Not Null Then 楼表.字3 "
+        "Else "
+        "'' End +  Case When 楼表.地址4 Is Not Null Then 楼表.地址4 Else '' End +  Case When "
+        "楼表.字4 "
         "Is Not Null Then 楼表.字4 Else '' End AS "
-        "DZ,设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,室表.建筑面积, "
-        "FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期 FROM 楼表 INNER JOIN 室表 ON 楼表.L_ID = "
+        "DZ,设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,室表."
+        "建筑面积, "
+        "FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期 FROM 楼表 INNER JOIN 室表 ON 楼表.L_ID "
+        "= "
         "室表.L_ID INNER JOIN 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 left JOIN 业主表 ON "
         "室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' left JOIN FWXZK ON FWXZK.FWXZ_dh = "
         "室表.房屋性质  Where 设置管理处.GYD_DH ='07'  ORDER BY  LEN(楼表.地址1), 楼表.地址1, "
@@ -75,8 +89,8 @@ TEST_F(PropertyCustomers, FillsRoomsWithFloorsAddressKindAndCurrentOwner)
         QString room;
         QString floor;
     };
-    const QList<Case> cases = {{1, "12", "1"},     {2, "101", "1"},    {3, "1001", "10"},
-                               {4, "0502", "5"},   {5, "B203", "1"},   {6, "0012", "1"},
+    const QList<Case> cases = {{1, "12", "1"},     {2, "101", "1"},  {3, "1001", "10"},
+                               {4, "0502", "5"},   {5, "B203", "1"}, {6, "0012", "1"},
                                {7, "30105", "301"}};
     for (const Case &c : cases)
         room(c.id, 1, c.room, 85.5, "Z");
@@ -162,7 +176,7 @@ TEST_F(PropertyCustomers, OverflowingRoomEndsTheComputeKeepingEarlierRows)
 }
 
 class ParkingCustomers : public CustomerFixture {
-protected:
+  protected:
     void space(int id, const QString &number, const QVariant &owner, const QVariant &charged,
                const QVariant &application)
     {
@@ -195,9 +209,11 @@ TEST_F(ParkingCustomers, StatementIsTheDesignedTextAndDoublesQuotes)
         "车位说明表.产权人,车位申请登记表.车主姓名 FROM 车库名 INNER JOIN 车位说明表 ON "
         "车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 INNER JOIN "
         "设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 left join  车位申请登记表 ON "
-        "车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 = 车位申请登记表.管理处 "
+        "车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 = "
+        "车位申请登记表.管理处 "
         "and 车位说明表.车位编号 = 车位申请登记表.车位编号 and 车位说明表.DJ_ID = "
-        "车位申请登记表.登记ID and 车位申请登记表.结账日期 is null Where 车库名.管理处 ='07'  order "
+        "车位申请登记表.登记ID and 车位申请登记表.结账日期 is null Where 车库名.管理处 ='07'  "
+        "order "
         "by 车位说明表.车库编号,车位说明表.车位编号");
     EXPECT_EQ(parkingCustomerStatement("07"), expected);
     EXPECT_TRUE(parkingCustomerStatement("a'b").contains("管理处 ='a''b' "));

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "support/fixturedb.h"
-#include "platform/msgbox.h"
 #include "platform/flexgrid.h"
+#include "platform/msgbox.h"
 #include "reports/reportwindow.h"
 #include "session/dbconnection.h"
 #include "session/sessionvalues.h"
+#include "support/fixturedb.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -19,7 +19,7 @@ namespace quorvale {
 // A signed-in session of department D1 over a fixture database, with every
 // message box recorded and answered OK.
 class CustomerFixture : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override
     {
         DbConn = db.connection();
@@ -46,9 +46,9 @@ protected:
                 const QString &dept = QStringLiteral("D1"))
     {
         db.insert(QStringLiteral("设置管理处"), {{QStringLiteral("GYD_DH"), code},
-                                             {QStringLiteral("GYD_Name"), name},
-                                             {QStringLiteral("商用物业"), commercial},
-                                             {QStringLiteral("对应部门代号"), dept}});
+                                                 {QStringLiteral("GYD_Name"), name},
+                                                 {QStringLiteral("商用物业"), commercial},
+                                                 {QStringLiteral("对应部门代号"), dept}});
     }
 
     template <typename Window> Window *open()

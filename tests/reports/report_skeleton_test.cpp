@@ -25,7 +25,7 @@ namespace quorvale {
 namespace {
 
 class ReportSkeleton : public CustomerFixture {
-protected:
+  protected:
     // Office 01 with `count` rooms numbered 101, 102, ...
     void officeWithRooms(int count, const QVariant &commercial = 0)
     {
@@ -56,7 +56,8 @@ protected:
 
 TEST(OfficeStatement, KeepsEachWindowsBlanksAndDoublesQuotes)
 {
-    const QString dept = "Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='D1'";
+    const QString dept =
+        "Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='D1'";
     const QString all = "Select GYD_DH,GYD_Name,商用物业  From 设置管理处";
     const QString order = "Order By len(GYD_dh),GYD_DH";
     struct Case {
@@ -73,8 +74,7 @@ TEST(OfficeStatement, KeepsEachWindowsBlanksAndDoublesQuotes)
         {OfficeQueryStyle::Finance, true, all + "  " + order},
     };
     for (const Case &c : cases)
-        EXPECT_EQ(officeStatement(c.style, c.audit, "D1"), c.expected)
-            << int(c.style) << c.audit;
+        EXPECT_EQ(officeStatement(c.style, c.audit, "D1"), c.expected) << int(c.style) << c.audit;
     EXPECT_TRUE(officeStatement(OfficeQueryStyle::Property, false, "D'1").contains("='D''1' "));
 }
 
@@ -188,8 +188,8 @@ TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
     const QList<Case> cases = {{false, "(一区) 房产数据", "房产数据模板"},
                                {true, "(一区) 车位数据模板", "车位数据模板"}};
     for (const Case &c : cases) {
-        ReportWindow *w = c.parking ? static_cast<ReportWindow *>(open<frm车位基础表>())
-                                    : open<frm收款日报表>();
+        ReportWindow *w =
+            c.parking ? static_cast<ReportWindow *>(open<frm车位基础表>()) : open<frm收款日报表>();
         choose(w, "01");
         w->ReportCommand(ReportWindow::Export);
         ExportWindow *export_ = ExportWindow::shared(ExportWindow::Variant::Customer);
@@ -197,8 +197,7 @@ TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
         EXPECT_EQ(export_->sourceGrid(), w->grid());
         EXPECT_EQ(export_->Text1(1)->text(), c.title);
         EXPECT_EQ(export_->Text1(2)->text(), c.templateName);
-        EXPECT_EQ(export_->tagText(),
-                  "统计时间:" + vbrt::formatChineseDate(QDate::currentDate()));
+        EXPECT_EQ(export_->tagText(), "统计时间:" + vbrt::formatChineseDate(QDate::currentDate()));
         EXPECT_TRUE(export_->isVisible());
         export_->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -213,8 +212,8 @@ TEST_F(ReportSkeleton, DatabaseErrorMidFillKeepsTheRowsAlreadyRead)
     w->setFillChunkRows(2);
     // The engine fails on the read after the first chunk, as a dropped
     // connection would.
-    auto *handle = *static_cast<sqlite3 *const *>(
-        db.connection()->database().driver()->handle().constData());
+    auto *handle =
+        *static_cast<sqlite3 *const *>(db.connection()->database().driver()->handle().constData());
     QObject::connect(w, &ReportWindow::rowsFilled, w, [handle](int) { sqlite3_interrupt(handle); });
     choose(w, "01");
     w->ReportCommand(ReportWindow::Compute);
