@@ -89,7 +89,8 @@ void naiveFill(FinanceReportKind kind, const ConnectionPtr &connection, const Re
                 grid.setRow(r);
             for (int c = 0; c < grid.Cols(); ++c) {
                 const QString text = grid.TextMatrix(grid.Row(), c);
-                const double w = text.isEmpty() ? 0.0 : metrics.horizontalAdvance(text) * twipsPerPixel;
+                const double w =
+                    text.isEmpty() ? 0.0 : metrics.horizontalAdvance(text) * twipsPerPixel;
                 if (w + (newRow ? 90 : 80) > grid.ColWidth(c))
                     grid.setColWidth(c, int(std::lround(w + (newRow ? 90 : 100))));
             }
@@ -129,7 +130,8 @@ void engineFill(FinanceReportKind kind, const ConnectionPtr &connection, const R
 bool sameGrid(const FlexGrid &a, const FlexGrid &b)
 {
     if (a.Rows() != b.Rows() || a.Cols() != b.Cols()) {
-        std::fprintf(stderr, "size %d x %d against %d x %d\n", a.Rows(), a.Cols(), b.Rows(), b.Cols());
+        std::fprintf(stderr, "size %d x %d against %d x %d\n", a.Rows(), a.Cols(), b.Rows(),
+                     b.Cols());
         return false;
     }
     for (int c = 0; c < a.Cols(); ++c) {

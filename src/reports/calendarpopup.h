@@ -13,7 +13,7 @@ namespace quorvale {
 // toggles it (a second click on any button hides it) and sets the tag naming
 // the box; a date click hands the tag and the date on and hides it.
 class CalendarPopup : public QFrame {
-public:
+  public:
     using DateClicked = std::function<void(const QString &tag, const QDate &date)>;
 
     explicit CalendarPopup(QWidget *window);
@@ -30,7 +30,7 @@ public:
     // flipTop instead, so that it stays usable in a maximised window.
     void toggleAt(int left, int top, int flipTop, const QString &tag);
 
-private:
+  private:
     void dateClicked(const QDate &date);
 
     QCalendarWidget *m_monthView;

@@ -8,12 +8,12 @@ namespace quorvale {
 QString FeeCodeList::statement(FeeCategory category)
 {
     if (category == FeeCategory::Parking)
-        return QStringLiteral("SELECT *  ")
-            + QStringLiteral(" FROM SetupSFXM  where 收费类别= '停车收费' AND 终止日期 Is Null")
-            + QStringLiteral(" ORDER BY DH");
-    return QStringLiteral("SELECT * ") + QStringLiteral(" FROM SetupSFXM")
-        + QStringLiteral(" Where 收费类别='日常收费' and 终止日期 Is Null")
-        + QStringLiteral(" ORDER BY DH");
+        return QStringLiteral("SELECT *  ") +
+               QStringLiteral(" FROM SetupSFXM  where 收费类别= '停车收费' AND 终止日期 Is Null") +
+               QStringLiteral(" ORDER BY DH");
+    return QStringLiteral("SELECT * ") + QStringLiteral(" FROM SetupSFXM") +
+           QStringLiteral(" Where 收费类别='日常收费' and 终止日期 Is Null") +
+           QStringLiteral(" ORDER BY DH");
 }
 
 FeeCodeList FeeCodeList::load(FeeCategory category, const ConnectionPtr &connection)

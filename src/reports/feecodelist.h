@@ -12,7 +12,7 @@ namespace quorvale {
 // the Combo3 entries ("DH XM") and the quoted code list for the query's
 // IN (...), e.g. '01','02','07'; empty when the category has no current item.
 class FeeCodeList {
-public:
+  public:
     // The fee-item statement of the category, exactly as the window runs it.
     static QString statement(FeeCategory category);
     // Reads the items of the category on the connection.
@@ -25,7 +25,7 @@ public:
     const QString &text() const { return m_text; }
     bool isEmpty() const { return m_text.isEmpty(); }
 
-private:
+  private:
     QStringList m_entries;
     QString m_text;
 };

@@ -67,7 +67,8 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
     m_combo3->setMinimumContentsLength(8);
     m_combo3->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
 
-    const int monthBoxWidth = picture2->fontMetrics().horizontalAdvance(QStringLiteral("0000000000"));
+    const int monthBoxWidth =
+        picture2->fontMetrics().horizontalAdvance(QStringLiteral("0000000000"));
     for (int tag = 1; tag <= 4; ++tag) {
         if (tag == 2 && m_advance)
             continue;

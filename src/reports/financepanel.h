@@ -23,7 +23,7 @@ struct ReportParams;
 // DTPicker1..3 (advance receipts). Option buttons of one array share the
 // objectName and carry their index in the "index" property, like Command1.
 class FinancePanel {
-public:
+  public:
     FinancePanel(QFrame *picture2, FinanceReportKind kind);
 
     // The load defaults: months of today, Text2 as "YYYY/MM/dd", the pickers
@@ -46,12 +46,12 @@ public:
     QRadioButton *option2(int index) const { return m_option2[index]; }
     QDateEdit *dtPicker(int number) const { return m_dtPicker[number - 1]; }
 
-private:
+  private:
     bool m_advance;
     QComboBox *m_combo3 = nullptr;
     QRadioButton *m_option1[2] = {};
     QRadioButton *m_option2[2] = {};
-    QLineEdit *m_text[4] = {}; // Text1..Text4
+    QLineEdit *m_text[4] = {};             // Text1..Text4
     QPushButton *m_calendarButton[4] = {}; // by tag 1..4
     QDateEdit *m_dtPicker[3] = {};
     QGroupBox *m_frame1 = nullptr;

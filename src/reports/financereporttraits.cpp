@@ -10,14 +10,15 @@ const QString kArrearsHeading = QStringLiteral(
 
 // The parking arrears window's designed heading; its blanks give the columns
 // their first widths.
-const QString kParkingArrearsHeading = QStringLiteral("房号") + QString(65, QLatin1Char(' '))
-    + QStringLiteral("|<收费对象类型|<收费对象客户姓名|<收费项目") + QString(9, QLatin1Char(' '))
-    + QStringLiteral("|<收费标准名称|<单价") + QString(2, QLatin1Char(' '))
-    + QStringLiteral("|<计费周期起始日期|<计费周期结束日期|<应收日期") + QString(10, QLatin1Char(' '))
-    + QStringLiteral("|>应收金额") + QString(3, QLatin1Char(' '))
-    + QStringLiteral("|<减免金额|<减免类型|<已收金额|<缴款日期") + QString(3, QLatin1Char(' '))
-    + QStringLiteral("|<结算方式") + QString(7, QLatin1Char(' ')) + QStringLiteral("|<发票号码")
-    + QString(13, QLatin1Char(' '));
+const QString kParkingArrearsHeading =
+    QStringLiteral("房号") + QString(65, QLatin1Char(' ')) +
+    QStringLiteral("|<收费对象类型|<收费对象客户姓名|<收费项目") + QString(9, QLatin1Char(' ')) +
+    QStringLiteral("|<收费标准名称|<单价") + QString(2, QLatin1Char(' ')) +
+    QStringLiteral("|<计费周期起始日期|<计费周期结束日期|<应收日期") +
+    QString(10, QLatin1Char(' ')) + QStringLiteral("|>应收金额") + QString(3, QLatin1Char(' ')) +
+    QStringLiteral("|<减免金额|<减免类型|<已收金额|<缴款日期") + QString(3, QLatin1Char(' ')) +
+    QStringLiteral("|<结算方式") + QString(7, QLatin1Char(' ')) + QStringLiteral("|<发票号码") +
+    QString(13, QLatin1Char(' '));
 
 const QString kAdvanceHeading = QStringLiteral(
     "房号|<收费对象类型|<收费项目|<收费标准名称|<单价|<计费周期起始日期|<计费周期结束日期|<应收"
@@ -34,13 +35,12 @@ const FinanceReportTraits kTraits[] = {
      QStringLiteral("财务车位数据欠收表"), QStringLiteral(" 财务车位数据欠收表"),
      ColumnFit::CurrentRow, false},
     {FinanceReportKind::ParkingAdvance, QStringLiteral("frm财务数据预收表车位"),
-     FeeCategory::Parking, true, true, kAdvanceHeading, true,
-     QStringLiteral("财务车位数据预收表"), QStringLiteral(" 车位数据预收表"),
-     ColumnFit::CurrentRow, true},
+     FeeCategory::Parking, true, true, kAdvanceHeading, true, QStringLiteral("财务车位数据预收表"),
+     QStringLiteral(" 车位数据预收表"), ColumnFit::CurrentRow, true},
     {FinanceReportKind::PropertyAdvance, QStringLiteral("frm财务数据预收表房产"),
      FeeCategory::Property, true, false, kAdvanceHeading, true,
-     QStringLiteral("财务房产数据预收表"), QStringLiteral(" 财务房产数据预收表"),
-     ColumnFit::NewRow, true},
+     QStringLiteral("财务房产数据预收表"), QStringLiteral(" 财务房产数据预收表"), ColumnFit::NewRow,
+     true},
 };
 
 } // namespace

@@ -9,12 +9,12 @@
 #include "session/dbconnection.h"
 
 #include <QComboBox>
-#include <QLayout>
-#include <QResizeEvent>
 #include <QDateEdit>
 #include <QFrame>
+#include <QLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QResizeEvent>
 
 namespace quorvale {
 
@@ -25,8 +25,8 @@ const QString kCutOffCalendarFormat = QStringLiteral("yyyy-MM-dd");
 } // namespace
 
 FinanceReportWindow::FinanceReportWindow(FinanceReportKind kind, QWidget *parent)
-    : ReportWindow(financeReportDefinition(kind), parent), m_kind(kind),
-      m_panel(picture2(), kind), m_picture6(new CalendarPopup(this))
+    : ReportWindow(financeReportDefinition(kind), parent), m_kind(kind), m_panel(picture2(), kind),
+      m_picture6(new CalendarPopup(this))
 {
     for (int tag : m_panel.calendarTags())
         connect(m_panel.calendarButton(tag), &QPushButton::clicked, this,

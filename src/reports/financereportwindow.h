@@ -13,7 +13,7 @@ class CalendarPopup;
 // fee-item list, the month and receipt-date controls, the drop-down calendar
 // and the checks before the query. Each window only names its report.
 class FinanceReportWindow : public ReportWindow {
-public:
+  public:
     FinanceReportWindow(FinanceReportKind kind, QWidget *parent);
 
     void load() override;
@@ -28,11 +28,11 @@ public:
     // MonthView1's date click: the date into the box the tag names.
     void MonthView1_DateClick(const QString &tag, const QDate &date);
 
-protected:
+  protected:
     bool prepareReport(ReportParams &params) override;
     QPair<QDate, QDate> printDateRange() const override;
 
-private:
+  private:
     void loadFeeItems();
 
     FinanceReportKind m_kind;

@@ -38,8 +38,10 @@ void FinanceRowBuilder::operator()(const Recordset &record, QStringList &row)
     if (!m_columns) {
         auto c = std::make_shared<Columns>();
         c->officeName = fieldIndex(record, QStringLiteral("GYD_Name"));
-        c->place1 = fieldIndex(record, traits.parking ? QStringLiteral("车库名") : QStringLiteral("DZ"));
-        c->place2 = fieldIndex(record, traits.parking ? QStringLiteral("车位编号") : QStringLiteral("室"));
+        c->place1 =
+            fieldIndex(record, traits.parking ? QStringLiteral("车库名") : QStringLiteral("DZ"));
+        c->place2 =
+            fieldIndex(record, traits.parking ? QStringLiteral("车位编号") : QStringLiteral("室"));
         if (!traits.parking)
             c->nature = fieldIndex(record, QStringLiteral("FWXZ_xz"));
         c->feeName = fieldIndex(record, QStringLiteral("XM"));
@@ -66,7 +68,8 @@ void FinanceRowBuilder::operator()(const Recordset &record, QStringList &row)
     const QString firstDay = monthFirstDay(month);
     const QString feeName = text(c.feeName);
 
-    put(0, text(c.officeName) + kPlaceSeparator + text(c.place1) + kPlaceSeparator + text(c.place2));
+    put(0,
+        text(c.officeName) + kPlaceSeparator + text(c.place1) + kPlaceSeparator + text(c.place2));
     put(1, kPayerType);
     if (c.nature >= 0)
         put(2, text(c.nature));

@@ -18,12 +18,12 @@ class Recordset;
 // stand one column right of their caption; that placement is the design.
 // Columns the grid does not have are not written.
 class FinanceRowBuilder {
-public:
+  public:
     explicit FinanceRowBuilder(FinanceReportKind kind);
 
     void operator()(const Recordset &record, QStringList &row);
 
-private:
+  private:
     struct Columns;
     FinanceReportKind m_kind;
     std::shared_ptr<Columns> m_columns; // resolved on the first record

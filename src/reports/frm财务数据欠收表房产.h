@@ -7,7 +7,7 @@ namespace quorvale {
 // The property arrears table: receivables of the daily fee items not received by
 // the cut-off date, for one month and all months before it, or for a range.
 class frm财务数据欠收表房产 : public FinanceReportWindow {
-public:
+  public:
     explicit frm财务数据欠收表房产(QWidget *parent = nullptr);
 };
 

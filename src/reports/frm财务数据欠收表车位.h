@@ -7,7 +7,7 @@ namespace quorvale {
 // The parking arrears table: never-received parking fees of rented, then of
 // owned spaces, for one month and all before it, or for a range.
 class frm财务数据欠收表车位 : public FinanceReportWindow {
-public:
+  public:
     explicit frm财务数据欠收表车位(QWidget *parent = nullptr);
 };
 

@@ -7,7 +7,7 @@ namespace quorvale {
 // The property advance-receipt table: daily fees already received for months
 // after the chosen one (or inside a range).
 class frm财务数据预收表房产 : public FinanceReportWindow {
-public:
+  public:
     explicit frm财务数据预收表房产(QWidget *parent = nullptr);
 };
 

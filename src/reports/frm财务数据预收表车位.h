@@ -7,7 +7,7 @@ namespace quorvale {
 // The parking advance-receipt table: parking fees already received for months
 // after the chosen one (or inside a range), rented spaces first.
 class frm财务数据预收表车位 : public FinanceReportWindow {
-public:
+  public:
     explicit frm财务数据预收表车位(QWidget *parent = nullptr);
 };
 

@@ -19,8 +19,8 @@ QString MonthEndDate(const QString &month)
     const QString mm = vbrt::Right(month, 2);
     const double number = vbrt::Val(mm);
     QString suffix = QStringLiteral("-30");
-    if (number == 1 || number == 3 || number == 5 || number == 7 || number == 8 || number == 10
-        || number == 12)
+    if (number == 1 || number == 3 || number == 5 || number == 7 || number == 8 || number == 10 ||
+        number == 12)
         suffix = QStringLiteral("-31");
     else if (number == 2)
         suffix = isLeapYear(int(vbrt::Val(year))) ? QStringLiteral("-29") : QStringLiteral("-28");

@@ -60,11 +60,11 @@ TEST_F(FinanceReports, PropertyArrearsListOutstandingMonthsUpToTheChosenOneAfter
     ledger(2, 1, 0, 0, "202402", "01", QVariant());
     ledger(3, 1, 0, 0, "202403", "01", 90, QDate(2024, 3, 31)); // received on the cut-off
     ledger(4, 1, 0, 0, "202403", "03", 30, QDate(2024, 4, 1));  // received a day later
-    ledger(5, 1, 0, 0, "202404", "01", 100);                     // after the month
-    ledger(6, 3, 0, 0, "202312", "01", 100, {}, u("X"));         // unknown house nature
-    ledger(7, 2, 0, 0, "202401", "01", 100);                     // unit without "新进户"
-    ledger(8, 1, 0, 0, "202401", "02", 100);                     // withdrawn fee item
-    ledger(9, 1, 500, 0, "202401", "11", 100);                   // parking fee
+    ledger(5, 1, 0, 0, "202404", "01", 100);                    // after the month
+    ledger(6, 3, 0, 0, "202312", "01", 100, {}, u("X"));        // unknown house nature
+    ledger(7, 2, 0, 0, "202401", "01", 100);                    // unit without "新进户"
+    ledger(8, 1, 0, 0, "202401", "02", 100);                    // withdrawn fee item
+    ledger(9, 1, 500, 0, "202401", "11", 100);                  // parking fee
 
     auto *w = open<frm财务数据欠收表房产>();
     choose(w, u("01"));
@@ -79,15 +79,16 @@ TEST_F(FinanceReports, PropertyArrearsListOutstandingMonthsUpToTheChosenOneAfter
               cells({"一处->2栋->101 2024-01-01", "一处->2栋->101 2024-02-01",
                      "一处->2栋->101 2024-03-01", "一处->10栋->1001 2023-12-01"}));
     const QList<QStringList> all = rows(grid);
-    EXPECT_EQ(all[1], cells({"一处->2栋->101", "业主", "住宅", "物业费", "物业费", "0", "2024-02-01",
-                             "2024-02-29", "2024-02-01", "0", "", "", "", "", ""}));
+    EXPECT_EQ(all[1], cells({"一处->2栋->101", "业主", "住宅", "物业费", "物业费", "0",
+                             "2024-02-01", "2024-02-29", "2024-02-01", "0", "", "", "", "", ""}));
     EXPECT_EQ(all[3][2], QString());
 
     setMonths(w, "202402", "202403");
     text(w, "Text2")->setText(u("2024-03-30")); // the calendar's form; now row 3 is outstanding
     pressCompute(w);
-    EXPECT_EQ(placesAndMonths(grid), cells({"一处->2栋->101 2024-02-01", "一处->2栋->101 2024-03-01",
-                                            "一处->2栋->101 2024-03-01"}));
+    EXPECT_EQ(placesAndMonths(grid),
+              cells({"一处->2栋->101 2024-02-01", "一处->2栋->101 2024-03-01",
+                     "一处->2栋->101 2024-03-01"}));
 }
 
 TEST_F(FinanceReports, ParkingArrearsListNeverReceivedFeesOfRentedThenOwnedSpaces)
@@ -109,8 +110,9 @@ TEST_F(FinanceReports, ParkingArrearsListNeverReceivedFeesOfRentedThenOwnedSpace
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->地下车库->A-01 2024-02-01", "一处->地下车库->A-01 2024-02-01",
                      "一处->->B-02 2024-01-01"}));
-    EXPECT_EQ(rows(grid)[2], cells({"一处->->B-02", "业主", "", "停车费", "停车费", "0", "2024-01-01",
-                                    "2024-01-31", "2024-01-01", "0", "", "", "", "", "", ""}));
+    EXPECT_EQ(rows(grid)[2],
+              cells({"一处->->B-02", "业主", "", "停车费", "停车费", "0", "2024-01-01",
+                     "2024-01-31", "2024-01-01", "0", "", "", "", "", "", ""}));
 }
 
 TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
@@ -120,7 +122,7 @@ TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
     ledger(42, 0, 0, 701, "202404", "11", QVariant(), QDate(2024, 3, 31));
     ledger(43, 0, 0, 701, "202405", "11", 80, QDate(2024, 4, 1)); // after the cut-off
     ledger(44, 0, 500, 700, "202406", "11", 10, QDate(2024, 1, 5));
-    ledger(45, 0, 500, 0, "202407", "11", 10);                     // not received
+    ledger(45, 0, 500, 0, "202407", "11", 10); // not received
 
     auto *w = open<frm财务数据预收表车位>();
     choose(w, u("01"));
@@ -134,9 +136,26 @@ TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
               cells({"一处->地下车库->A-01 2024-03-01", "一处->地下车库->A-01 2024-06-01",
                      "一处->地下车库->A-01 2024-06-01", "一处->->B-02 2024-04-01"}));
     const QList<QStringList> all = rows(grid);
-    EXPECT_EQ(all[0], cells({"一处->地下车库->A-01", "业主", "", "停车费", "停车费", "80", "2024-03-01",
-                             "2024-03-31", "2024-03-01", "80", "", "", "80", "2024-03-15", "现金",
-                             "F1", "", "", "", ""}));
+    EXPECT_EQ(all[0], cells({"一处->地下车库->A-01",
+                             "业主",
+                             "",
+                             "停车费",
+                             "停车费",
+                             "80",
+                             "2024-03-01",
+                             "2024-03-31",
+                             "2024-03-01",
+                             "80",
+                             "",
+                             "",
+                             "80",
+                             "2024-03-15",
+                             "现金",
+                             "F1",
+                             "",
+                             "",
+                             "",
+                             ""}));
     EXPECT_EQ(all[3][5] + all[3][9] + all[3][12], u("000"));
 
     setMonths(w, "202402", "202405");
@@ -188,9 +207,10 @@ TEST_F(FinanceReports, PropertyAdvanceReceiptsAndTheLastRowMadeCurrent)
     const FlexGrid &grid = *w->grid();
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->2栋->101 2024-04-01", "一处->10栋->1001 2024-06-01"}));
-    EXPECT_EQ(rows(grid)[0], cells({"一处->2栋->101", "业主", "住宅", "物业费", "物业费", "50",
-                                    "2024-04-01", "2024-04-30", "2024-04-01", "50", "", "", "50",
-                                    "2024-03-15", "转账", "F9", "", "", "", ""}));
+    EXPECT_EQ(rows(grid)[0],
+              cells({"一处->2栋->101", "业主",       "住宅", "物业费", "物业费", "50", "2024-04-01",
+                     "2024-04-30",     "2024-04-01", "50",   "",       "",       "50", "2024-03-15",
+                     "转账",           "F9",         "",     "",       "",       ""}));
     EXPECT_EQ(rows(grid)[1][2], QString());
     EXPECT_EQ(grid.Row(), grid.Rows() - 1);
     EXPECT_TRUE(grid.Redraw());
@@ -228,18 +248,19 @@ TEST_F(FinanceReports, ArrearsWindowRefusesBadPeriodsWithBoxAndFocusAndKeepsTheG
 
     const RefusalCase cases[] = {
         {"month 13", "202413", "", "", "2024/03/31", false, "请输入统计年月！", "提醒", 0, "Text1"},
-        {"first month", "202403", "2024", "202404", "2024/03/31", true, "请输入统计年月！", "提醒", 0,
-         "Text3"},
+        {"first month", "202403", "2024", "202404", "2024/03/31", true, "请输入统计年月！", "提醒",
+         0, "Text3"},
         {"last month", "202403", "202404", "202400", "2024/03/31", true, "请输入统计年月！", "提醒",
          0, "Text4"},
         {"reversed", "202403", "202405", "202404", "2024/03/31", true,
          "起始年月不能大于截止年月，请重新输入！", "提醒！", 64, nullptr},
-        {"cut-off", "202403", "", "", "2024/13/01", false, "日期格式不正确，请重新输入日期！", nullptr,
-         0, "Text2"},
+        {"cut-off", "202403", "", "", "2024/13/01", false, "日期格式不正确，请重新输入日期！",
+         nullptr, 0, "Text2"},
     };
     for (const RefusalCase &c : cases) {
         boxes.clear();
-        w->findChildren<QRadioButton *>(QStringLiteral("Option1"))[c.range ? 1 : 0]->setChecked(true);
+        w->findChildren<QRadioButton *>(QStringLiteral("Option1"))[c.range ? 1 : 0]->setChecked(
+            true);
         text(w, "Text1")->setText(u(c.text1));
         text(w, "Text3")->setText(u(c.text3));
         text(w, "Text4")->setText(u(c.text4));
@@ -326,7 +347,8 @@ TEST_F(FinanceReports, ReceiptModeSwitchEnablesTheCutOffOrTheRangePickers)
     };
     EXPECT_EQ(enabled(), u("001"));
     EXPECT_EQ(w->findChild<QDateEdit *>(u("DTPicker2"))->date(), QDate::currentDate());
-    const QList<QRadioButton *> option2 = w->findChildren<QRadioButton *>(QStringLiteral("Option2"));
+    const QList<QRadioButton *> option2 =
+        w->findChildren<QRadioButton *>(QStringLiteral("Option2"));
     option2[1]->click();
     EXPECT_EQ(enabled(), u("110"));
     option2[0]->click();
@@ -341,10 +363,14 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
         const char *sheet;
         bool pickerDates;
     } cases[] = {
-        {[this] { return open<frm财务数据欠收表房产>(); }, "(一处) 财务房产数据欠收表", "财务房产数据欠收表", false},
-        {[this] { return open<frm财务数据欠收表车位>(); }, "(一处) 财务车位数据欠收表", "财务车位数据欠收表", false},
-        {[this] { return open<frm财务数据预收表车位>(); }, "(一处) 车位数据预收表", "财务车位数据预收表", true},
-        {[this] { return open<frm财务数据预收表房产>(); }, "(一处) 财务房产数据预收表", "财务房产数据预收表", true},
+        {[this] { return open<frm财务数据欠收表房产>(); }, "(一处) 财务房产数据欠收表",
+         "财务房产数据欠收表", false},
+        {[this] { return open<frm财务数据欠收表车位>(); }, "(一处) 财务车位数据欠收表",
+         "财务车位数据欠收表", false},
+        {[this] { return open<frm财务数据预收表车位>(); }, "(一处) 车位数据预收表",
+         "财务车位数据预收表", true},
+        {[this] { return open<frm财务数据预收表房产>(); }, "(一处) 财务房产数据预收表",
+         "财务房产数据预收表", true},
     };
     PrintTitles printed;
     ReportWindow::setPrintTarget(
@@ -367,10 +393,10 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
         }
         w->ReportCommand(ReportWindow::Print);
         EXPECT_EQ(printed.title, u("(一处)收款日报表"));
-        EXPECT_EQ(printed.secondLine,
-                  c.pickerDates ? u("日期范围:2024年01月02日-2024年03月04日")
-                                : u("日期范围:") + vbrt::formatChineseDate(today) + u("-")
-                                    + vbrt::formatChineseDate(today))
+        EXPECT_EQ(printed.secondLine, c.pickerDates
+                                          ? u("日期范围:2024年01月02日-2024年03月04日")
+                                          : u("日期范围:") + vbrt::formatChineseDate(today) +
+                                                u("-") + vbrt::formatChineseDate(today))
             << c.sheet;
     }
     ReportWindow::setPrintTarget({});
@@ -399,8 +425,8 @@ TEST_F(FinanceReports, ChunkedFillGivesTheWidthsOfTheRowByRowRule)
 {
     for (int i = 0; i < 9; ++i) {
         const QString wide = QString(i * 7, QLatin1Char('W'));
-        ledger(100 + i, i % 2 ? 1 : 3, 500, 700, "202401", "01", 1000 * i,
-               QDate(2024, 1, 1 + i), {}, wide, wide + u("方式"));
+        ledger(100 + i, i % 2 ? 1 : 3, 500, 700, "202401", "01", 1000 * i, QDate(2024, 1, 1 + i),
+               {}, wide, wide + u("方式"));
         ledger(200 + i, 0, 500, 700, "202401", "11", 10 * i, QDate(2024, 1, 1 + i), {}, wide);
     }
     ReportParams params;
@@ -409,8 +435,9 @@ TEST_F(FinanceReports, ChunkedFillGivesTheWidthsOfTheRowByRowRule)
     params.receiptCutOff = QDate(2024, 12, 31);
     params.receiptFrom = params.receiptTo = QDate(2024, 1, 1);
 
-    for (FinanceReportKind kind : {FinanceReportKind::PropertyArrears, FinanceReportKind::ParkingAdvance,
-                                   FinanceReportKind::PropertyAdvance}) {
+    for (FinanceReportKind kind :
+         {FinanceReportKind::PropertyArrears, FinanceReportKind::ParkingAdvance,
+          FinanceReportKind::PropertyAdvance}) {
         const bool parking = kind == FinanceReportKind::ParkingAdvance;
         params.feeCodeList = parking ? u("'11'") : u("'01'");
         params.month = kind == FinanceReportKind::PropertyArrears ? u("202401") : u("202312");

@@ -28,7 +28,7 @@ namespace quorvale {
 // session whose message boxes are recorded and answered OK. Ledger rows are
 // added by each test.
 class FinanceFixture : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override
     {
         DbConn = db.connection();
@@ -42,10 +42,11 @@ protected:
             return vb::OK;
         });
         const auto s = [](const char *text) { return QVariant(QString::fromUtf8(text)); };
-        db.insertRows(QStringLiteral("设置管理处"),
-                      {QStringLiteral("GYD_DH"), QStringLiteral("GYD_Name"), QStringLiteral("商用物业"),
-                       QStringLiteral("对应部门代号")},
-                      {{s("01"), s("一处"), QVariant(), s("D1")}, {s("02"), s("商铺"), 1, s("D1")}});
+        db.insertRows(
+            QStringLiteral("设置管理处"),
+            {QStringLiteral("GYD_DH"), QStringLiteral("GYD_Name"), QStringLiteral("商用物业"),
+             QStringLiteral("对应部门代号")},
+            {{s("01"), s("一处"), QVariant(), s("D1")}, {s("02"), s("商铺"), 1, s("D1")}});
         db.insertRows(QStringLiteral("SetupSFXM"),
                       {QStringLiteral("DH"), QStringLiteral("XM"), QStringLiteral("收费类别"),
                        QStringLiteral("终止日期")},
@@ -68,12 +69,14 @@ protected:
                        {3, 1001, s("钱七"), s("新进户")}});
         db.insert(QStringLiteral("FWXZK"),
                   {{QStringLiteral("FWXZ_dh"), s("Z")}, {QStringLiteral("FWXZ_xz"), s("住宅")}});
-        db.insertRows(QStringLiteral("车库名"),
-                      {QStringLiteral("管理处"), QStringLiteral("车库编号"), QStringLiteral("车库名")},
-                      {{s("01"), s("G1"), s("地下车库")}, {s("01"), s("G2"), QVariant()}});
-        db.insert(QStringLiteral("车位申请登记表"),
-                  {{QStringLiteral("登记ID"), 500}, {QStringLiteral("管理处"), s("01")},
-                   {QStringLiteral("车库编号"), s("G1")}, {QStringLiteral("车位编号"), s("A-01")}});
+        db.insertRows(
+            QStringLiteral("车库名"),
+            {QStringLiteral("管理处"), QStringLiteral("车库编号"), QStringLiteral("车库名")},
+            {{s("01"), s("G1"), s("地下车库")}, {s("01"), s("G2"), QVariant()}});
+        db.insert(QStringLiteral("车位申请登记表"), {{QStringLiteral("登记ID"), 500},
+                                                     {QStringLiteral("管理处"), s("01")},
+                                                     {QStringLiteral("车库编号"), s("G1")},
+                                                     {QStringLiteral("车位编号"), s("A-01")}});
         db.insertRows(QStringLiteral("车位说明表"),
                       {QStringLiteral("ID"), QStringLiteral("管理处"), QStringLiteral("车库编号"),
                        QStringLiteral("车位编号")},
@@ -97,18 +100,17 @@ protected:
                 const QVariant &method = {})
     {
         const auto orNull = [](int v) { return v ? QVariant(v) : QVariant(); };
-        db.insert(QStringLiteral("WYZJ"),
-                  {{QStringLiteral("ZJ_ID"), id},
-                   {QStringLiteral("zh_ID"), orNull(account)},
-                   {QStringLiteral("DJ_ID"), orNull(rental)},
-                   {QStringLiteral("cw_id"), orNull(owned)},
-                   {QStringLiteral("FWXZ_DH"), nature},
-                   {QStringLiteral("ZJ_CNY"), QString::fromUtf8(month)},
-                   {QStringLiteral("ZJ_LX"), QString::fromUtf8(fee)},
-                   {QStringLiteral("ZJ_JE"), amount},
-                   {QStringLiteral("ZJ_SKRQ"), received},
-                   {QStringLiteral("发票号码"), invoice},
-                   {QStringLiteral("收款方式"), method}});
+        db.insert(QStringLiteral("WYZJ"), {{QStringLiteral("ZJ_ID"), id},
+                                           {QStringLiteral("zh_ID"), orNull(account)},
+                                           {QStringLiteral("DJ_ID"), orNull(rental)},
+                                           {QStringLiteral("cw_id"), orNull(owned)},
+                                           {QStringLiteral("FWXZ_DH"), nature},
+                                           {QStringLiteral("ZJ_CNY"), QString::fromUtf8(month)},
+                                           {QStringLiteral("ZJ_LX"), QString::fromUtf8(fee)},
+                                           {QStringLiteral("ZJ_JE"), amount},
+                                           {QStringLiteral("ZJ_SKRQ"), received},
+                                           {QStringLiteral("发票号码"), invoice},
+                                           {QStringLiteral("收款方式"), method}});
     }
 
     template <typename Window> Window *open()
