@@ -225,8 +225,8 @@ void fillPropertyCustomerRow(const Recordset &record, QStringList &row)
 void computePropertyCustomers(const ConnectionPtr &connection, const ReportParams &params,
                               FlexGrid &, GridFill &fill)
 {
-    fill.reset();
-    fill.run(connection, propertyCustomerStatement(params.officeCode), fillPropertyCustomerRow);
+    fill.run(connection, propertyCustomerStatement(params.officeCode), fillPropertyCustomerRow,
+             GridFill::EarlierRows::DropAfterOpen);
 }
 
 ReportDefinition propertyCustomerDefinition()
@@ -286,8 +286,8 @@ void fillParkingCustomerRow(const Recordset &record, QStringList &row)
 void computeParkingCustomers(const ConnectionPtr &connection, const ReportParams &params,
                              FlexGrid &, GridFill &fill)
 {
-    fill.reset();
-    fill.run(connection, parkingCustomerStatement(params.officeCode), fillParkingCustomerRow);
+    fill.run(connection, parkingCustomerStatement(params.officeCode), fillParkingCustomerRow,
+             GridFill::EarlierRows::DropAfterOpen);
 }
 
 ReportDefinition parkingCustomerDefinition()

@@ -38,11 +38,13 @@ void GridFill::reset()
 }
 
 void GridFill::run(const ConnectionPtr &connection, const QString &statement,
-                   const RowBuilder &build)
+                   const RowBuilder &build, EarlierRows earlier)
 {
     Recordset records;
     try {
         records.Open(statement, connection, 0, 1, -1);
+        if (earlier == EarlierRows::DropAfterOpen)
+            reset();
         const QStringList empty(m_cols, QString());
         while (!records.eof()) {
             QStringList row = empty;

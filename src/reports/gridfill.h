@@ -38,9 +38,13 @@ class GridFill {
 
     // Drops every row below the header (Rows = 1).
     void reset();
+    enum class EarlierRows { Keep, DropAfterOpen };
     // Opens the statement forward-only and read-only and adds one row per
-    // record. Database and row errors are thrown as RuntimeError.
-    void run(const ConnectionPtr &connection, const QString &statement, const RowBuilder &build);
+    // record. DropAfterOpen drops the earlier rows once the statement is
+    // open, so a statement that fails to open leaves the grid as it was.
+    // Database and row errors are thrown as RuntimeError.
+    void run(const ConnectionPtr &connection, const QString &statement, const RowBuilder &build,
+             EarlierRows earlier = EarlierRows::Keep);
     // Adds one built row; a full chunk goes to the grid.
     void add(QStringList row);
     // Hands the pending rows and any widened columns to the grid.
