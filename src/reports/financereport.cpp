@@ -19,22 +19,23 @@ void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connectio
     const bool newRowCurrent = traits.fit == ColumnFit::NewRow;
     if (newRowCurrent)
         grid.setRedraw(false);
-    // The last row added is the current one, even when a record fails;
-    // drawing is resumed only at the end of the records, as designed.
-    const auto makeLastRowCurrent = [&] {
-        if (newRowCurrent && grid.Rows() > 1)
+    // The last row added is the current one, and drawing resumes, also when
+    // a record fails: the rows read before it stay and must be seen.
+    const auto finish = [&] {
+        if (!newRowCurrent)
+            return;
+        if (grid.Rows() > 1)
             grid.setRow(grid.Rows() - 1);
+        grid.setRedraw(true);
     };
     try {
         for (const QString &statement : statements)
             fill.run(connection, statement, FinanceRowBuilder(kind));
     } catch (...) {
-        makeLastRowCurrent();
+        finish();
         throw;
     }
-    makeLastRowCurrent();
-    if (newRowCurrent)
-        grid.setRedraw(true);
+    finish();
 }
 
 ReportDefinition financeReportDefinition(FinanceReportKind kind)

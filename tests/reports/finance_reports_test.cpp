@@ -295,6 +295,12 @@ TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)
     EXPECT_EQ(property->feeCodeList().text(), u("'01','03'"));
     EXPECT_EQ(parking->feeCodeList().text(), u("'11'"));
 
+    // A commercial office is refused without a word.
+    choose(property, u("02"));
+    property->ReportCommand(ReportWindow::Compute);
+    EXPECT_TRUE(boxes.isEmpty());
+    EXPECT_EQ(property->grid()->Rows(), 1);
+
     // Without a current item of its category the query stops without a word.
     db.execute(QStringLiteral("UPDATE SetupSFXM SET 终止日期 = '2024-01-01'"));
     auto *empty = open<frm财务数据欠收表车位>();
