@@ -183,8 +183,13 @@ TEST_F(FinanceReports, ReceiptRangeIsCheckedOnlyInTheCutOffMode)
     EXPECT_EQ(boxes[0].style, 80);
     EXPECT_EQ(boxes[0].title, exeName());
     EXPECT_EQ(w->grid()->Rows(), 1);
+    const auto enabled = [w](const char *name) {
+        return w->findChild<QDateEdit *>(u(name))->isEnabled();
+    };
+    EXPECT_TRUE(!enabled("DTPicker1") && !enabled("DTPicker2") && enabled("DTPicker3"));
 
     w->findChildren<QRadioButton *>(QStringLiteral("Option2"))[1]->click();
+    EXPECT_TRUE(enabled("DTPicker1") && enabled("DTPicker2") && !enabled("DTPicker3"));
     pressCompute(w);
     EXPECT_EQ(boxes.size(), 1);
     EXPECT_EQ(w->grid()->Rows(), 1); // the reversed range runs and finds nothing
@@ -248,8 +253,6 @@ TEST_F(FinanceReports, ArrearsWindowRefusesBadPeriodsWithBoxAndFocusAndKeepsTheG
 
     const RefusalCase cases[] = {
         {"month 13", "202413", "", "", "2024/03/31", false, "请输入统计年月！", "提醒", 0, "Text1"},
-        {"first month", "202403", "2024", "202404", "2024/03/31", true, "请输入统计年月！", "提醒",
-         0, "Text3"},
         {"last month", "202403", "202404", "202400", "2024/03/31", true, "请输入统计年月！", "提醒",
          0, "Text4"},
         {"reversed", "202403", "202405", "202404", "2024/03/31", true,
@@ -340,25 +343,6 @@ TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
     Q_EMIT advance->picture6()->monthView()->clicked(QDate(2023, 11, 5));
     EXPECT_EQ(text(advance, "Text4")->text(), u("202311"));
     EXPECT_EQ(advance->findChild<QPushButton *>(QStringLiteral("Command4")), nullptr);
-}
-
-TEST_F(FinanceReports, ReceiptModeSwitchEnablesTheCutOffOrTheRangePickers)
-{
-    auto *w = open<frm财务数据预收表车位>();
-    const auto enabled = [w] {
-        QString out;
-        for (const char *name : {"DTPicker1", "DTPicker2", "DTPicker3"})
-            out += w->findChild<QDateEdit *>(u(name))->isEnabled() ? u("1") : u("0");
-        return out;
-    };
-    EXPECT_EQ(enabled(), u("001"));
-    EXPECT_EQ(w->findChild<QDateEdit *>(u("DTPicker2"))->date(), QDate::currentDate());
-    const QList<QRadioButton *> option2 =
-        w->findChildren<QRadioButton *>(QStringLiteral("Option2"));
-    option2[1]->click();
-    EXPECT_EQ(enabled(), u("110"));
-    option2[0]->click();
-    EXPECT_EQ(enabled(), u("001"));
 }
 
 TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
