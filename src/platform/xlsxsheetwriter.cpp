@@ -230,16 +230,16 @@ void SheetWriter::readColumns(QByteArrayView colsElement)
             m_columns.push_back({min, max, element});
     }
     std::sort(m_columns.begin(), m_columns.end(),
-              [](const ColumnSpec &a, const ColumnSpec &b) { return a.min < b.min; });
+              [](const ColumnEntry &a, const ColumnEntry &b) { return a.min < b.min; });
 }
 
 quint32 SheetWriter::columnStyle(int col) const
 {
-    for (const ColumnSpec &spec : m_columns) {
-        if (spec.min > col)
+    for (const ColumnEntry &entry : m_columns) {
+        if (entry.min > col)
             break;
-        if (col <= spec.max)
-            return quint32(std::max(0, intAttribute(spec.tag, "style", 0)));
+        if (col <= entry.max)
+            return quint32(std::max(0, intAttribute(entry.tag, "style", 0)));
     }
     return 0;
 }
@@ -247,19 +247,19 @@ quint32 SheetWriter::columnStyle(int col) const
 void SheetWriter::writeColumns(ByteSink &out)
 {
     m_colsWritten = true;
-    std::vector<ColumnSpec> specs = m_columns;
+    std::vector<ColumnEntry> entries = m_columns;
     for (const auto &[col, chars] : m_data.widths) {
-        auto it = std::find_if(specs.begin(), specs.end(),
-                               [col = col](const ColumnSpec &s) { return s.min <= col && col <= s.max; });
+        auto it = std::find_if(entries.begin(), entries.end(),
+                               [col = col](const ColumnEntry &s) { return s.min <= col && col <= s.max; });
         QByteArray tag;
-        if (it != specs.end()) {
-            const ColumnSpec spec = *it;
-            specs.erase(it);
-            if (spec.min < col)
-                specs.push_back({spec.min, col - 1, spec.tag});
-            if (col < spec.max)
-                specs.push_back({col + 1, spec.max, spec.tag});
-            tag = spec.tag;
+        if (it != entries.end()) {
+            const ColumnEntry entry = *it;
+            entries.erase(it);
+            if (entry.min < col)
+                entries.push_back({entry.min, col - 1, entry.tag});
+            if (col < entry.max)
+                entries.push_back({col + 1, entry.max, entry.tag});
+            tag = entry.tag;
         } else {
             tag = "<" + m_prefix + "col/>";
         }
@@ -268,14 +268,14 @@ void SheetWriter::writeColumns(ByteSink &out)
         tag = XmlText::setAttribute(tag, "customWidth", "1");
         tag = width == 0 ? XmlText::setAttribute(tag, "hidden", "1")
                          : XmlText::removeAttribute(tag, "hidden");
-        specs.push_back({col, col, tag});
+        entries.push_back({col, col, tag});
     }
-    std::sort(specs.begin(), specs.end(),
-              [](const ColumnSpec &a, const ColumnSpec &b) { return a.min < b.min; });
+    std::sort(entries.begin(), entries.end(),
+              [](const ColumnEntry &a, const ColumnEntry &b) { return a.min < b.min; });
     out.append("<" + m_prefix + "cols>");
-    for (const ColumnSpec &spec : specs) {
-        QByteArray tag = XmlText::setAttribute(spec.tag, "min", QByteArray::number(spec.min));
-        out.append(XmlText::setAttribute(tag, "max", QByteArray::number(spec.max)));
+    for (const ColumnEntry &entry : entries) {
+        QByteArray tag = XmlText::setAttribute(entry.tag, "min", QByteArray::number(entry.min));
+        out.append(XmlText::setAttribute(tag, "max", QByteArray::number(entry.max)));
     }
     out.append("</" + m_prefix + "cols>");
 }

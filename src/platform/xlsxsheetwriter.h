@@ -26,7 +26,7 @@ public:
     bool overwroteFormulas() const { return m_overwroteFormulas; }
 
 private:
-    struct ColumnSpec {
+    struct ColumnEntry {
         int min, max;
         QByteArray tag;
     };
@@ -47,7 +47,7 @@ private:
     QByteArray m_xml;
     QByteArray m_prefix;
     QByteArray m_formulaOpen;
-    std::vector<ColumnSpec> m_columns;
+    std::vector<ColumnEntry> m_columns;
     std::vector<const FormatOp *> m_rowOps;
     std::vector<std::pair<int, int>> m_cover;
     QByteArray m_rowDigits;
