@@ -11,7 +11,6 @@ inline constexpr QLatin1String Text1{"Text1"};
 inline constexpr QLatin1String Text2{"Text2"};
 inline constexpr QLatin1String Text3{"Text3"};
 inline constexpr QLatin1String Text4{"Text4"};
-inline constexpr QLatin1String Picture2{"Picture2"};
 inline constexpr QLatin1String Picture6{"Picture6"};
 inline constexpr QLatin1String MonthView1{"MonthView1"};
 inline constexpr QLatin1String Frame1{"Frame1"};
