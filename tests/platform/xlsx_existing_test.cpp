@@ -132,7 +132,7 @@ TEST(XlsxExisting, NewSheetIsAppendedLastAndOtherPartsStayIdentical)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("existing.xlsx"));
-    makeWorkbookFixture(path);
+    quorvale::testing::makeWorkbookFixtureWithChartSheet(path);
     const QJsonObject before = dumpWorkbook(path);
 
     auto book = Workbook::open(path);

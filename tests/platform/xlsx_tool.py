@@ -1,9 +1,9 @@
 """Independent reader and fixture maker for the workbook tests (openpyxl).
 
   xlsx_tool.py dump PATH      -> JSON: sheets, cells, formats, widths, merges, zip entries
-  xlsx_tool.py fixture PATH   -> an existing workbook with charts, a chart sheet, a hidden
-                                 sheet, formulas, a calc chain, defined names, merges and a
-                                 custom part
+  xlsx_tool.py fixture PATH   -> an existing workbook with a chart, formulas, a calc chain,
+                                 defined names, merges and a custom part
+  xlsx_tool.py fixture-chartsheet PATH -> the same, "Other" hidden and a chart sheet last
 """
 import datetime
 import hashlib
@@ -68,7 +68,7 @@ def dump(path):
     json.dump(out, sys.stdout, ensure_ascii=False)
 
 
-def fixture(path):
+def fixture(path, chart_sheet=False):
     wb = openpyxl.Workbook()
     data = wb.active
     data.title = "Data"
@@ -99,11 +99,12 @@ def fixture(path):
     report.merge_cells("J1:K2")
     report.conditional_formatting.add(
         "H1:H5", CellIsRule(operator="greaterThan", formula=["5"], font=Font(color="FF0000")))
-    other.sheet_state = "hidden"
-    chartsheet = wb.create_chartsheet("图表")
-    pie = BarChart()
-    pie.add_data(Reference(data, min_col=2, min_row=1, max_row=5))
-    chartsheet.add_chart(pie)
+    if chart_sheet:
+        other.sheet_state = "hidden"
+        chartsheet = wb.create_chartsheet("图表")
+        bars = BarChart()
+        bars.add_data(Reference(data, min_col=2, min_row=1, max_row=5))
+        chartsheet.add_chart(bars)
     wb.defined_names.append(DefinedName("Totals", attr_text="Data!$B$1:$B$5"))
     wb.save(path)
 
@@ -134,4 +135,5 @@ def fixture(path):
 
 
 if __name__ == "__main__":
-    {"dump": dump, "fixture": fixture}[sys.argv[1]](sys.argv[2])
+    {"dump": dump, "fixture": fixture,
+     "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True)}[sys.argv[1]](sys.argv[2])

@@ -41,4 +41,9 @@ void makeWorkbookFixture(const QString &path)
     runTool(QStringLiteral("fixture"), path);
 }
 
+void makeWorkbookFixtureWithChartSheet(const QString &path)
+{
+    runTool(QStringLiteral("fixture-chartsheet"), path);
+}
+
 } // namespace quorvale::testing

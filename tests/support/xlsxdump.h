@@ -14,5 +14,7 @@ QJsonObject dumpWorkbook(const QString &path);
 // Writes an existing-style workbook (three sheets, chart, formulas, calc
 // chain, defined name, merges, conditional format, custom part).
 void makeWorkbookFixture(const QString &path);
+// The same with sheet "Other" hidden and a chart sheet "图表" after the worksheets.
+void makeWorkbookFixtureWithChartSheet(const QString &path);
 
 } // namespace quorvale::testing
