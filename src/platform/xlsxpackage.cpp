@@ -60,7 +60,9 @@ std::unique_ptr<Package> Package::openFile(const QString &path)
     if (bytes.startsWith(QByteArrayView("\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1", 8)))
         throw RuntimeError(
             WorkbookError,
-            QStringLiteral("“%1”是旧版 Excel 97-2003 格式（.xls）的文件，只能输出到 .xlsx 格式的工作簿")
+            // Password-protected .xlsx files are compound documents too.
+            QStringLiteral("“%1”是旧版 Excel 97-2003 格式（.xls）或加密的工作簿，只能输出到未加密的 "
+                           ".xlsx 格式工作簿")
                 .arg(displayName(path)));
     if (!bytes.startsWith("PK\x03\x04"))
         notAWorkbook(path);
