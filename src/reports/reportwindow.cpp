@@ -1,5 +1,7 @@
 #include "reports/reportwindow.h"
 
+#include "reports/reportprint.h"
+
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
 #include "platform/flexgrid.h"
@@ -27,15 +29,12 @@ namespace quorvale {
 
 namespace {
 
-const QString kWindowFont = QStringLiteral("微软雅黑");
 const QString kOfficeLabel = QStringLiteral("管理处");
 const QStringList kCommandCaptions = {QStringLiteral("统计"), QStringLiteral("输出EXCEL"),
                                       QStringLiteral("退出"), QStringLiteral("打印")};
 const QString kChooseOffice = QStringLiteral("请选择管理处！");
 const QString kSystemNotice = QStringLiteral("系统提示");
 const QString kStatTime = QStringLiteral("统计时间:");
-const QString kPrintTitleSuffix = QStringLiteral("收款日报表");
-const QString kDateRange = QStringLiteral("日期范围:");
 const QString kUserPanel = QStringLiteral("操作员:");
 const QString kPostPanel = QStringLiteral("部门/岗位:");
 const QColor kHighlight(0xD0, 0xFF, 0xFD);
@@ -78,9 +77,7 @@ ReportWindow::ReportWindow(ReportDefinition definition, QWidget *parent)
     setObjectName(m_definition.windowName);
     setWindowTitle(m_definition.caption);
     setAttribute(Qt::WA_DeleteOnClose);
-    QFont windowFont = font();
-    windowFont.setFamily(kWindowFont);
-    setFont(windowFont);
+    setFont(reportWindowFont(font()));
     buildControls();
     if (!m_definition.headerAtLoad)
         m_grid->setFormatString(m_definition.formatString);
@@ -427,12 +424,9 @@ void ReportWindow::exportGrid()
 
 void ReportWindow::printGrid()
 {
-    PrintTitles titles;
-    // Every window prints this title, whatever its report.
-    titles.title = QLatin1Char('(') + officeName() + QLatin1Char(')') + kPrintTitleSuffix;
     const auto [from, to] = printDateRange();
-    titles.secondLine =
-        kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') + vbrt::formatChineseDate(to);
+    // Every window prints the same title, whatever its report.
+    const PrintTitles titles = reportPrintTitles(officeName(), from, to);
     const PrintTarget &target = printTarget();
     if (target)
         target(this, *m_grid, titles);

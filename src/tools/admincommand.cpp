@@ -1,6 +1,7 @@
 #include "tools/admincommand.h"
 
 #include "platform/runtimeerror.h"
+#include "tools/refusederror.h"
 #include "tools/usageerror.h"
 
 namespace quorvale {
@@ -60,6 +61,9 @@ int runAdminCommand(const QList<AdminCommand> &commands, const QStringList &argu
         status = AdminStatus::BadArguments;
         err << prefix << command->name << ": " << error.message() << " (usage: quorvale-admin "
             << command->name << ' ' << command->synopsis << ")\n";
+    } catch (const RefusedError &error) {
+        status = AdminStatus::Refused;
+        err << prefix << command->name << ": " << error.message() << '\n';
     } catch (const RuntimeError &error) {
         err << prefix << command->name << ": " << error.description() << '\n';
     } catch (const std::exception &error) {

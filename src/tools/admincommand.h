@@ -12,6 +12,7 @@ namespace quorvale {
 namespace AdminStatus {
 inline constexpr int Ok = 0;
 inline constexpr int BadArguments = 2;
+inline constexpr int Refused = 3; // sign-in, office or input refused
 inline constexpr int Failed = 4; // database or file error
 } // namespace AdminStatus
 

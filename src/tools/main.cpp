@@ -2,6 +2,7 @@
 #include "tools/backgroundcommand.h"
 #include "tools/configcommand.h"
 #include "tools/createdbcommand.h"
+#include "tools/exportcommand.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -15,7 +16,7 @@ using namespace quorvale;
 int main(int argc, char **argv)
 {
     const QList<AdminCommand> commands = {createDbCommand(), configCommand(),
-                                          makeBackgroundCommand()};
+                                          makeBackgroundCommand(), exportCommand()};
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)

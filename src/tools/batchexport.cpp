@@ -1,0 +1,260 @@
+#include "tools/batchexport.h"
+
+#include "output/exportoptions.h"
+#include "output/gridexport.h"
+#include "output/gridprint.h"
+#include "platform/flexgrid.h"
+#include "platform/msgbox.h"
+#include "platform/printer.h"
+#include "platform/recordset.h"
+#include "platform/runtimeerror.h"
+#include "platform/vb.h"
+#include "reports/feecodelist.h"
+#include "reports/financereport.h"
+#include "reports/financereporttraits.h"
+#include "reports/officelist.h"
+#include "reports/reportprint.h"
+#include "session/dbconnection.h"
+#include "session/frmlogin.h"
+#include "session/mdiform1.h"
+#include "session/sessionvalues.h"
+#include "session/signin.h"
+#include "tools/refusederror.h"
+#include "tools/reportlookup.h"
+#include "tools/usageerror.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace quorvale {
+
+namespace {
+
+// The window's inputs at load are today's; the command line overrides them.
+ReportParams paramsFor(const ReportEntry &entry, const ExportRequest &request)
+{
+    const bool customer = !entry.finance;
+    if (customer && (request.month || request.months || request.cutoff || request.receipts))
+        throw UsageError(QStringLiteral("--month, --months, --cutoff and --receipts apply to the "
+                                        "finance reports only"));
+    const FinanceReportTraits *traits = customer ? nullptr : &financeTraits(*entry.finance);
+    if (traits && !traits->advance && request.receipts)
+        throw UsageError(QStringLiteral("--receipts applies to the advance-receipt reports only"));
+
+    const QDate today = QDate::currentDate();
+    ReportParams p;
+    p.month = p.firstMonth = p.lastMonth = vbrt::formatYearMonth(today);
+    p.receiptCutOffText = today.toString(QStringLiteral("yyyy/MM/dd"));
+    p.receiptCutOff = p.receiptFrom = p.receiptTo = today;
+    if (request.month)
+        p.month = *request.month;
+    if (request.months) {
+        p.monthRange = true;
+        p.firstMonth = request.months->first;
+        p.lastMonth = request.months->second;
+    }
+    if (traits && traits->advance) {
+        if (request.cutoff)
+            p.receiptCutOff = pickerDateArgument(QStringLiteral("cutoff"), *request.cutoff);
+        if (request.receipts) {
+            p.receiptRange = true;
+            p.receiptFrom = pickerDateArgument(QStringLiteral("receipts"), request.receipts->first);
+            p.receiptTo = pickerDateArgument(QStringLiteral("receipts"), request.receipts->second);
+        }
+    } else if (request.cutoff) {
+        p.receiptCutOffText = *request.cutoff;
+    }
+    return p;
+}
+
+void connectAndSignIn(const ExportRequest &request)
+{
+    SignInRefusal refusal;
+    if (!checkTypedCredentials(request.user, request.password, refusal))
+        throw RefusedError(refusal.message);
+    clearSessionForSignIn();
+    if (!ConnectDatabase())
+        throw RuntimeError(ErrorNumber::DatabaseError, QStringLiteral("数据库连接失败!"));
+
+    const SignInResult result = verifyCredentials(request.user, request.password);
+    switch (result.kind) {
+    case SignInResult::Kind::Refused:
+        throw RefusedError(result.refusal.message);
+    case SignInResult::Kind::SuperUser:
+        break;
+    case SignInResult::Kind::Posts: {
+        QStringList offered;
+        for (qsizetype i = 0; i < result.posts.size(); ++i) {
+            const PostChoice &post = result.posts.at(i);
+            if (!request.post.isEmpty() && vbrt::Trim(post.postCode) == request.post) {
+                sessionFromPostChoice(post);
+                break;
+            }
+            offered << QStringLiteral("%1 %2").arg(vbrt::Trim(post.postCode),
+                                                   result.listTexts.at(i));
+        }
+        if (request.post.isEmpty() && result.posts.size() == 1) {
+            sessionFromPostChoice(result.posts.first());
+        } else if (CurPostCode.isEmpty()) {
+            const QString lead =
+                request.post.isEmpty()
+                    ? QStringLiteral("user %1 holds several posts; name one with --post")
+                          .arg(request.user)
+                    : QStringLiteral("post %1 is not a current post of user %2")
+                          .arg(request.post, request.user);
+            throw RefusedError(lead + QStringLiteral(": ") + offered.join(QStringLiteral("; ")));
+        }
+        break;
+    }
+    }
+    LoadProjectAuditRight();
+}
+
+// The office as the window's list offers it to this post; commercial offices
+// are refused here where the window's "统计" silently does nothing.
+void chooseOffice(const ReportEntry &entry, const QString &code, ReportParams &params)
+{
+    Recordset offices;
+    offices.Open(officeStatement(entry.definition.officeStyle, HasProjectAudit, CurDeptCode),
+                 DbConn, 0, 1, -1);
+    for (; !offices.eof(); offices.MoveNext()) {
+        const QString item = officeItemText(offices.Fields(QStringLiteral("GYD_DH")).text(),
+                                            offices.Fields(QStringLiteral("GYD_Name")).text());
+        if (officeCodeOf(item) != code)
+            continue;
+        const Field commercial = offices.Fields(QStringLiteral("商用物业"));
+        if (!commercial.isNull() && commercial.Value().toInt() != 0)
+            throw RefusedError(QStringLiteral("office %1 is a commercial property; the reports do "
+                                              "not cover commercial offices")
+                                   .arg(code));
+        params.officeCode = officeCodeOf(item);
+        params.officeName = officeNameOf(item);
+        return;
+    }
+    throw RefusedError(QStringLiteral("office %1 is not in the office list of post %2")
+                           .arg(code, CurPostCode.isEmpty() ? CurUserNo : CurPostCode));
+}
+
+void compute(const ReportEntry &entry, ReportParams &params, FlexGrid &grid,
+             const BatchProgress &progress)
+{
+    const FillProgress fillProgress = [&progress](int rows) {
+        if (progress)
+            progress(QStringLiteral("read"), rows);
+    };
+    if (!entry.finance) {
+        computeReport(entry.definition, DbConn, params, grid, fillProgress);
+        return;
+    }
+    params.feeCodeList = FeeCodeList::load(financeTraits(*entry.finance).category, DbConn).text();
+    const FinanceCheck check = runFinanceReport(*entry.finance, DbConn, params, grid, fillProgress);
+    if (check.outcome == FinanceCheck::Outcome::Refuse)
+        throw RefusedError(check.message);
+    if (check.outcome == FinanceCheck::Outcome::SilentStop)
+        throw RefusedError(QStringLiteral("the report's fee category has no current fee item; "
+                                          "nothing to export"));
+}
+
+// The print branch's titles: the parking advance-receipt window dates them
+// with its receipt pickers, the others with today.
+PrintTitles printTitlesFor(const ReportEntry &entry, const ReportParams &params)
+{
+    const bool pickers = entry.finance && financeTraits(*entry.finance).printWithPickers;
+    const QDate today = QDate::currentDate();
+    return reportPrintTitles(params.officeName, pickers ? params.receiptFrom : today,
+                             pickers ? params.receiptTo : today);
+}
+
+QString siblingTempPath(const QString &target)
+{
+    const QFileInfo info(target);
+    return info.absoluteDir().filePath(
+        QStringLiteral(".%1.%2.tmp").arg(info.fileName()).arg(QCoreApplication::applicationPid()));
+}
+
+} // namespace
+
+BatchExportResult runBatchExport(const ExportRequest &request, const BatchProgress &progress,
+                                 const BatchWarning &warning)
+{
+    const std::optional<ReportEntry> entry = findReport(request.report);
+    if (!entry)
+        throw UsageError(QStringLiteral("unknown report '%1' (one of: %2)")
+                             .arg(request.report, reportNames().join(QStringLiteral(", "))));
+    ReportParams params = paramsFor(*entry, request);
+
+    connectAndSignIn(request);
+    chooseOffice(*entry, request.office, params);
+
+    FlexGrid grid;
+    prepareReportGrid(entry->definition, grid);
+    compute(*entry, params, grid, progress);
+
+    BatchExportResult result;
+    result.rows = grid.Rows() - 1;
+    result.workbook = exportTargetPath(request.xlsx);
+    result.sheet = request.sheet.isEmpty() ? entry->definition.exportTemplate : request.sheet;
+
+    // The PDF is printed first into a temporary file, so that a failure of
+    // either output leaves neither half-made.
+    QString pdfTemp;
+    if (!request.pdf.isEmpty()) {
+        if (progress)
+            progress(QStringLiteral("print"), result.rows);
+        pdfTemp = siblingTempPath(request.pdf);
+        // The window would ask whether to change the paper; unattended, the
+        // table is printed anyway (shifted left) and the user told.
+        setMsgBoxResponder([&warning](const MsgBoxCall &) {
+            if (warning)
+                warning(QStringLiteral("the table is wider than the paper; printed anyway, "
+                                       "shifted left"));
+            return vb::No;
+        });
+        try {
+            auto printer = Printer::pdfFile(pdfTemp);
+            PrintGrid(*printer, grid, printTitlesFor(*entry, params), false, 0);
+        } catch (...) {
+            setMsgBoxResponder({});
+            QFile::remove(pdfTemp);
+            throw;
+        }
+        setMsgBoxResponder({});
+    }
+
+    QVector<int> chosen;
+    for (int c = 0; c < grid.Cols(); ++c)
+        if (!grid.TextMatrix(0, c).isEmpty())
+            chosen << c;
+    ExportOptions options;
+    options.variant = entry->definition.exportVariant == ExportWindow::Variant::Customer
+                          ? ExportVariant::Customer
+                          : ExportVariant::Finance;
+    options.path = result.workbook;
+    options.sheet = result.sheet;
+    options.title = QStringLiteral("(") + params.officeName + QStringLiteral(")") +
+                    entry->definition.exportTitleSuffix;
+    if (progress)
+        progress(QStringLiteral("write"), result.rows);
+    try {
+        writeGridToWorkbook(grid, chosen, options);
+    } catch (...) {
+        if (!pdfTemp.isEmpty())
+            QFile::remove(pdfTemp);
+        throw;
+    }
+
+    if (!pdfTemp.isEmpty()) {
+        QFile::remove(request.pdf);
+        if (!QFile::rename(pdfTemp, request.pdf)) {
+            QFile::remove(pdfTemp);
+            throw RuntimeError(ErrorNumber::PathFileAccessError,
+                               QStringLiteral("cannot write %1").arg(request.pdf));
+        }
+        result.pdf = request.pdf;
+    }
+    return result;
+}
+
+} // namespace quorvale

@@ -1,0 +1,328 @@
+#include "platform/flexgrid.h"
+#include "platform/msgbox.h"
+#include "platform/vb.h"
+#include "reports/frm收款日报表.h"
+#include "reports/frm财务数据欠收表房产.h"
+#include "reports/frm财务数据欠收表车位.h"
+#include "reports/frm财务数据预收表房产.h"
+#include "reports/frm财务数据预收表车位.h"
+#include "reports/frm车位基础表.h"
+#include "session/dbconnection.h"
+#include "session/frmlogin.h"
+#include "session/mdiform1.h"
+#include "session/signin.h"
+#include "support/fixturedb.h"
+#include "support/xlsxdump.h"
+
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDateEdit>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QProcess>
+#include <QRadioButton>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+
+using namespace quorvale;
+
+namespace {
+
+struct AdminRun {
+    int status = -1;
+    QString out;
+    QString err;
+};
+
+AdminRun exportWith(const QStringList &arguments)
+{
+    QString binaryDir = qEnvironmentVariable("QUORVALE_BINARY_DIR");
+    if (binaryDir.isEmpty())
+        binaryDir = QCoreApplication::applicationDirPath() + "/..";
+    QProcess process;
+    process.start(binaryDir + "/src/quorvale-admin", QStringList{"export"} + arguments);
+    process.waitForFinished(120000);
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+QString cellName(int row, int col)
+{
+    QString letters;
+    for (int c = col; c > 0; c = (c - 1) / 26)
+        letters.prepend(QChar(u'A' + (c - 1) % 26));
+    return letters + QString::number(row);
+}
+
+// A workbook value as the grid text it came from: numbers in shortest form,
+// dates as the grid shows them.
+QString asGridText(const QJsonObject &cell)
+{
+    const QJsonValue v = cell.value("value");
+    if (v.isNull() || v.isUndefined())
+        return {};
+    if (cell.value("isDate").toBool()) {
+        QString iso = v.toString();
+        return iso.endsWith("T00:00:00") ? iso.left(10) : iso.replace('T', ' ');
+    }
+    if (v.isDouble())
+        return vbrt::Str(v.toDouble());
+    return v.toString();
+}
+
+using WindowSetup = std::function<void(ReportWindow &)>;
+
+struct Case {
+    const char *name;
+    std::function<ReportWindow *()> window;
+    QStringList arguments; // report inputs after --report/--office
+    WindowSetup setup;     // the same inputs typed into the window
+};
+
+QRadioButton *option(ReportWindow &w, const char *name, int index)
+{
+    for (QRadioButton *b : w.findChildren<QRadioButton *>(QString::fromUtf8(name)))
+        if (b->property("index").toInt() == index)
+            return b;
+    return nullptr;
+}
+
+void typeText(ReportWindow &w, const char *name, const QString &text)
+{
+    w.findChild<QLineEdit *>(QString::fromUtf8(name))->setText(text);
+}
+
+void pickDate(ReportWindow &w, const char *name, const QDate &date)
+{
+    w.findChild<QDateEdit *>(QString::fromUtf8(name))->setDate(date);
+}
+
+class BatchExport : public ::testing::Test {
+  protected:
+    void SetUp() override
+    {
+        db.loadDemo(today);
+        db.writeSettings();
+        // The window runs in this process under the same sign-in as the command.
+        clearSessionForSignIn();
+        ASSERT_TRUE(ConnectDatabase());
+        const SignInResult signIn = verifyCredentials("1002", "888888");
+        ASSERT_EQ(signIn.kind, SignInResult::Kind::Posts);
+        for (const PostChoice &post : signIn.posts)
+            if (post.postCode == "GW05")
+                sessionFromPostChoice(post);
+        LoadProjectAuditRight();
+        setMsgBoxResponder([this](const MsgBoxCall &call) {
+            boxes << call.prompt;
+            return vb::OK;
+        });
+    }
+    void TearDown() override { setMsgBoxResponder({}); }
+
+    QStringList signInArgs() const
+    {
+        return {"--user", "1002", "--password", "888888", "--post", "GW05"};
+    }
+
+    const QDate today = QDate::currentDate();
+    FixtureDb db;
+    QTemporaryDir out;
+    QStringList boxes;
+};
+
+TEST_F(BatchExport, WorkbookEqualsTheWindowsGridForEveryReportAndMode)
+{
+    const QString month = vbrt::formatYearMonth(today);
+    const QString yearAgo = vbrt::formatYearMonth(today.addMonths(-11));
+    const QString nextYear = vbrt::formatYearMonth(today.addMonths(12));
+    const QDate cutOff = today.addDays(-20);
+    const QString cutOffText = cutOff.toString("yyyy-MM-dd");
+    const QDate monthStart(today.year(), today.month(), 1);
+
+    const auto monthRange = [&](ReportWindow &w, const QString &first, const QString &last) {
+        option(w, "Option1", 1)->click();
+        typeText(w, "Text3", first);
+        typeText(w, "Text4", last);
+    };
+    const std::vector<Case> cases = {
+        {"property customers", [] { return new frm收款日报表; }, {"--report", "房产客户"}, {}},
+        {"parking customers", [] { return new frm车位基础表; }, {"--report", "frm车位基础表"}, {}},
+        {"property arrears, one month, cut-off",
+         [] { return new frm财务数据欠收表房产; },
+         {"--report", "财务数据欠收表房产", "--month", month, "--cutoff", cutOffText},
+         [&](ReportWindow &w) {
+             typeText(w, "Text1", month);
+             typeText(w, "Text2", cutOffText);
+         }},
+        {"property arrears, range",
+         [] { return new frm财务数据欠收表房产; },
+         {"--report", "frm财务数据欠收表房产", "--months", yearAgo + ":" + month},
+         [&](ReportWindow &w) { monthRange(w, yearAgo, month); }},
+        {"parking arrears, range",
+         [] { return new frm财务数据欠收表车位; },
+         {"--report", "财务数据欠收表车位", "--months", yearAgo + ":" + month},
+         [&](ReportWindow &w) { monthRange(w, yearAgo, month); }},
+        {"parking advance, cut-off",
+         [] { return new frm财务数据预收表车位; },
+         {"--report", "财务数据预收表车位", "--month", month, "--cutoff",
+          today.toString("yyyy-MM-dd")},
+         [&](ReportWindow &w) { typeText(w, "Text1", month); }},
+        {"parking advance, receipt range",
+         [] { return new frm财务数据预收表车位; },
+         {"--report", "财务数据预收表车位", "--months", month + ":" + nextYear, "--receipts",
+          monthStart.addYears(-1).toString("yyyy-MM-dd") + ":" + today.toString("yyyy-MM-dd")},
+         [&](ReportWindow &w) {
+             monthRange(w, month, nextYear);
+             option(w, "Option2", 1)->click();
+             pickDate(w, "DTPicker1", monthStart.addYears(-1));
+             pickDate(w, "DTPicker2", today);
+         }},
+        {"property advance, cut-off",
+         [] { return new frm财务数据预收表房产; },
+         {"--report", "frm财务数据预收表房产", "--cutoff", today.toString("yyyy/M/d")},
+         [&](ReportWindow &w) { pickDate(w, "DTPicker3", today); }},
+    };
+
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        std::unique_ptr<ReportWindow> window(c.window());
+        window->setAttribute(Qt::WA_DeleteOnClose, false);
+        window->load();
+        QComboBox *combo = window->combo1();
+        combo->setCurrentIndex(combo->findText("2 ", Qt::MatchStartsWith));
+        if (c.setup)
+            c.setup(*window);
+        window->ReportCommand(0);
+        ASSERT_TRUE(boxes.isEmpty()) << boxes.join('|').toStdString();
+        const FlexGrid &grid = *window->grid();
+        ASSERT_GT(grid.Rows(), 1);
+
+        const QString book = out.filePath(QStringLiteral("%1.xlsx").arg(c.name));
+        const AdminRun run =
+            exportWith(c.arguments + QStringList{"--office", "2", "--xlsx", book} + signInArgs());
+        ASSERT_EQ(run.status, 0) << run.err.toStdString();
+
+        const QJsonObject dump = quorvale::testing::dumpWorkbook(book);
+        const QString sheet = window->definition().exportTemplate;
+        ASSERT_TRUE(dump.value("sheets").toArray().contains(QJsonValue(sheet)));
+        const QJsonObject cells =
+            dump.value("data").toObject().value(sheet).toObject().value("cells").toObject();
+        ASSERT_FALSE(cells.isEmpty());
+        int mismatches = 0;
+        for (int r = 0; r < grid.Rows(); ++r) {
+            int k = 0;
+            for (int col = 0; col < grid.Cols(); ++col) {
+                if (grid.TextMatrix(0, col).isEmpty())
+                    continue;
+                ++k;
+                const QJsonObject cell = cells.value(cellName(r + 1, k)).toObject();
+                const QString want = grid.TextMatrix(r, col);
+                const QString got = asGridText(cell);
+                // Excel takes typed numbers as numbers: "0502" arrives as 502.
+                const bool sameNumber = cell.value("value").isDouble() &&
+                                        want.toDouble() == cell.value("value").toDouble();
+                if (got != want && !sameNumber && mismatches++ < 5)
+                    ADD_FAILURE() << cellName(r + 1, k).toStdString() << ": workbook "
+                                  << got.toStdString() << ", grid "
+                                  << grid.TextMatrix(r, col).toStdString();
+            }
+        }
+        EXPECT_EQ(mismatches, 0);
+    }
+}
+
+TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
+{
+    const struct {
+        const char *name;
+        QStringList arguments;
+        int status;
+        const char *message;
+    } cases[] = {
+        {"unknown report", {"--report", "frmNone", "--office", "2"}, 2, "unknown report"},
+        {"months on a customer report",
+         {"--report", "房产客户", "--office", "2", "--month", "202401"},
+         2,
+         "finance reports only"},
+        {"range without colon",
+         {"--report", "财务数据欠收表房产", "--office", "2", "--months", "202401"},
+         2,
+         "FIRST:LAST"},
+        {"wrong password",
+         {"--report", "房产客户", "--office", "2", "--user", "1001", "--password", "x"},
+         3,
+         "用户名或密码不正确,请重新输入!"},
+        {"several posts, none named",
+         {"--report", "房产客户", "--office", "2", "--user", "1002", "--password", "888888"},
+         3,
+         "GW05"},
+        {"office not offered",
+         {"--report", "房产客户", "--office", "99"},
+         3,
+         "not in the office list"},
+        {"commercial office", {"--report", "房产客户", "--office", "1A"}, 3, "commercial"},
+        {"month 13",
+         {"--report", "财务数据欠收表房产", "--office", "2", "--month", "202413"},
+         3,
+         "请输入统计年月！"},
+        {"reversed range",
+         {"--report", "财务数据欠收表车位", "--office", "2", "--months", "202405:202404"},
+         3,
+         "起始年月不能大于截止年月，请重新输入！"},
+        {"bad cut-off",
+         {"--report", "财务数据欠收表房产", "--office", "2", "--cutoff", "2024-02-30"},
+         3,
+         "日期格式不正确，请重新输入日期！"},
+        {"missing folder",
+         {"--report", "房产客户", "--office", "2", "--xlsx", "/nonexistent/dir/a.xlsx"},
+         4,
+         "a.xlsx"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString book = out.filePath("refused.xlsx");
+        const QString pdf = out.filePath("refused.pdf");
+        QStringList arguments = c.arguments;
+        if (!arguments.contains("--user"))
+            arguments += signInArgs();
+        if (!arguments.contains("--xlsx"))
+            arguments += QStringList{"--xlsx", book};
+        arguments += QStringList{"--pdf", pdf};
+        const AdminRun run = exportWith(arguments);
+        EXPECT_EQ(run.status, c.status) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.message))) << run.err.toStdString();
+        EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();
+        EXPECT_FALSE(QFile::exists(book));
+        EXPECT_FALSE(QFile::exists(pdf));
+        EXPECT_EQ(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).size(), 0);
+    }
+}
+
+TEST_F(BatchExport, PrintsThePdfAndNamesTheSheet)
+{
+    const QString book = out.filePath("named.xlsx");
+    const QString pdf = out.filePath("named.pdf");
+    const AdminRun run = exportWith(QStringList{"--report", "财务数据欠收表车位", "--office", "2",
+                                                "--xlsx", book, "--sheet", "本月", "--pdf", pdf} +
+                                    signInArgs());
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains("本月"));
+    const QJsonObject dump = quorvale::testing::dumpWorkbook(book);
+    EXPECT_TRUE(dump.value("sheets").toArray().contains(QJsonValue("本月")));
+
+    QProcess text;
+    text.start("pdftotext", {"-layout", pdf, "-"});
+    ASSERT_TRUE(text.waitForFinished(60000));
+    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+    EXPECT_TRUE(printed.contains("(幸福里花园)收款日报表")) << printed.left(400).toStdString();
+    EXPECT_TRUE(printed.contains("第1页"));
+}
+
+} // namespace
