@@ -7,6 +7,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 build=${QUORVALE_BUILD_DIR:-$root/build}
 demo=$root/demo
 
+echo "Building Quorvale (the first build takes a few minutes)..."
 bash "$root/scripts/build.sh" >/dev/null
 admin=$build/src/quorvale-admin
 mkdir -p "$demo/config"
