@@ -166,6 +166,54 @@ TEST(XlsxExisting, NewSheetIsAppendedLastAndOtherPartsStayIdentical)
               "xl/workbook.xml xl/worksheets/sheet4.xml");
 }
 
+TEST(XlsxExisting, WorkbooksFromOtherWritersAreMergedCorrectly)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("prefixed.xlsx"));
+    quorvale::testing::makePrefixedWorkbookFixture(path);
+    auto book = Workbook::open(path);
+    Worksheet *ledger = book->worksheet(QStringLiteral("LEDGER"));
+    ASSERT_NE(ledger, nullptr);
+    ledger->setCellValue(1, 2, QStringLiteral("replaced"));
+    ledger->setCellValue(2, 2, QStringLiteral("new text"));
+    ledger->setCellValue(5, 1, QStringLiteral("2024-03-31"));
+    ledger->setRowFontSize(1, 14);
+    ledger->setRangeBorders(1, 1, 2, 2);
+    ledger->setColumnWidth(1, 10);
+    ledger->merge(4, 1, 4, 2);
+    Worksheet &added = book->addWorksheetAfterLast();
+    added.setCellValue(1, 1, QStringLiteral("first"));
+    book->save();
+
+    const QJsonObject dump = dumpWorkbook(path);
+    EXPECT_EQ(dump[QStringLiteral("sheets")].toArray(),
+              (QJsonArray{QStringLiteral("Ledger"), QStringLiteral("Sheet2")}));
+    const QJsonObject sheet = dump[QStringLiteral("data")][QStringLiteral("Ledger")].toObject();
+    const QJsonObject cells = sheet[QStringLiteral("cells")].toObject();
+    auto value = [&](const char *ref) { return cells[QString::fromLatin1(ref)][QStringLiteral("value")]; };
+    auto field = [&](const char *ref, const char *name) {
+        return cells[QString::fromLatin1(ref)][QString::fromLatin1(name)];
+    };
+    EXPECT_EQ(value("A1"), QStringLiteral("first"));
+    EXPECT_EQ(value("B1"), QStringLiteral("replaced"));
+    EXPECT_EQ(value("C1"), 1.5);
+    EXPECT_EQ(value("A2"), 2);
+    EXPECT_EQ(value("B2"), QStringLiteral("new text"));
+    EXPECT_EQ(value("A5"), QStringLiteral("2024-03-31T00:00:00"));
+    EXPECT_EQ(value("D5"), QStringLiteral("third"));
+    // Row formats keep what each cell had: bold stays bold, 0.000 stays.
+    EXPECT_TRUE(field("A1", "bold").toBool());
+    EXPECT_EQ(field("A1", "size"), 14);
+    EXPECT_EQ(field("C1", "size"), 14);
+    EXPECT_EQ(field("C1", "format"), QStringLiteral("0.000"));
+    EXPECT_EQ(field("A2", "border").toArray().first(), QStringLiteral("thin"));
+    EXPECT_EQ(sheet[QStringLiteral("merges")].toArray(), QJsonArray{QStringLiteral("A4:B4")});
+    EXPECT_NEAR(sheet[QStringLiteral("widths")][QStringLiteral("A")].toDouble(), 10.71, 0.1);
+    EXPECT_EQ(dump[QStringLiteral("data")][QStringLiteral("Sheet2")][QStringLiteral("cells")]
+                  [QStringLiteral("A1")][QStringLiteral("value")],
+              QStringLiteral("first"));
+}
+
 TEST(XlsxExisting, FailuresLeaveTheFileUntouched)
 {
     struct Case {

@@ -4,6 +4,8 @@
   xlsx_tool.py fixture PATH   -> an existing workbook with a chart, formulas, a calc chain,
                                  defined names, merges and a custom part
   xlsx_tool.py fixture-chartsheet PATH -> the same, "Other" hidden and a chart sheet last
+  xlsx_tool.py fixture-prefixed PATH   -> a workbook as other writers make it: "x:"
+                                 prefixes, rows and cells without references, rich text
 """
 import datetime
 import hashlib
@@ -134,6 +136,66 @@ def fixture(path, chart_sheet=False):
         z.writestr("customXml/item1.xml", "<quorvale-test>custom part</quorvale-test>")
 
 
+MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
+RELS = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
+PKG_RELS = "http://schemas.openxmlformats.org/package/2006/relationships"
+CT = "application/vnd.openxmlformats-officedocument.spreadsheetml."
+
+
+def fixture_prefixed(path):
+    parts = {
+        "[Content_Types].xml":
+            '<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">'
+            '<Default Extension="rels" ContentType="application/vnd.openxmlformats-package.relationships+xml"/>'
+            '<Default Extension="xml" ContentType="application/xml"/>'
+            f'<Override PartName="/xl/workbook.xml" ContentType="{CT}sheet.main+xml"/>'
+            f'<Override PartName="/xl/worksheets/sheet1.xml" ContentType="{CT}worksheet+xml"/>'
+            f'<Override PartName="/xl/styles.xml" ContentType="{CT}styles+xml"/>'
+            f'<Override PartName="/xl/sharedStrings.xml" ContentType="{CT}sharedStrings+xml"/>'
+            '</Types>',
+        "_rels/.rels":
+            f'<Relationships xmlns="{PKG_RELS}"><Relationship Id="rId1" '
+            f'Type="{RELS}/officeDocument" Target="/xl/workbook.xml"/></Relationships>',
+        "xl/workbook.xml":
+            f'<x:workbook xmlns:x="{MAIN}" xmlns:rel="{RELS}"><x:sheets>'
+            '<x:sheet name="Ledger" sheetId="7" rel:id="R1"/></x:sheets></x:workbook>',
+        "xl/_rels/workbook.xml.rels":
+            f'<Relationships xmlns="{PKG_RELS}">'
+            f'<Relationship Id="R1" Type="{RELS}/worksheet" Target="/xl/worksheets/sheet1.xml"/>'
+            f'<Relationship Id="R2" Type="{RELS}/styles" Target="styles.xml"/>'
+            f'<Relationship Id="R3" Type="{RELS}/sharedStrings" Target="sharedStrings.xml"/>'
+            '</Relationships>',
+        "xl/styles.xml":
+            f'<x:styleSheet xmlns:x="{MAIN}"><x:numFmts count="1">'
+            '<x:numFmt numFmtId="164" formatCode="0.000"/></x:numFmts>'
+            '<x:fonts count="2"><x:font><x:sz val="12"/><x:name val="SimSun"/></x:font>'
+            '<x:font><x:b/><x:sz val="12"/><x:name val="SimSun"/></x:font></x:fonts>'
+            '<x:fills count="1"><x:fill><x:patternFill patternType="none"/></x:fill></x:fills>'
+            '<x:borders count="1"><x:border><x:left/><x:right/><x:top/><x:bottom/><x:diagonal/></x:border></x:borders>'
+            '<x:cellStyleXfs count="1"><x:xf numFmtId="0" fontId="0" fillId="0" borderId="0"/></x:cellStyleXfs>'
+            '<x:cellXfs count="3"><x:xf numFmtId="0" fontId="0" fillId="0" borderId="0" xfId="0"/>'
+            '<x:xf numFmtId="164" fontId="0" fillId="0" borderId="0" xfId="0" applyNumberFormat="1"/>'
+            '<x:xf numFmtId="0" fontId="1" fillId="0" borderId="0" xfId="0" applyFont="1"/>'
+            '</x:cellXfs></x:styleSheet>',
+        "xl/sharedStrings.xml":
+            f'<x:sst xmlns:x="{MAIN}" count="3" uniqueCount="3">'
+            '<x:si><x:t>first</x:t></x:si>'
+            '<x:si><x:r><x:rPr><x:b/></x:rPr><x:t>rich</x:t></x:r><x:r><x:t> text</x:t></x:r></x:si>'
+            '<x:si><x:t>third</x:t></x:si></x:sst>',
+        "xl/worksheets/sheet1.xml":
+            f'<x:worksheet xmlns:x="{MAIN}"><x:sheetData>'
+            '<x:row spans="1:3"><x:c t="s" s="2"><x:v>0</x:v></x:c><x:c t="s"><x:v>1</x:v></x:c>'
+            '<x:c s="1"><x:v>1.5</x:v></x:c></x:row>'
+            '<x:row><x:c><x:v>2</x:v></x:c></x:row>'
+            '<x:row r="5"><x:c r="D5" t="s"><x:v>2</x:v></x:c></x:row>'
+            '</x:sheetData></x:worksheet>',
+    }
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as z:
+        for name, text in parts.items():
+            z.writestr(name, text)
+
+
 if __name__ == "__main__":
     {"dump": dump, "fixture": fixture,
-     "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True)}[sys.argv[1]](sys.argv[2])
+     "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True),
+     "fixture-prefixed": fixture_prefixed}[sys.argv[1]](sys.argv[2])

@@ -46,4 +46,9 @@ void makeWorkbookFixtureWithChartSheet(const QString &path)
     runTool(QStringLiteral("fixture-chartsheet"), path);
 }
 
+void makePrefixedWorkbookFixture(const QString &path)
+{
+    runTool(QStringLiteral("fixture-prefixed"), path);
+}
+
 } // namespace quorvale::testing

@@ -16,5 +16,8 @@ QJsonObject dumpWorkbook(const QString &path);
 void makeWorkbookFixture(const QString &path);
 // The same with sheet "Other" hidden and a chart sheet "图表" after the worksheets.
 void makeWorkbookFixtureWithChartSheet(const QString &path);
+// A one-sheet workbook ("Ledger") written the way other tools write: prefixed
+// elements, rows and cells without references, rich text, a custom format.
+void makePrefixedWorkbookFixture(const QString &path);
 
 } // namespace quorvale::testing
