@@ -16,8 +16,8 @@ namespace {
 {
     throw RuntimeError(
         ErrorNumber::DatabaseError,
-        QStringLiteral("Format of the initialization string does not conform to the OLE DB "
-                       "specification."));
+        QStringLiteral("The connection string is malformed: a value holds a quote or a "
+                       "semicolon that ends it early."));
 }
 
 QString normalisedKey(const QString &key)
