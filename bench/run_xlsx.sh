@@ -52,3 +52,8 @@ cp "$work/base.xlsx" "$work/again.xlsx"
 cp "$work/again.xlsx" "$work/again0.xlsx"
 OUTFILE=$work/again.xlsx SETUP="cp '$work/again0.xlsx' '$work/again.xlsx'" \
     measure "100000x16 rewritten in place over the same sheet" "$ours" into 100000 16 "$work/again.xlsx" 报表
+cp "$work/base.xlsx" "$work/wide.xlsx"
+"$ours" into 100000 71 "$work/wide.xlsx" 报表 > /dev/null
+cp "$work/wide.xlsx" "$work/wide0.xlsx"
+OUTFILE=$work/wide.xlsx SETUP="cp '$work/wide0.xlsx' '$work/wide.xlsx'" \
+    measure "100000x71 rewritten in place over the same sheet" "$ours" into 100000 71 "$work/wide.xlsx" 报表
