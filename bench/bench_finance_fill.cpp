@@ -5,7 +5,7 @@
 // one TextMatrix per written cell, then every column's cell measured afresh
 // on every row), same database, same run. Checks that both give the same
 // cells and column widths, and prints medians and the ratio.
-// Usage: bench_finance_fill [rows] [repeats]   (QT_QPA_PLATFORM=offscreen)
+// Usage: bench_finance_fill [rows] [repeats] [report 1-4]   (QT_QPA_PLATFORM=offscreen)
 
 #include "platform/flexgrid.h"
 #include "platform/recordset.h"
@@ -159,6 +159,7 @@ int main(int argc, char **argv)
     QApplication app(argc, argv);
     const int scale = argc > 1 ? std::atoi(argv[1]) : 100000;
     const int repeats = argc > 2 ? std::atoi(argv[2]) : 3;
+    const int only = argc > 3 ? std::atoi(argv[3]) : 0;
 
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("bench.db"));
@@ -182,6 +183,8 @@ int main(int argc, char **argv)
         {"property advance receipts (20 columns)", FinanceReportKind::PropertyAdvance},
     };
     for (const auto &report : reports) {
+        if (only && &report - reports + 1 != only)
+            continue;
         const ReportParams params = loadDefaults(report.kind, connection);
         FlexGrid engineGrid, naiveGrid;
         for (FlexGrid *grid : {&engineGrid, &naiveGrid}) {
