@@ -189,7 +189,6 @@ void FlexGridModel::appendRows(const QVector<QStringList> &rows)
 {
     if (rows.isEmpty())
         return;
-    m_rows.reserve(m_rows.size() + rows.size());
     for (const QStringList &texts : rows) {
         RowCells cells;
         const int n = qMin(int(texts.size()), m_cols);
