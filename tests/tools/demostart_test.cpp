@@ -1,0 +1,91 @@
+#include "platform/msgbox.h"
+#include "reports/reportregistry.h"
+#include "session/dbconnection.h"
+#include "session/frmlogin.h"
+#include "session/mdiform1.h"
+
+#include <QCoreApplication>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace quorvale;
+
+namespace {
+
+QString binary(const QString &name)
+{
+    QString dir = qEnvironmentVariable("QUORVALE_BINARY_DIR");
+    if (dir.isEmpty())
+        dir = QCoreApplication::applicationDirPath() + "/..";
+    return dir + "/src/" + name;
+}
+
+int run(const QString &program, const QStringList &arguments)
+{
+    QProcess p;
+    p.start(program, arguments);
+    p.waitForFinished(120000);
+    return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+}
+
+// What the demo command does: a demo database and the settings that select
+// it, made by the admin tool; then the program starts at the login window.
+class DemoStart : public ::testing::Test {
+  protected:
+    void SetUp() override
+    {
+        const QString db = dir.filePath("demo.db");
+        ASSERT_EQ(run(binary("quorvale-admin"), {"create-db", db, "--demo"}), 0);
+        ASSERT_EQ(run(binary("quorvale-admin"), {"config", "--server", "sqlite:" + db, "--login",
+                                                 "demo", "--password", "demo", "--database", "q"}),
+                  0);
+        setMsgBoxResponder([this](const MsgBoxCall &call) {
+            boxes << call.prompt;
+            return vb::OK;
+        });
+    }
+    void TearDown() override
+    {
+        setMsgBoxResponder({});
+        delete MdiForm1::instance();
+        DbConn.reset();
+    }
+
+    QTemporaryDir dir;
+    QStringList boxes;
+};
+
+TEST_F(DemoStart, TheProgramStaysUpAtItsLoginWindow)
+{
+    QProcess program;
+    program.start(binary("quorvale"), {});
+    ASSERT_TRUE(program.waitForStarted(30000));
+    // A start-up failure ends the process at once through the run-time error report.
+    EXPECT_FALSE(program.waitForFinished(3000)) << program.readAllStandardError().toStdString();
+    program.kill();
+    program.waitForFinished(10000);
+}
+
+TEST_F(DemoStart, ADemoUserSignsInToTheMainWindow)
+{
+    registerReportWindows(); // as the program's start does
+    auto *login = new FrmLogin;
+    ASSERT_TRUE(login->load(QString()));
+    login->show();
+    login->findChild<QLineEdit *>("TxtUser")->setText("1002");
+    login->findChild<QLineEdit *>("txtPassword")->setText("888888");
+    login->signIn();
+    ASSERT_TRUE(boxes.isEmpty()) << boxes.join('|').toStdString();
+    QListWidget *posts = login->findChild<QListWidget *>("List1");
+    ASSERT_EQ(posts->count(), 2);
+    posts->setCurrentRow(0);
+    login->choosePost();
+    ASSERT_NE(MdiForm1::instance(), nullptr);
+    EXPECT_TRUE(MdiForm1::instance()->isVisible());
+    EXPECT_NE(MdiForm1::instance()->showWindow("财务数据欠收表房产"), nullptr);
+}
+
+} // namespace
