@@ -14,8 +14,8 @@ packages=(
   unixodbc tdsodbc
   # Chinese fonts for the UI and for PDFs
   fonts-wqy-microhei
-  # benchmarks compare the workbook writer with libxlsxwriter
-  libxlsxwriter-dev
+  # benchmarks compare the workbook writer with libxlsxwriter; time measures peak memory
+  libxlsxwriter-dev time
   # running the desktop program on a machine without a display
   xvfb xauth
 )

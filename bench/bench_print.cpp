@@ -1,0 +1,136 @@
+// Printing a finance report's grid to PDF: office BIG's property arrears at N
+// rows (default 10,000; the database is what `quorvale-admin create-db
+// --scale N` writes), filled by the report's own compute with the window's
+// load defaults, then printed by the print engine REPEATS times. Only the
+// print is timed; peak memory is the process's high-water mark during the
+// print, reset before each run.
+// Usage: bench_print [rows] [repeats]   (QT_QPA_PLATFORM=offscreen)
+// The last line is machine-readable: "result key=value ...".
+
+#include "output/gridprint.h"
+#include "platform/flexgrid.h"
+#include "platform/msgbox.h"
+#include "platform/printer.h"
+#include "reports/feecodelist.h"
+#include "reports/financereport.h"
+#include "reports/financereporttraits.h"
+#include "reports/reportprint.h"
+#include "tools/databasefile.h"
+#include "tools/embeddeddatabase.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cstdio>
+#include <sys/resource.h>
+
+using namespace quorvale;
+
+namespace {
+
+double median(QList<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+long statusKiB(const char *key)
+{
+    QFile status(QStringLiteral("/proc/self/status"));
+    if (!status.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : status.readAll().split('\n')) {
+        if (line.startsWith(key))
+            return line.mid(int(qstrlen(key))).trimmed().split(' ').first().toLong();
+    }
+    return -1;
+}
+
+// Writing 5 to clear_refs restarts VmHWM, so each run's peak excludes the
+// database build and the earlier runs.
+void resetPeak()
+{
+    QFile refs(QStringLiteral("/proc/self/clear_refs"));
+    if (refs.open(QIODevice::WriteOnly))
+        refs.write("5");
+}
+
+double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_utime.tv_sec + usage.ru_stime.tv_sec +
+           (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication app(argc, argv);
+    const int scale = argc > 1 ? std::atoi(argv[1]) : 10000;
+    const int repeats = argc > 2 ? std::atoi(argv[2]) : 5;
+
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("bench.db"));
+    DatabaseFileOptions options;
+    options.demo = true;
+    options.scale = scale;
+    createDatabaseFile(path, options);
+    const ConnectionPtr connection = openEmbeddedDatabase(path);
+
+    const FinanceReportKind kind = FinanceReportKind::PropertyArrears;
+    const QDate today = QDate::currentDate();
+    ReportParams params;
+    params.officeCode = QStringLiteral("BIG");
+    params.officeName = QStringLiteral("基准测试管理处");
+    params.feeCodeList = FeeCodeList::load(financeTraits(kind).category, connection).text();
+    params.month = params.firstMonth = params.lastMonth = today.toString(QStringLiteral("yyyyMM"));
+    params.receiptCutOffText = today.toString(QStringLiteral("yyyy/MM/dd"));
+    params.receiptCutOff = params.receiptFrom = params.receiptTo = today;
+
+    const ReportDefinition definition = financeReportDefinition(kind);
+    FlexGrid grid;
+    prepareReportGrid(definition, grid);
+    computeReport(definition, connection, params, grid);
+    const PrintTitles titles = reportPrintTitles(params.officeName, today, today);
+
+    // A table wider than the paper is printed anyway, as the batch export does.
+    int asked = 0;
+    setMsgBoxResponder([&](const MsgBoxCall &) {
+        ++asked;
+        return vb::No;
+    });
+
+    QList<double> wall, cpu, peak;
+    int pages = 0;
+    qint64 bytes = 0;
+    const long before = statusKiB("VmRSS:");
+    for (int i = 0; i < repeats; ++i) {
+        const QString pdf = dir.filePath(QStringLiteral("print%1.pdf").arg(i));
+        resetPeak();
+        const double cpu0 = cpuSeconds();
+        QElapsedTimer timer;
+        timer.start();
+        auto printer = Printer::pdfFile(pdf);
+        PrintGrid(*printer, grid, titles, false, 0);
+        pages = printer->Page();
+        printer.reset();
+        wall << timer.elapsed() / 1000.0;
+        cpu << cpuSeconds() - cpu0;
+        peak << statusKiB("VmHWM:") / 1024.0;
+        bytes = QFileInfo(pdf).size();
+        QFile::remove(pdf);
+    }
+    std::printf("%d rows x %d columns printed %d times; the paper-width question was asked %d "
+                "times\n",
+                grid.Rows() - 1, grid.Cols(), repeats, asked);
+    std::printf("result rows=%d cols=%d pages=%d wall_s=%.3f cpu_s=%.3f peak_rss_mb=%.0f "
+                "rss_before_mb=%.0f pdf_mb=%.2f runs=%d\n",
+                grid.Rows() - 1, grid.Cols(), pages, median(wall), median(cpu), median(peak),
+                before / 1024.0, bytes / 1048576.0, repeats);
+    return 0;
+}
