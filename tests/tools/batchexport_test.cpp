@@ -124,7 +124,12 @@ class BatchExport : public ::testing::Test {
             return vb::OK;
         });
     }
-    void TearDown() override { setMsgBoxResponder({}); }
+    void TearDown() override
+    {
+        setMsgBoxResponder({});
+        // The connection must go before the application object it lives under.
+        DbConn.reset();
+    }
 
     QStringList signInArgs() const
     {
