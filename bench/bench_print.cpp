@@ -129,8 +129,8 @@ int main(int argc, char **argv)
                 "times\n",
                 grid.Rows() - 1, grid.Cols(), repeats, asked);
     std::printf("result rows=%d cols=%d pages=%d wall_s=%.3f cpu_s=%.3f peak_rss_mb=%.0f "
-                "rss_before_mb=%.0f pdf_mb=%.2f runs=%d\n",
+                "rss_before_mb=%.0f pdf_mb=%.2f runs=%d asked=%d\n",
                 grid.Rows() - 1, grid.Cols(), pages, median(wall), median(cpu), median(peak),
-                before / 1024.0, bytes / 1048576.0, repeats);
+                before / 1024.0, bytes / 1048576.0, repeats, asked);
     return 0;
 }
