@@ -1,4 +1,5 @@
 #include "platform/connection.h"
+#include "platform/sqlerrortext.h"
 
 #include "platform/odbcconnectionstring.h"
 #include "platform/runtimeerror.h"
@@ -17,15 +18,6 @@ namespace quorvale {
 namespace {
 
 const QLatin1String embeddedPrefix("sqlite:");
-
-QString errorText(const QSqlError &e)
-{
-    if (!e.databaseText().isEmpty())
-        return e.databaseText();
-    if (!e.driverText().isEmpty())
-        return e.driverText();
-    return e.text();
-}
 
 [[noreturn]] void closedError()
 {
@@ -104,7 +96,7 @@ void Connection::Open()
             db.setConnectOptions(
                 QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(ConnectionTimeout * 1000));
         if (!db.open()) {
-            const QString text = errorText(db.lastError());
+            const QString text = sqlErrorText(db.lastError());
             db = QSqlDatabase();
             QSqlDatabase::removeDatabase(m_name);
             throw RuntimeError(ErrorNumber::DatabaseError, text);
@@ -126,7 +118,7 @@ void Connection::Open()
     if (ConnectionTimeout > 0)
         db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ConnectionTimeout));
     if (!db.open()) {
-        const QString text = errorText(db.lastError());
+        const QString text = sqlErrorText(db.lastError());
         db = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_name);
         throw RuntimeError(ErrorNumber::DatabaseError, text);
@@ -154,7 +146,7 @@ void Connection::Execute(const QString &tsql)
             return;
         QSqlQuery q(db);
         if (!q.exec(sql))
-            throw RuntimeError(ErrorNumber::DatabaseError, errorText(q.lastError()));
+            throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(q.lastError()));
     };
     for (const QString &batch : splitBatches(tsql)) {
         if (m_embedded)

@@ -1,4 +1,5 @@
 #include "platform/recordset.h"
+#include "platform/sqlerrortext.h"
 
 #include "platform/runtimeerror.h"
 #include "platform/tsqladapter.h"
@@ -12,15 +13,6 @@
 namespace quorvale {
 
 namespace {
-
-QString errorText(const QSqlError &e)
-{
-    if (!e.databaseText().isEmpty())
-        return e.databaseText();
-    if (!e.driverText().isEmpty())
-        return e.driverText();
-    return e.text();
-}
 
 [[noreturn]] void noCurrentRecord()
 {
@@ -78,7 +70,7 @@ struct Recordset::Impl {
             eof = true;
             row.clear();
             if (query.lastError().isValid())
-                throw RuntimeError(ErrorNumber::DatabaseError, errorText(query.lastError()));
+                throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(query.lastError()));
             return;
         }
         eof = false;
@@ -120,7 +112,7 @@ void Recordset::Open(const QString &source, const ConnectionPtr &connection, int
     if (!embedded)
         query.setNumericalPrecisionPolicy(QSql::HighPrecision);
     if (!query.exec(sql))
-        throw RuntimeError(ErrorNumber::DatabaseError, errorText(query.lastError()));
+        throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(query.lastError()));
     const QSqlRecord record = query.record();
     if (embedded) {
         if (record.count() != columns.size())
