@@ -3,6 +3,7 @@
 #include "platform/flexgrid.h"
 #include "platform/msgbox.h"
 #include "reports/financereportwindow.h"
+#include "reportwindowfixture.h"
 #include "session/dbconnection.h"
 #include "session/sessionvalues.h"
 #include "support/fixturedb.h"
@@ -27,20 +28,11 @@ namespace quorvale {
 // a car park and its spaces, the fee items of both categories, and a signed-in
 // session whose message boxes are recorded and answered OK. Ledger rows are
 // added by each test.
-class FinanceFixture : public ::testing::Test {
+class FinanceFixture : public ReportWindowFixture {
   protected:
     void SetUp() override
     {
-        DbConn = db.connection();
-        CurUserName = QStringLiteral("李四");
-        CurDeptCode = QStringLiteral("D1");
-        CurDeptName = QStringLiteral("财务部");
-        CurPostName = QStringLiteral("会计");
-        HasProjectAudit = false;
-        setMsgBoxResponder([this](const MsgBoxCall &call) {
-            boxes.append(call);
-            return vb::OK;
-        });
+        signIn(QStringLiteral("李四"), QStringLiteral("财务部"), QStringLiteral("会计"));
         const auto s = [](const char *text) { return QVariant(QString::fromUtf8(text)); };
         db.insertRows(
             QStringLiteral("设置管理处"),
@@ -85,14 +77,6 @@ class FinanceFixture : public ::testing::Test {
                       {{700, 600}, {701, 601}});
     }
 
-    void TearDown() override
-    {
-        for (const QPointer<ReportWindow> &w : windows)
-            delete w.data();
-        setMsgBoxResponder({});
-        DbConn.reset();
-    }
-
     // One ledger row; owner, rental and owned space as given (0 for none).
     void ledger(int id, int account, int rental, int owned, const char *month, const char *fee,
                 const QVariant &amount, const QVariant &received = {},
@@ -113,39 +97,9 @@ class FinanceFixture : public ::testing::Test {
                                            {QStringLiteral("收款方式"), method}});
     }
 
-    template <typename Window> Window *open()
-    {
-        auto *w = new Window;
-        w->load();
-        windows.append(w);
-        return w;
-    }
-
-    static void choose(ReportWindow *w, const QString &code)
-    {
-        QComboBox *combo = w->combo1();
-        combo->setCurrentIndex(-1);
-        for (int i = 0; i < combo->count(); ++i) {
-            if (combo->itemText(i).startsWith(code + QLatin1Char(' ')))
-                combo->setCurrentIndex(i);
-        }
-    }
-
     static QLineEdit *text(ReportWindow *w, const char *name)
     {
         return w->findChild<QLineEdit *>(QString::fromUtf8(name));
-    }
-
-    static QList<QStringList> rows(const FlexGrid &grid)
-    {
-        QList<QStringList> out;
-        for (int r = 1; r < grid.Rows(); ++r) {
-            QStringList row;
-            for (int c = 0; c < grid.Cols(); ++c)
-                row << grid.TextMatrix(r, c);
-            out << row;
-        }
-        return out;
     }
 
     // Column 0 and the billing month's first day (column 6) of every row.
@@ -156,10 +110,6 @@ class FinanceFixture : public ::testing::Test {
             out << grid.TextMatrix(r, 0) + QLatin1Char(' ') + grid.TextMatrix(r, 6);
         return out;
     }
-
-    FixtureDb db;
-    QList<MsgBoxCall> boxes;
-    QList<QPointer<ReportWindow>> windows;
 };
 
 } // namespace quorvale

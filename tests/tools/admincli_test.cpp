@@ -1,4 +1,5 @@
 #include "platform/settings.h"
+#include "support/adminprocess.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -9,26 +10,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-struct AdminRun {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-AdminRun admin(const QStringList &arguments)
-{
-    QProcess process;
-    // ctest names the build folder; a test run by hand finds the tool beside its own folder.
-    QString binaryDir = qEnvironmentVariable("QUORVALE_BINARY_DIR");
-    if (binaryDir.isEmpty())
-        binaryDir = QCoreApplication::applicationDirPath() + "/..";
-    process.start(binaryDir + "/src/quorvale-admin", arguments);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
 
 int lineCount(const QString &text)
 {
@@ -56,7 +37,7 @@ TEST(AdminCli, BadArgumentsGiveOneLineAndStatus2)
         {"make-background"},
     };
     for (const QStringList &arguments : cases) {
-        const AdminRun run = admin(arguments);
+        const auto run = quorvale::testing::runAdmin(arguments);
         SCOPED_TRACE(arguments.join(' ').toStdString());
         EXPECT_EQ(run.status, 2);
         EXPECT_EQ(lineCount(run.err), 1) << run.err.toStdString();
@@ -74,7 +55,7 @@ TEST(AdminCli, FileErrorsGiveOneLineAndStatus4)
     file.close();
     for (const QStringList &arguments : {QStringList{"create-db", existing},
                                          QStringList{"create-db", dir.filePath("none/x.db")}}) {
-        const AdminRun run = admin(arguments);
+        const auto run = quorvale::testing::runAdmin(arguments);
         EXPECT_EQ(run.status, 4) << run.err.toStdString();
         EXPECT_EQ(lineCount(run.err), 1) << run.err.toStdString();
     }
@@ -86,10 +67,10 @@ TEST(AdminCli, CreatesDemoDatabaseAndReplacesOnlyWhenForced)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath("demo.db");
-    EXPECT_EQ(admin({"create-db", path, "--demo"}).status, 0);
+    EXPECT_EQ(quorvale::testing::runAdmin({"create-db", path, "--demo"}).status, 0);
     const qint64 demoSize = QFileInfo(path).size();
     EXPECT_GT(demoSize, 0);
-    EXPECT_EQ(admin({"create-db", path, "--force"}).status, 0);
+    EXPECT_EQ(quorvale::testing::runAdmin({"create-db", path, "--force"}).status, 0);
     EXPECT_LT(QFileInfo(path).size(), demoSize);
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"demo.db"});
 }
@@ -97,8 +78,9 @@ TEST(AdminCli, CreatesDemoDatabaseAndReplacesOnlyWhenForced)
 TEST(AdminCli, ConfigWritesTheFourSettingsTheProgramReads)
 {
     // Values with the characters a connection string or an INI file cares about.
-    const AdminRun run = admin({"config", "--server", "db01\\SQL2019,1433", "--login",
-                                "report user", "--password", "p;w'd=1", "--database=物业管理"});
+    const auto run = quorvale::testing::runAdmin({"config", "--server", "db01\\SQL2019,1433",
+                                                  "--login", "report user", "--password", "p;w'd=1",
+                                                  "--database=物业管理"});
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     using quorvale::SettingsStore;
     EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "Svr"), "db01\\SQL2019,1433");

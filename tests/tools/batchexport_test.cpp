@@ -11,6 +11,7 @@
 #include "session/frmlogin.h"
 #include "session/mdiform1.h"
 #include "session/signin.h"
+#include "support/adminprocess.h"
 #include "support/fixturedb.h"
 #include "support/xlsxdump.h"
 
@@ -34,23 +35,9 @@ using namespace quorvale;
 
 namespace {
 
-struct AdminRun {
-    int status = -1;
-    QString out;
-    QString err;
-};
-
-AdminRun exportWith(const QStringList &arguments)
+quorvale::testing::ProcessRun exportWith(const QStringList &arguments)
 {
-    QString binaryDir = qEnvironmentVariable("QUORVALE_BINARY_DIR");
-    if (binaryDir.isEmpty())
-        binaryDir = QCoreApplication::applicationDirPath() + "/..";
-    QProcess process;
-    process.start(binaryDir + "/src/quorvale-admin", QStringList{"export"} + arguments);
-    process.waitForFinished(120000);
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return quorvale::testing::runAdmin(QStringList{"export"} + arguments);
 }
 
 QString cellName(int row, int col)
@@ -210,7 +197,7 @@ TEST_F(BatchExport, WorkbookEqualsTheWindowsGridForEveryReportAndMode)
         ASSERT_GT(grid.Rows(), 1);
 
         const QString book = out.filePath(QStringLiteral("%1.xlsx").arg(c.name));
-        const AdminRun run =
+        const auto run =
             exportWith(c.arguments + QStringList{"--office", "2", "--xlsx", book} + signInArgs());
         ASSERT_EQ(run.status, 0) << run.err.toStdString();
 
@@ -300,7 +287,7 @@ TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
         if (!arguments.contains("--xlsx"))
             arguments += QStringList{"--xlsx", book};
         arguments += QStringList{"--pdf", pdf};
-        const AdminRun run = exportWith(arguments);
+        const auto run = exportWith(arguments);
         EXPECT_EQ(run.status, c.status) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.message))) << run.err.toStdString();
         EXPECT_EQ(run.err.count('\n'), 1) << run.err.toStdString();
@@ -314,9 +301,9 @@ TEST_F(BatchExport, PrintsThePdfAndNamesTheSheet)
 {
     const QString book = out.filePath("named.xlsx");
     const QString pdf = out.filePath("named.pdf");
-    const AdminRun run = exportWith(QStringList{"--report", "财务数据欠收表车位", "--office", "2",
-                                                "--xlsx", book, "--sheet", "本月", "--pdf", pdf} +
-                                    signInArgs());
+    const auto run = exportWith(QStringList{"--report", "财务数据欠收表车位", "--office", "2",
+                                            "--xlsx", book, "--sheet", "本月", "--pdf", pdf} +
+                                signInArgs());
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     EXPECT_TRUE(run.out.contains("本月"));
     const QJsonObject dump = quorvale::testing::dumpWorkbook(book);

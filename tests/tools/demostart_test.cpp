@@ -3,6 +3,7 @@
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
 #include "session/mdiform1.h"
+#include "support/adminprocess.h"
 
 #include <QCoreApplication>
 #include <QLineEdit>
@@ -15,22 +16,6 @@ using namespace quorvale;
 
 namespace {
 
-QString binary(const QString &name)
-{
-    QString dir = qEnvironmentVariable("QUORVALE_BINARY_DIR");
-    if (dir.isEmpty())
-        dir = QCoreApplication::applicationDirPath() + "/..";
-    return dir + "/src/" + name;
-}
-
-int run(const QString &program, const QStringList &arguments)
-{
-    QProcess p;
-    p.start(program, arguments);
-    p.waitForFinished(120000);
-    return p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
-}
-
 // What the demo command does: a demo database and the settings that select
 // it, made by the admin tool; then the program starts at the login window.
 class DemoStart : public ::testing::Test {
@@ -38,9 +23,10 @@ class DemoStart : public ::testing::Test {
     void SetUp() override
     {
         const QString db = dir.filePath("demo.db");
-        ASSERT_EQ(run(binary("quorvale-admin"), {"create-db", db, "--demo"}), 0);
-        ASSERT_EQ(run(binary("quorvale-admin"), {"config", "--server", "sqlite:" + db, "--login",
-                                                 "demo", "--password", "demo", "--database", "q"}),
+        ASSERT_EQ(quorvale::testing::runAdmin({"create-db", db, "--demo"}).status, 0);
+        ASSERT_EQ(quorvale::testing::runAdmin({"config", "--server", "sqlite:" + db, "--login",
+                                               "demo", "--password", "demo", "--database", "q"})
+                      .status,
                   0);
         setMsgBoxResponder([this](const MsgBoxCall &call) {
             boxes << call.prompt;
@@ -61,7 +47,7 @@ class DemoStart : public ::testing::Test {
 TEST_F(DemoStart, TheProgramStaysUpAtItsLoginWindow)
 {
     QProcess program;
-    program.start(binary("quorvale"), {});
+    program.start(quorvale::testing::builtProgram("quorvale"), {});
     ASSERT_TRUE(program.waitForStarted(30000));
     // A start-up failure ends the process at once through the run-time error report.
     EXPECT_FALSE(program.waitForFinished(3000)) << program.readAllStandardError().toStdString();

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/flexgrid.h"
+#include "platform/msgbox.h"
+#include "reports/reportwindow.h"
+#include "session/dbconnection.h"
+#include "session/sessionvalues.h"
+#include "support/fixturedb.h"
+
+#include <QComboBox>
+#include <QPointer>
+#include <gtest/gtest.h>
+
+namespace quorvale {
+
+// Report windows over a fixture database: a signed-in session of department
+// D1, every message box recorded and answered (No to a question, else OK),
+// and the windows a test opened closed again.
+class ReportWindowFixture : public ::testing::Test {
+  protected:
+    void signIn(const QString &user, const QString &deptName, const QString &post)
+    {
+        DbConn = db.connection();
+        CurUserName = user;
+        CurDeptCode = QStringLiteral("D1");
+        CurDeptName = deptName;
+        CurPostName = post;
+        HasProjectAudit = false;
+        setMsgBoxResponder([this](const MsgBoxCall &call) {
+            boxes.append(call);
+            return (call.style & 7) == vb::YesNo ? vb::No : vb::OK;
+        });
+    }
+
+    void TearDown() override
+    {
+        for (const QPointer<ReportWindow> &w : windows)
+            delete w.data();
+        setMsgBoxResponder({});
+        DbConn.reset();
+    }
+
+    template <typename Window> Window *open()
+    {
+        auto *w = new Window;
+        w->load();
+        windows.append(w);
+        return w;
+    }
+
+    // Selects the office with the code in Combo1 (none when it is not listed).
+    static void choose(ReportWindow *w, const QString &code)
+    {
+        QComboBox *combo = w->combo1();
+        combo->setCurrentIndex(-1);
+        for (int i = 0; i < combo->count(); ++i) {
+            if (combo->itemText(i).startsWith(code + QLatin1Char(' ')))
+                combo->setCurrentIndex(i);
+        }
+    }
+
+    // Grid rows below the header, each as its cell texts.
+    static QList<QStringList> rows(const FlexGrid &grid)
+    {
+        QList<QStringList> out;
+        for (int r = 1; r < grid.Rows(); ++r) {
+            QStringList row;
+            for (int c = 0; c < grid.Cols(); ++c)
+                row << grid.TextMatrix(r, c);
+            out << row;
+        }
+        return out;
+    }
+
+    FixtureDb db;
+    QList<MsgBoxCall> boxes;
+    QList<QPointer<ReportWindow>> windows;
+};
+
+} // namespace quorvale
