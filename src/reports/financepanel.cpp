@@ -28,7 +28,6 @@ const QString kReceiptRange = QStringLiteral("收款日期范围");
 const QString kEllipsis = QStringLiteral("…");
 const QString kPickerFont = QStringLiteral("微软雅黑");
 const QString kPickerFormat = QStringLiteral("yyyy-MM-dd");
-const QString kCutOffLoadFormat = QStringLiteral("yyyy/MM/dd");
 
 // The calendar buttons by the tag of the box they serve.
 const QLatin1String kButtonForTag[4] = {financecontrol::Command9, financecontrol::Command4,
@@ -139,16 +138,17 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
 
 void FinancePanel::setDefaults(const QDate &today)
 {
-    const QString month = vbrt::formatYearMonth(today);
-    m_text[0]->setText(month);
-    m_text[2]->setText(month);
-    m_text[3]->setText(month);
+    const ReportParams defaults = windowLoadDefaults(today);
+    m_text[0]->setText(defaults.month);
+    m_text[2]->setText(defaults.firstMonth);
+    m_text[3]->setText(defaults.lastMonth);
     if (!m_advance) {
-        m_text[1]->setText(today.toString(kCutOffLoadFormat));
+        m_text[1]->setText(defaults.receiptCutOffText);
         return;
     }
-    for (QDateEdit *picker : m_dtPicker)
-        picker->setDate(today);
+    m_dtPicker[0]->setDate(defaults.receiptFrom);
+    m_dtPicker[1]->setDate(defaults.receiptTo);
+    m_dtPicker[2]->setDate(defaults.receiptCutOff);
     applyReceiptMode();
 }
 

@@ -25,4 +25,8 @@ struct ReportParams {
     QDate receiptTo;           // DTPicker2
 };
 
+// The months and receipt dates the finance windows show when they load:
+// this month, and today as the cut-off text ("YYYY/MM/dd") and in every picker.
+ReportParams windowLoadDefaults(const QDate &today);
+
 } // namespace quorvale

@@ -43,11 +43,7 @@ ReportParams paramsFor(const ReportEntry &entry, const ExportRequest &request)
     if (traits && !traits->advance && request.receipts)
         throw UsageError(QStringLiteral("--receipts applies to the advance-receipt reports only"));
 
-    const QDate today = QDate::currentDate();
-    ReportParams p;
-    p.month = p.firstMonth = p.lastMonth = vbrt::formatYearMonth(today);
-    p.receiptCutOffText = today.toString(QStringLiteral("yyyy/MM/dd"));
-    p.receiptCutOff = p.receiptFrom = p.receiptTo = today;
+    ReportParams p = windowLoadDefaults(QDate::currentDate());
     if (request.month)
         p.month = *request.month;
     if (request.months) {
