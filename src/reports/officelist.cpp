@@ -1,5 +1,10 @@
 #include "reports/officelist.h"
 
+#include "platform/recordset.h"
+#include "platform/vb.h"
+
+#include <cmath>
+
 #include "reports/sqltext.h"
 
 namespace quorvale {
@@ -46,6 +51,14 @@ QString officeNameOf(const QString &itemText)
 {
     const qsizetype blank = itemText.indexOf(QLatin1Char(' '));
     return itemText.mid(blank + 1);
+}
+
+OfficeItem officeItemOf(const Recordset &record)
+{
+    const Field commercial = record.Fields(QStringLiteral("商用物业"));
+    return {officeItemText(record.Fields(QStringLiteral("GYD_DH")).text(),
+                           record.Fields(QStringLiteral("GYD_Name")).text()),
+            commercial.isNull() ? 0 : int(std::lround(vbrt::Val(commercial.text())))};
 }
 
 } // namespace quorvale

@@ -4,6 +4,8 @@
 
 namespace quorvale {
 
+class Recordset;
+
 // The office statement differs between windows only in the blanks before
 // "Order By"; each window keeps its own.
 enum class OfficeQueryStyle {
@@ -21,5 +23,14 @@ QString officeItemText(const QString &code, const QString &name);
 // The office code (text before the first blank) and name (text after it).
 QString officeCodeOf(const QString &itemText);
 QString officeNameOf(const QString &itemText);
+
+// One Combo1 entry: its text and its item data, the office's 商用物业 flag
+// (Null counts as 0).
+struct OfficeItem {
+    QString text;
+    int commercial = 0;
+};
+// The entry for the office record the recordset stands on.
+OfficeItem officeItemOf(const Recordset &record);
 
 } // namespace quorvale

@@ -213,11 +213,8 @@ void ReportWindow::fillOfficeList()
     m_officeRecordset->Open(m_officeStatement, sharedConnection(), 0, 1, -1);
     m_combo1->clear();
     for (Recordset &rs = *m_officeRecordset; !rs.eof(); rs.MoveNext()) {
-        const Field commercial = rs.Fields(QStringLiteral("商用物业"));
-        const int flag = commercial.isNull() ? 0 : int(std::lround(vbrt::Val(commercial.text())));
-        m_combo1->addItem(officeItemText(rs.Fields(QStringLiteral("GYD_DH")).text(),
-                                         rs.Fields(QStringLiteral("GYD_Name")).text()),
-                          flag);
+        const OfficeItem item = officeItemOf(rs);
+        m_combo1->addItem(item.text, item.commercial);
     }
     // Nothing is chosen until the user picks an office.
     m_combo1->setCurrentIndex(-1);

@@ -116,17 +116,15 @@ void chooseOffice(const ReportEntry &entry, const QString &code, ReportParams &p
     offices.Open(officeStatement(entry.definition.officeStyle, HasProjectAudit, CurDeptCode),
                  DbConn, 0, 1, -1);
     for (; !offices.eof(); offices.MoveNext()) {
-        const QString item = officeItemText(offices.Fields(QStringLiteral("GYD_DH")).text(),
-                                            offices.Fields(QStringLiteral("GYD_Name")).text());
-        if (officeCodeOf(item) != code)
+        const OfficeItem item = officeItemOf(offices);
+        if (officeCodeOf(item.text) != code)
             continue;
-        const Field commercial = offices.Fields(QStringLiteral("商用物业"));
-        if (!commercial.isNull() && commercial.Value().toInt() != 0)
+        if (item.commercial != 0)
             throw RefusedError(QStringLiteral("office %1 is a commercial property; the reports do "
                                               "not cover commercial offices")
                                    .arg(code));
-        params.officeCode = officeCodeOf(item);
-        params.officeName = officeNameOf(item);
+        params.officeCode = officeCodeOf(item.text);
+        params.officeName = officeNameOf(item.text);
         return;
     }
     throw RefusedError(QStringLiteral("office %1 is not in the office list of post %2")
