@@ -4,11 +4,11 @@
 // database, same grid, same run. Prints medians and the ratio.
 // Usage: bench_customer_fill [rows] [repeats] [engine]   (QT_QPA_PLATFORM=offscreen)
 
-#include "platform/flexgrid.h"
-#include "platform/recordset.h"
+#include "db/recordset.h"
 #include "reports/customerreports.h"
 #include "tools/databasefile.h"
 #include "tools/embeddeddatabase.h"
+#include "ui/flexgrid.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

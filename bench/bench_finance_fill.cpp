@@ -7,8 +7,7 @@
 // cells and column widths, and prints medians and the ratio.
 // Usage: bench_finance_fill [rows] [repeats] [report 1-4]   (QT_QPA_PLATFORM=offscreen)
 
-#include "platform/flexgrid.h"
-#include "platform/recordset.h"
+#include "db/recordset.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
@@ -16,6 +15,7 @@
 #include "reports/financestatements.h"
 #include "tools/databasefile.h"
 #include "tools/embeddeddatabase.h"
+#include "ui/flexgrid.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

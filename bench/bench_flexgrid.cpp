@@ -4,8 +4,8 @@
 // Usage: bench_flexgrid [rows]   (run with QT_QPA_PLATFORM=offscreen)
 
 #include "output/gridprint.h"
-#include "platform/flexgrid.h"
-#include "platform/printer.h"
+#include "ui/flexgrid.h"
+#include "ui/printer.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -8,15 +8,15 @@
 // The last line is machine-readable: "result key=value ...".
 
 #include "output/gridprint.h"
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
-#include "platform/printer.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
 #include "reports/reportprint.h"
 #include "tools/databasefile.h"
 #include "tools/embeddeddatabase.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
+#include "ui/printer.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

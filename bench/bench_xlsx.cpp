@@ -8,8 +8,8 @@
 //   bench_xlsx into ROWS COLS BOOK SHEET   (writes into BOOK in place)
 // Prints "seconds <export time>"; peak memory is measured by the caller.
 
-#include "platform/xlsxworkbook.h"
-#include "platform/xlsxworksheet.h"
+#include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxworksheet.h"
 #include "xlsxbenchdata.h"
 
 #include <QElapsedTimer>

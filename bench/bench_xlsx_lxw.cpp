@@ -7,7 +7,7 @@
 //   bench_xlsx_lxw make-existing OUT
 // Prints "seconds <export time>"; peak memory is measured by the caller.
 
-#include "platform/xlsxcellinput.h"
+#include "xlsx/xlsxcellinput.h"
 #include "xlsxbenchdata.h"
 
 #include <QElapsedTimer>

@@ -1,6 +1,7 @@
-#include "platform/application.h"
-#include "platform/toplevelhandler.h"
+#include "runtime/application.h"
+#include "runtime/toplevelhandler.h"
 #include "reports/reportregistry.h"
+#include "ui/msgbox.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
 #include "session/mdibackground.h"
@@ -14,6 +15,7 @@
 int main(int argc, char **argv)
 {
     quorvale::Application app(argc, argv);
+    quorvale::showUnhandledErrorsInMsgBox();
     app.setWindowIcon(QIcon(QPixmap::fromImage(quorvale::drawEmblem(QSize(64, 64)))));
     quorvale::registerReportWindows();
 

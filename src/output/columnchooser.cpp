@@ -1,8 +1,8 @@
 #include "output/columnchooser.h"
 
 #include "output/gridprint.h"
-#include "platform/flexgrid.h"
-#include "platform/vb.h"
+#include "runtime/vb.h"
+#include "ui/flexgrid.h"
 
 namespace quorvale::columnchooser {
 

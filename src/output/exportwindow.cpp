@@ -2,10 +2,10 @@
 
 #include "output/columnchooser.h"
 #include "output/gridexport.h"
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "session/mdiform1.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
 
 #include <QAction>
 #include <QCheckBox>

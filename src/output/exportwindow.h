@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output/exportoptions.h"
+#include "ui/flexgrid.h"
 
 #include <QDialog>
 #include <QPointer>
@@ -16,8 +17,6 @@ class QStatusBar;
 class QToolBar;
 
 namespace quorvale {
-
-class FlexGrid;
 
 // The column-choosing export dialog. Two variants of one design exist:
 // frmToExcel for the customer reports and frmToExcelnew for the finance

@@ -1,10 +1,11 @@
 #include "output/gridexport.h"
 
 #include "output/headermerge.h"
-#include "platform/flexgrid.h"
-#include "platform/vb.h"
-#include "platform/xlsxworkbook.h"
-#include "platform/xlsxworksheet.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
+#include "ui/flexgrid.h"
+#include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxworksheet.h"
 
 #include <QFileInfo>
 
@@ -28,10 +29,8 @@ xlsx::Worksheet &targetSheet(xlsx::Workbook &book, const QString &name)
     return added;
 }
 
-} // namespace
-
-void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                         const ExportOptions &options)
+void writeWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                   const ExportOptions &options)
 {
     // A new workbook is saved only once it is complete, so a failed export
     // leaves no empty file behind.
@@ -79,6 +78,18 @@ void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns
     }
 
     book->save();
+}
+
+} // namespace
+
+void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                         const ExportOptions &options)
+{
+    try {
+        writeWorkbook(grid, chosenColumns, options);
+    } catch (const xlsx::Error &e) {
+        throw RuntimeError(e.number(), e.description());
+    }
 }
 
 QString exportTargetPath(const QString &chosen)

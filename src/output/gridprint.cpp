@@ -1,10 +1,10 @@
 #include "output/gridprint.h"
 
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
-#include "platform/printer.h"
-#include "platform/printerpreview.h"
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
+#include "ui/printer.h"
+#include "ui/printerpreview.h"
 
 #include <QDate>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "output/headermerge.h"
 
-#include "platform/vb.h"
+#include "runtime/vb.h"
 
 namespace quorvale {
 

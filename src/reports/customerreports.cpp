@@ -1,10 +1,10 @@
 #include "reports/customerreports.h"
 
-#include "platform/field.h"
-#include "platform/recordset.h"
-#include "platform/vb.h"
+#include "db/field.h"
+#include "db/recordset.h"
 #include "reports/gridfill.h"
 #include "reports/sqltext.h"
+#include "runtime/vb.h"
 
 namespace quorvale {
 

@@ -1,6 +1,6 @@
 #include "reports/feecodelist.h"
 
-#include "platform/recordset.h"
+#include "db/recordset.h"
 #include "reports/sqltext.h"
 
 namespace quorvale {

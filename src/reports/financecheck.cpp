@@ -1,10 +1,10 @@
 #include "reports/financecheck.h"
 
-#include "platform/msgbox.h"
-#include "platform/vb.h"
 #include "reports/financecontrolnames.h"
 #include "reports/financereporttraits.h"
 #include "reports/monthenddate.h"
+#include "runtime/vb.h"
+#include "ui/msgbox.h"
 
 namespace quorvale {
 

@@ -1,6 +1,6 @@
 #include "reports/financecolumnfit.h"
 
-#include "platform/flexgrid.h"
+#include "ui/flexgrid.h"
 
 #include <cmath>
 #include <memory>

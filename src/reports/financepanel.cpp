@@ -1,9 +1,9 @@
 #include "reports/financepanel.h"
 
-#include "platform/vb.h"
 #include "reports/financecontrolnames.h"
 #include "reports/financereporttraits.h"
 #include "reports/reportparams.h"
+#include "runtime/vb.h"
 
 #include <QComboBox>
 #include <QDateEdit>

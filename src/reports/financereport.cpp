@@ -1,10 +1,10 @@
 #include "reports/financereport.h"
 
-#include "platform/flexgrid.h"
 #include "reports/financecolumnfit.h"
 #include "reports/financereporttraits.h"
 #include "reports/financerows.h"
 #include "reports/financestatements.h"
+#include "ui/flexgrid.h"
 
 namespace quorvale {
 

@@ -1,12 +1,12 @@
 #include "reports/financereportwindow.h"
 
-#include "platform/msgbox.h"
-#include "platform/vb.h"
 #include "reports/calendarpopup.h"
 #include "reports/financecheck.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
+#include "runtime/vb.h"
 #include "session/dbconnection.h"
+#include "ui/msgbox.h"
 
 #include <QComboBox>
 #include <QDateEdit>

@@ -1,6 +1,6 @@
 #include "reports/financerows.h"
 
-#include "platform/recordset.h"
+#include "db/recordset.h"
 #include "reports/financereporttraits.h"
 #include "reports/monthenddate.h"
 

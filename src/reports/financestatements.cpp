@@ -1,7 +1,7 @@
 #include "reports/financestatements.h"
 
-#include "platform/vb.h"
 #include "reports/sqltext.h"
+#include "runtime/vb.h"
 
 namespace quorvale {
 

@@ -1,7 +1,7 @@
 #include "reports/gridfill.h"
 
-#include "platform/flexgrid.h"
-#include "platform/recordset.h"
+#include "db/recordset.h"
+#include "ui/flexgrid.h"
 
 #include <QHash>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "reports/monthenddate.h"
 
-#include "platform/vb.h"
+#include "runtime/vb.h"
 
 namespace quorvale {
 

@@ -1,7 +1,7 @@
 #include "reports/officelist.h"
 
-#include "platform/recordset.h"
-#include "platform/vb.h"
+#include "db/recordset.h"
+#include "runtime/vb.h"
 
 #include <cmath>
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "db/connection.h"
 #include "output/exportwindow.h"
-#include "platform/connection.h"
-#include "platform/flexgrid.h"
 #include "reports/gridfill.h"
 #include "reports/officelist.h"
 #include "reports/reportparams.h"
+#include "ui/flexgrid.h"
 
 #include <QString>
 #include <functional>

@@ -1,6 +1,6 @@
 #include "reports/reportparams.h"
 
-#include "platform/vb.h"
+#include "runtime/vb.h"
 
 namespace quorvale {
 

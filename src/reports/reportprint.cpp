@@ -1,8 +1,8 @@
 #include "reports/reportprint.h"
 
-#include "platform/flexgrid.h"
-#include "platform/vb.h"
 #include "reports/reportdefinition.h"
+#include "runtime/vb.h"
+#include "ui/flexgrid.h"
 
 #include <QApplication>
 

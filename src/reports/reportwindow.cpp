@@ -2,15 +2,15 @@
 
 #include "reports/reportprint.h"
 
+#include "db/recordset.h"
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
-#include "platform/recordset.h"
-#include "platform/runtimeerror.h"
-#include "platform/vb.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 #include "session/dbconnection.h"
 #include "session/sessionvalues.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
 
 #include <QApplication>
 #include <QCloseEvent>

@@ -1,7 +1,7 @@
 #include "session/dbconnection.h"
 
-#include "platform/msgbox.h"
-#include "platform/settings.h"
+#include "runtime/settings.h"
+#include "ui/msgbox.h"
 
 namespace quorvale {
 

@@ -1,10 +1,10 @@
 #include "session/frmabout.h"
 
-#include "platform/msgbox.h"
-#include "platform/registry.h"
-#include "platform/runtimeerror.h"
+#include "runtime/registry.h"
+#include "runtime/runtimeerror.h"
 #include "session/mdibackground.h"
 #include "session/mdiform1.h"
+#include "ui/msgbox.h"
 
 #include <QFileInfo>
 #include <QFrame>

@@ -1,14 +1,14 @@
 #include "session/frmlogin.h"
 
-#include "platform/msgbox.h"
-#include "platform/runtimeerror.h"
-#include "platform/toplevelhandler.h"
-#include "platform/vb.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/toplevelhandler.h"
+#include "runtime/vb.h"
 #include "session/dbconnection.h"
 #include "session/mdibackground.h"
 #include "session/mdiform1.h"
 #include "session/sessionvalues.h"
 #include "session/signin.h"
+#include "ui/msgbox.h"
 
 #include <QEvent>
 #include <QFormLayout>

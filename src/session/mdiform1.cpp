@@ -1,15 +1,15 @@
 #include "session/mdiform1.h"
 
-#include "platform/msgbox.h"
-#include "platform/recordset.h"
-#include "platform/runtimeerror.h"
-#include "platform/toplevelhandler.h"
+#include "db/recordset.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/toplevelhandler.h"
 #include "session/dbconnection.h"
 #include "session/frmabout.h"
 #include "session/frmlogin.h"
 #include "session/mdibackground.h"
 #include "session/sessionqueries.h"
 #include "session/sessionvalues.h"
+#include "ui/msgbox.h"
 
 #include <QAction>
 #include <QCloseEvent>

@@ -1,6 +1,6 @@
 #include "session/sessionqueries.h"
 
-#include "platform/vb.h"
+#include "runtime/vb.h"
 
 namespace quorvale {
 

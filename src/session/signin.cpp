@@ -1,10 +1,10 @@
 #include "session/signin.h"
 
-#include "platform/msgbox.h"
-#include "platform/recordset.h"
+#include "db/recordset.h"
 #include "session/dbconnection.h"
 #include "session/sessionqueries.h"
 #include "session/sessionvalues.h"
+#include "ui/msgbox.h"
 
 namespace quorvale {
 

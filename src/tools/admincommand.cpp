@@ -1,6 +1,6 @@
 #include "tools/admincommand.h"
 
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "tools/refusederror.h"
 #include "tools/usageerror.h"
 

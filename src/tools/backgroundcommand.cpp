@@ -1,6 +1,6 @@
 #include "tools/backgroundcommand.h"
 
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "session/mdibackground.h"
 #include "tools/commandline.h"
 

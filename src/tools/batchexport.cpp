@@ -1,19 +1,16 @@
 #include "tools/batchexport.h"
 
+#include "db/recordset.h"
 #include "output/exportoptions.h"
 #include "output/gridexport.h"
 #include "output/gridprint.h"
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
-#include "platform/printer.h"
-#include "platform/recordset.h"
-#include "platform/runtimeerror.h"
-#include "platform/vb.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
 #include "reports/officelist.h"
 #include "reports/reportprint.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
 #include "session/mdiform1.h"
@@ -22,6 +19,9 @@
 #include "tools/refusederror.h"
 #include "tools/reportlookup.h"
 #include "tools/usageerror.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
+#include "ui/printer.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "tools/bulkinsert.h"
 
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 
 #include <QDate>
 #include <QDateTime>

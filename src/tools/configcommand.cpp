@@ -1,6 +1,6 @@
 #include "tools/configcommand.h"
 
-#include "platform/settings.h"
+#include "runtime/settings.h"
 #include "tools/commandline.h"
 #include "tools/usageerror.h"
 

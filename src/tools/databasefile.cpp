@@ -1,6 +1,6 @@
 #include "tools/databasefile.h"
 
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "tools/demodata.h"
 #include "tools/embeddeddatabase.h"
 #include "tools/schemascript.h"

@@ -1,6 +1,6 @@
 #include "tools/demodata.h"
 
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "tools/bulkinsert.h"
 
 #include <QSqlError>

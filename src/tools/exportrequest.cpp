@@ -1,6 +1,6 @@
 #include "tools/exportrequest.h"
 
-#include "platform/vb.h"
+#include "runtime/vb.h"
 #include "tools/commandline.h"
 #include "tools/usageerror.h"
 

@@ -1,7 +1,7 @@
 #include "tools/schemascript.h"
 
-#include "platform/connection.h"
-#include "platform/runtimeerror.h"
+#include "db/connection.h"
+#include "runtime/runtimeerror.h"
 
 #include <QFile>
 #include <QRegularExpression>

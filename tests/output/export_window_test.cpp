@@ -1,7 +1,7 @@
 #include "export_test_print.h"
 #include "output/exportwindow.h"
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
 #include "support/xlsxdump.h"
 
 #include <QAction>

@@ -1,7 +1,7 @@
 #include "export_test_print.h"
 #include "output/gridexport.h"
 #include "output/headermerge.h"
-#include "platform/flexgrid.h"
+#include "ui/flexgrid.h"
 #include "support/xlsxdump.h"
 
 #include <QJsonArray>

@@ -1,8 +1,8 @@
 #include "output/gridprint.h"
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
-#include "platform/printer.h"
-#include "platform/runtimeerror.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
+#include "ui/printer.h"
+#include "runtime/runtimeerror.h"
 
 #include <QDate>
 #include <QFile>

@@ -1,10 +1,10 @@
 #include "customerfixture.h"
 
-#include "platform/runtimeerror.h"
-#include "platform/vb.h"
 #include "reports/customerreports.h"
 #include "reports/frm收款日报表.h"
 #include "reports/frm车位基础表.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 
 #include <QDate>
 

@@ -1,4 +1,4 @@
-#include "platform/msgbox.h"
+#include "ui/msgbox.h"
 #include "reports/financecheck.h"
 #include "reports/financestatements.h"
 #include "reports/monthenddate.h"

@@ -9,7 +9,7 @@
 
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
-#include "platform/vb.h"
+#include "runtime/vb.h"
 
 #include <QApplication>
 #include <QCalendarWidget>

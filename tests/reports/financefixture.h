@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
 #include "reports/financereportwindow.h"
 #include "reportwindowfixture.h"
 #include "session/dbconnection.h"
 #include "session/sessionvalues.h"
 #include "support/fixturedb.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
 
 #include <QComboBox>
 #include <QDate>

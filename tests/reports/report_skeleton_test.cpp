@@ -2,13 +2,13 @@
 
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
-#include "platform/printer.h"
-#include "platform/vb.h"
 #include "reports/frm收款日报表.h"
 #include "reports/frm车位基础表.h"
 #include "reports/officelist.h"
 #include "reports/reportregistry.h"
+#include "runtime/vb.h"
 #include "session/mdiform1.h"
+#include "ui/printer.h"
 
 #include <QDate>
 #include <QLineEdit>

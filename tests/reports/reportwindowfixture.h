@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/flexgrid.h"
-#include "platform/msgbox.h"
 #include "reports/reportwindow.h"
 #include "session/dbconnection.h"
 #include "session/sessionvalues.h"
 #include "support/fixturedb.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
 
 #include <QComboBox>
 #include <QPointer>

@@ -1,5 +1,5 @@
 #include "loginfixture.h"
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "sessiontesting.h"
 
 #include <QApplication>

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "platform/msgbox.h"
-#include "platform/toplevelhandler.h"
+#include "runtime/toplevelhandler.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
 #include "session/mdiform1.h"
 #include "session/sessionvalues.h"
+#include "ui/msgbox.h"
 
 #include <QCoreApplication>
 #include <QEvent>

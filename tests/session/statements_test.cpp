@@ -1,5 +1,5 @@
-#include "platform/registry.h"
-#include "platform/runtimeerror.h"
+#include "runtime/registry.h"
+#include "runtime/runtimeerror.h"
 #include "session/dbconnection.h"
 #include "session/sessionqueries.h"
 

@@ -1,4 +1,4 @@
-#include "platform/runtimeerror.h"
+#include "runtime/runtimeerror.h"
 #include "sessiontesting.h"
 
 #include <stdexcept>

@@ -1,8 +1,8 @@
 #include "support/fixturedb.h"
 
-#include "platform/recordset.h"
-#include "platform/runtimeerror.h"
-#include "platform/settings.h"
+#include "db/recordset.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/settings.h"
 #include "tools/bulkinsert.h"
 #include "tools/demodata.h"
 #include "tools/embeddeddatabase.h"

@@ -1,3 +1,5 @@
+#include "ui/msgbox.h"
+
 #include <QApplication>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -17,5 +19,6 @@ int main(int argc, char **argv)
     QTemporaryDir configHome;
     qputenv("XDG_CONFIG_HOME", configHome.path().toUtf8());
     QApplication app(argc, argv);
+    quorvale::showUnhandledErrorsInMsgBox();
     return RUN_ALL_TESTS();
 }

@@ -15,7 +15,7 @@ QByteArray runTool(const QString &command, const QString &path)
     if (!QFile::exists(python))
         throw std::runtime_error("/usr/bin/python3 is missing: install python3-openpyxl");
     const QString script =
-        qEnvironmentVariable("QUORVALE_SOURCE_DIR") + QStringLiteral("/tests/platform/xlsx_tool.py");
+        qEnvironmentVariable("QUORVALE_SOURCE_DIR") + QStringLiteral("/tests/support/xlsx_tool.py");
     QProcess process;
     process.start(python, {script, command, path});
     if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit ||

@@ -1,4 +1,4 @@
-#include "platform/settings.h"
+#include "runtime/settings.h"
 #include "support/adminprocess.h"
 
 #include <QCoreApplication>

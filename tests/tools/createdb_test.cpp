@@ -1,5 +1,5 @@
-#include "platform/recordset.h"
-#include "platform/runtimeerror.h"
+#include "db/recordset.h"
+#include "runtime/runtimeerror.h"
 #include "tools/databasefile.h"
 #include "tools/embeddeddatabase.h"
 #include "tools/schemascript.h"

@@ -1,4 +1,4 @@
-#include "platform/msgbox.h"
+#include "ui/msgbox.h"
 #include "reports/reportregistry.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"

@@ -1,0 +1,171 @@
+#include "db/connection.h"
+#include "db/sqlerrortext.h"
+
+#include "db/odbcconnectionstring.h"
+#include "runtime/runtimeerror.h"
+#include "tsql/tsqladapter.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <atomic>
+
+namespace quorvale {
+
+namespace {
+
+const QLatin1String embeddedPrefix("sqlite:");
+
+[[noreturn]] void closedError()
+{
+    throw RuntimeError(
+        3709, QStringLiteral("The connection cannot be used to perform this operation. It is "
+                             "either closed or invalid in this context."));
+}
+
+// T-SQL scripts separate batches with lines holding only GO.
+QStringList splitBatches(const QString &tsql)
+{
+    static const QRegularExpression go(QStringLiteral("^[ \\t]*GO[ \\t]*\\r?$"),
+                                       QRegularExpression::CaseInsensitiveOption |
+                                           QRegularExpression::MultilineOption);
+    QStringList batches;
+    for (const QString &b : tsql.split(go))
+        if (!b.trimmed().isEmpty())
+            batches << b;
+    return batches;
+}
+
+} // namespace
+
+Connection::Connection()
+{
+    static std::atomic<int> counter{0};
+    m_name = QStringLiteral("quorvale-connection-%1").arg(++counter);
+}
+
+Connection::~Connection()
+{
+    m_adapter.reset();
+    if (QSqlDatabase::contains(m_name)) {
+        {
+            QSqlDatabase db = QSqlDatabase::database(m_name, false);
+            db.close();
+        }
+        QSqlDatabase::removeDatabase(m_name);
+    }
+}
+
+QString Connection::embeddedConnectionString(const QString &path)
+{
+    return QStringLiteral(
+               "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
+               "Catalog='';Data Source='") +
+           embeddedPrefix + path + QLatin1Char('\'');
+}
+
+void Connection::Open()
+{
+    if (isOpen())
+        throw RuntimeError(3705,
+                           QStringLiteral("Operation is not allowed when the object is open."));
+    const AdoConnectionValues values = parseAdoConnectionString(ConnectionString);
+    m_adapter.reset();
+    if (QSqlDatabase::contains(m_name))
+        QSqlDatabase::removeDatabase(m_name);
+
+    if (values.dataSource.startsWith(embeddedPrefix, Qt::CaseInsensitive)) {
+        QString path = values.dataSource.mid(embeddedPrefix.size());
+        if (QDir::isRelativePath(path)) {
+            const QString base = QCoreApplication::instance()
+                                     ? QCoreApplication::applicationDirPath()
+                                     : QDir::currentPath();
+            path = QDir(base).absoluteFilePath(path);
+        }
+        if (!CreateIfMissing && !QFileInfo::exists(path))
+            throw RuntimeError(
+                ErrorNumber::DatabaseError,
+                QStringLiteral("Cannot open database \"%1\": the file does not exist.")
+                    .arg(QDir::toNativeSeparators(path)));
+        QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
+        db.setDatabaseName(path);
+        if (ConnectionTimeout > 0)
+            db.setConnectOptions(
+                QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(ConnectionTimeout * 1000));
+        if (!db.open()) {
+            const QString text = sqlErrorText(db.lastError());
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(m_name);
+            throw RuntimeError(ErrorNumber::DatabaseError, text);
+        }
+        asDatabaseError([&] { TsqlAdapter::install(db); });
+        m_embedded = true;
+        m_adapter = std::make_unique<TsqlAdapter>(m_name);
+        return;
+    }
+
+    const QString driver = chooseSqlServerDriver(installedOdbcDrivers());
+    if (driver.isEmpty())
+        throw RuntimeError(
+            ErrorNumber::DatabaseError,
+            QStringLiteral("[Microsoft][ODBC Driver Manager] Data source name not found and no "
+                           "default driver specified (no SQL Server ODBC driver is installed)"));
+    QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), m_name);
+    db.setDatabaseName(odbcConnectionString(values, driver));
+    if (ConnectionTimeout > 0)
+        db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ConnectionTimeout));
+    if (!db.open()) {
+        const QString text = sqlErrorText(db.lastError());
+        db = QSqlDatabase();
+        QSqlDatabase::removeDatabase(m_name);
+        throw RuntimeError(ErrorNumber::DatabaseError, text);
+    }
+    m_embedded = false;
+}
+
+bool Connection::isOpen() const
+{
+    return QSqlDatabase::contains(m_name) && QSqlDatabase::database(m_name, false).isOpen();
+}
+
+bool Connection::isEmbedded() const
+{
+    return m_embedded;
+}
+
+void Connection::Execute(const QString &tsql)
+{
+    if (!isOpen())
+        closedError();
+    QSqlDatabase db = database();
+    auto run = [&](const QString &sql) {
+        if (sql.isEmpty())
+            return;
+        QSqlQuery q(db);
+        if (!q.exec(sql))
+            throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(q.lastError()));
+    };
+    for (const QString &batch : splitBatches(tsql)) {
+        if (m_embedded)
+            asDatabaseError([&] {
+                m_adapter->translateBatch(batch, [&](const TsqlStatement &st) { run(st.sql); });
+            });
+        else
+            run(batch);
+    }
+}
+
+QSqlDatabase Connection::database() const
+{
+    return QSqlDatabase::database(m_name, false);
+}
+
+TsqlAdapter *Connection::adapter() const
+{
+    return m_adapter.get();
+}
+
+} // namespace quorvale

@@ -1,0 +1,59 @@
+#pragma once
+
+// Library db: the ADO-shaped database access the windows use (Connection,
+// Recordset, Field), over SQL Server through ODBC or the embedded engine
+// through tsql, with the driver's own error texts. It depends on tsql and
+// runtime only, never on windows, reports or output.
+
+#include <QSqlDatabase>
+#include <QString>
+#include <memory>
+
+namespace quorvale {
+
+class TsqlAdapter;
+
+// The ADO-shaped connection the windows use. ConnectionString is the OLE DB
+// style text ("Provider=...;Password=...;User ID=...;Initial Catalog='...';
+// Data Source='...'"); Open() picks the engine from the data source:
+// "sqlite:PATH" is the embedded engine, anything else SQL Server over ODBC.
+class Connection {
+  public:
+    Connection();
+    ~Connection();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    QString ConnectionString;
+    int ConnectionTimeout = 15; // seconds
+    // Embedded engine only: create the database file when it does not exist.
+    // Off by default, so a mistyped path fails instead of showing an empty
+    // database; the admin tool sets it to create a new file.
+    bool CreateIfMissing = false;
+
+    // The connection string that opens an embedded database file.
+    static QString embeddedConnectionString(const QString &path);
+
+    // Throws RuntimeError with the driver's text when the open fails.
+    void Open();
+    bool isOpen() const;
+    bool isEmbedded() const;
+
+    // Runs T-SQL that returns no rows (DDL, INSERT, UPDATE): one batch, or
+    // several separated by lines holding only GO.
+    void Execute(const QString &tsql);
+
+    // The underlying Qt connection, for bulk loading by the admin tool.
+    QSqlDatabase database() const;
+    // Non-null on the embedded engine once open.
+    TsqlAdapter *adapter() const;
+
+  private:
+    QString m_name;
+    bool m_embedded = false;
+    std::unique_ptr<TsqlAdapter> m_adapter;
+};
+
+using ConnectionPtr = std::shared_ptr<Connection>;
+
+} // namespace quorvale

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "tsql/fieldkind.h"
+
+#include <QString>
+#include <QVariant>
+
+namespace quorvale {
+
+class Field {
+public:
+    Field() = default;
+    Field(QString name, QVariant value, FieldKind kind)
+        : m_name(std::move(name)), m_value(std::move(value)), m_kind(kind)
+    {
+    }
+
+    const QString &name() const { return m_name; }
+    const QVariant &Value() const { return m_value; }
+    FieldKind kind() const { return m_kind; }
+    bool isNull() const { return m_value.isNull(); }
+
+    // NULL -> "", numbers in shortest decimal form (85.5, 120), datetimes as
+    // yyyy-MM-dd at midnight else yyyy-MM-dd HH:mm:ss, bits as 0/1.
+    QString text() const;
+    bool toBool() const;
+
+private:
+    QString m_name;
+    QVariant m_value;
+    FieldKind m_kind = FieldKind::Text;
+};
+
+} // namespace quorvale

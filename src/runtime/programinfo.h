@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+
+namespace quorvale {
+
+// The program's title, used when a box is given no title.
+QString programTitle();
+// The executable's name without folder and extension, as some titles use it.
+QString exeName();
+
+} // namespace quorvale

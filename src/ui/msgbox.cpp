@@ -1,0 +1,58 @@
+#include "ui/msgbox.h"
+
+#include "runtime/toplevelhandler.h"
+
+#include <QApplication>
+#include <QMessageBox>
+
+namespace quorvale {
+
+namespace {
+MsgBoxResponder &responder()
+{
+    static MsgBoxResponder r;
+    return r;
+}
+
+QMessageBox::Icon iconFor(int style)
+{
+    switch (style & 0x70) {
+    case vb::Critical: return QMessageBox::Critical;
+    case vb::Question: return QMessageBox::Question;
+    case vb::Exclamation: return QMessageBox::Warning;
+    case vb::Information: return QMessageBox::Information;
+    default: return QMessageBox::NoIcon;
+    }
+}
+} // namespace
+
+void setMsgBoxResponder(MsgBoxResponder r) { responder() = std::move(r); }
+
+void showUnhandledErrorsInMsgBox()
+{
+    setUnhandledErrorBox([](const QString &text) { MsgBox(text, vb::Critical); });
+}
+
+int MsgBox(const QString &prompt, int style, const QString &title)
+{
+    const MsgBoxCall call{prompt, style, title.isEmpty() ? programTitle() : title};
+    if (responder())
+        return responder()(call);
+
+    QMessageBox box(iconFor(style), call.title, prompt, QMessageBox::NoButton,
+                    QApplication::activeWindow());
+    switch (style & 0x7) {
+    case 1: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;
+    case 3: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel); break;
+    case vb::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
+    default: box.setStandardButtons(QMessageBox::Ok); break;
+    }
+    switch (box.exec()) {
+    case QMessageBox::Yes: return vb::Yes;
+    case QMessageBox::No: return vb::No;
+    case QMessageBox::Cancel: return vb::Cancel;
+    default: return vb::OK;
+    }
+}
+
+} // namespace quorvale

@@ -1,0 +1,182 @@
+#include "ui/printer.h"
+
+#include "runtime/runtimeerror.h"
+#include "ui/printerfonts.h"
+
+#include <QFontMetricsF>
+#include <QMarginsF>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPrinter>
+#include <QPrinterInfo>
+
+namespace quorvale {
+
+namespace {
+
+constexpr int kPrinterError = 482;
+
+RuntimeError printerError()
+{
+    return RuntimeError(kPrinterError, QStringLiteral("Printer error"));
+}
+
+} // namespace
+
+void Printer::applyDefaultPageSetup(QPrinter &printer)
+{
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setPageOrientation(QPageLayout::Portrait);
+    printer.setPageMargins(QMarginsF(10, 10, 10, 10), QPageLayout::Millimeter);
+}
+
+std::unique_ptr<Printer> Printer::defaultPrinter()
+{
+    const QPrinterInfo info = QPrinterInfo::defaultPrinter();
+    if (info.isNull())
+        throw printerError();
+    auto printer = std::make_unique<QPrinter>(info, QPrinter::HighResolution);
+    if (!printer->isValid())
+        throw printerError();
+    applyDefaultPageSetup(*printer);
+    return std::unique_ptr<Printer>(new Printer(std::move(printer)));
+}
+
+std::unique_ptr<Printer> Printer::pdfFile(const QString &path)
+{
+    auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    printer->setOutputFileName(path);
+    applyDefaultPageSetup(*printer);
+    return std::unique_ptr<Printer>(new Printer(std::move(printer)));
+}
+
+Printer::Printer(std::unique_ptr<QPrinter> owned) : Printer(owned.get())
+{
+    m_owned = std::move(owned);
+}
+
+Printer::Printer(QPrinter *device) : m_printer(device)
+{
+    ensureCjkFontSubstitutes();
+    m_font = QFont(QStringLiteral("宋体"));
+    m_font.setPointSizeF(9);
+}
+
+Printer::~Printer()
+{
+    if (m_started && !m_ended) {
+        if (m_owned)
+            m_printer->abort();
+        if (m_painter.isActive())
+            m_painter.end();
+    }
+}
+
+double Printer::ScaleWidth() const
+{
+    return m_printer->width() * 1440.0 / m_printer->logicalDpiX();
+}
+
+double Printer::ScaleHeight() const
+{
+    return m_printer->height() * 1440.0 / m_printer->logicalDpiY();
+}
+
+void Printer::setFontName(const QString &name)
+{
+    m_font.setFamily(name);
+}
+
+void Printer::setFontSize(double points)
+{
+    if (points <= 0)
+        throw RuntimeError(380, QStringLiteral("Invalid property value"));
+    m_font.setPointSizeF(points);
+}
+
+void Printer::setFontBold(bool bold)
+{
+    m_font.setBold(bold);
+}
+
+double Printer::TextWidth(const QString &text) const
+{
+    const QFontMetricsF metrics(m_font, m_printer);
+    double widest = 0;
+    for (const QString &line : text.split(QLatin1Char('\n')))
+        widest = qMax(widest, metrics.horizontalAdvance(line));
+    return widest * 1440.0 / m_printer->logicalDpiX();
+}
+
+double Printer::TextHeight(const QString &text) const
+{
+    const QFontMetricsF metrics(m_font, m_printer);
+    const auto lines = text.count(QLatin1Char('\n')) + 1;
+    return lines * metrics.height() * 1440.0 / m_printer->logicalDpiY();
+}
+
+void Printer::Print(const QString &text)
+{
+    start();
+    if (!text.isEmpty()) {
+        const QFontMetricsF metrics(m_font, m_printer);
+        m_painter.setFont(m_font);
+        m_painter.drawText(QPointF(toDeviceX(m_x), toDeviceY(m_y) + metrics.ascent()), text);
+    }
+    m_y += TextHeight(text);
+    m_x = 0;
+}
+
+void Printer::Line(double x1, double y1, double x2, double y2)
+{
+    start();
+    m_painter.drawLine(QPointF(toDeviceX(x1), toDeviceY(y1)),
+                       QPointF(toDeviceX(x2), toDeviceY(y2)));
+    m_x = x2;
+    m_y = y2;
+}
+
+void Printer::NewPage()
+{
+    start();
+    if (!m_printer->newPage())
+        throw printerError();
+    ++m_page;
+    m_x = 0;
+    m_y = 0;
+}
+
+void Printer::EndDoc()
+{
+    if (m_started && !m_ended) {
+        if (!m_painter.end())
+            throw printerError();
+    }
+    m_ended = m_started;
+}
+
+void Printer::start()
+{
+    if (m_started)
+        return;
+    if (!m_painter.begin(m_printer))
+        throw printerError();
+    m_started = true;
+    // About half a point: visible rules at any resolution.
+    QPen pen(Qt::black);
+    pen.setWidthF(m_printer->logicalDpiX() / 144.0);
+    m_painter.setPen(pen);
+}
+
+double Printer::toDeviceX(double twips) const
+{
+    return twips * m_printer->logicalDpiX() / 1440.0;
+}
+
+double Printer::toDeviceY(double twips) const
+{
+    return twips * m_printer->logicalDpiY() / 1440.0;
+}
+
+} // namespace quorvale

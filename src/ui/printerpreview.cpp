@@ -1,0 +1,34 @@
+#include "ui/printerpreview.h"
+
+#include "ui/printer.h"
+
+#include <QPrintPreviewDialog>
+#include <QPrinter>
+#include <exception>
+
+namespace quorvale {
+
+void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job)
+{
+    QPrinter device(QPrinter::HighResolution);
+    Printer::applyDefaultPageSetup(device);
+    QPrintPreviewDialog dialog(&device, parent);
+    std::exception_ptr failure;
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter *target) {
+        if (failure)
+            return;
+        try {
+            Printer printer(target);
+            job(printer);
+            printer.EndDoc();
+        } catch (...) {
+            failure = std::current_exception();
+            QMetaObject::invokeMethod(&dialog, &QDialog::reject, Qt::QueuedConnection);
+        }
+    });
+    dialog.exec();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+} // namespace quorvale

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <exception>
+
+namespace quorvale::xlsx {
+
+// Error numbers as spreadsheet automation reports them, so a caller can show
+// the same number the classic export showed.
+namespace ErrorNumber {
+inline constexpr int OutOfMemory = 7;
+inline constexpr int SubscriptOutOfRange = 9;
+inline constexpr int FileNotFound = 53;
+inline constexpr int PermissionDenied = 70;
+inline constexpr int PathFileAccessError = 75;
+// The application-defined error, raised for everything the workbook layer
+// refuses (bad sheet name, unreadable or foreign file, failed save).
+inline constexpr int WorkbookError = 1004;
+} // namespace ErrorNumber
+
+// The one error the workbook layer throws: a number and a description fit
+// for the user.
+class Error : public std::exception {
+  public:
+    Error(int number, QString description)
+        : m_number(number), m_description(std::move(description)),
+          m_utf8(m_description.toUtf8())
+    {
+    }
+
+    int number() const { return m_number; }
+    const QString &description() const { return m_description; }
+    const char *what() const noexcept override { return m_utf8.constData(); }
+
+  private:
+    int m_number;
+    QString m_description;
+    QByteArray m_utf8;
+};
+
+} // namespace quorvale::xlsx

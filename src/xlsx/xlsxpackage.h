@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QByteArray>
+#include <QBuffer>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "xlsx/xlsxdeflater.h"
+
+class QuaZip;
+
+namespace quorvale::xlsx {
+
+class ByteSink;
+
+// The zip container of a workbook. Entries that nobody replaces are copied
+// raw (still compressed) so they survive byte-for-byte.
+class Package {
+public:
+    using Generator = std::function<void(ByteSink &)>;
+
+    Package(); // empty, for a new workbook
+    ~Package();
+    Package(const Package &) = delete;
+    Package &operator=(const Package &) = delete;
+
+    // Reads the whole file; throws for unreadable, legacy or non-zip files.
+    static std::unique_ptr<Package> openFile(const QString &path);
+
+    bool contains(const QString &name) const { return find(name) != nullptr; }
+    // Current content of an entry (replacement or original); throws if corrupt.
+    QByteArray read(const QString &name) const;
+    // Content as it was in the file, whatever has been put since.
+    QByteArray readOriginal(const QString &name) const;
+    void put(const QString &name, QByteArray content);
+    // Content streamed from a generator into the compressor right away, so a
+    // large sheet is held compressed only.
+    void putGenerated(const QString &name, const Generator &generator);
+    void remove(const QString &name);
+
+    // Temporary file beside the target, renamed over it when complete.
+    void save(const QString &path) const;
+
+    static QString displayName(const QString &path);
+
+private:
+    struct Entry {
+        QString name;
+        bool original = false;
+        bool replaced = false;
+        bool removed = false;
+        QByteArray content;
+        std::shared_ptr<Deflater::Result> compressed;
+    };
+    Entry *find(const QString &name);
+    const Entry *find(const QString &name) const;
+    void openReader() const;
+
+    QString m_path;
+    QByteArray m_bytes;
+    mutable QBuffer m_buffer;
+    mutable std::unique_ptr<QuaZip> m_reader;
+    std::vector<Entry> m_entries;
+    QHash<QString, size_t> m_index; // lower-case name -> entry
+};
+
+} // namespace quorvale::xlsx

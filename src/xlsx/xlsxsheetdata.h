@@ -1,0 +1,59 @@
+#pragma once
+
+#include "xlsx/xlsxcellinput.h"
+
+#include <map>
+#include <vector>
+
+namespace quorvale::xlsx {
+
+class SharedStrings;
+
+// One written cell. Kind Empty marks a cleared cell, which removes a value
+// the sheet already had.
+struct CellRecord {
+    double number;
+    quint32 string;
+    quint16 col;
+    CellInput::Kind kind;
+};
+
+enum class FormatProperty : unsigned char { FontSize, Horizontal, Vertical, Border };
+
+// A formatting call in the order it was made; later calls win where they
+// overlap, as they would in Excel.
+struct FormatOp {
+    int row1, col1, row2, col2;
+    bool wholeRows;
+    FormatProperty property;
+    double value;
+};
+
+struct CellRange {
+    int row1, col1, row2, col2;
+    bool intersects(const CellRange &o) const
+    {
+        return row1 <= o.row2 && o.row1 <= row2 && col1 <= o.col2 && o.col1 <= col2;
+    }
+};
+
+// Everything written to one worksheet since it was opened.
+class SheetData {
+public:
+    void setCell(int row, int col, const CellInput &input, SharedStrings &strings);
+    void clearCell(int row, int col);
+    bool hasCell(int row, int col) const;
+    bool isEmpty() const { return rows.empty() && formats.empty() && widths.empty() && merges.empty(); }
+
+    std::map<int, std::vector<CellRecord>> rows;
+    std::vector<FormatOp> formats;
+    std::map<int, double> widths;
+    std::vector<CellRange> merges;
+    int maxCol = 0;
+
+private:
+    CellRecord &cellAt(int row, int col);
+    std::map<int, std::vector<CellRecord>>::iterator m_lastRow = rows.end();
+};
+
+} // namespace quorvale::xlsx

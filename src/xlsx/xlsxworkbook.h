@@ -1,0 +1,85 @@
+#pragma once
+
+// Library xlsx: an Office Open XML workbook editor. It opens or creates a
+// workbook, edits cells, styles and sheets in memory and saves the whole
+// package atomically, copying every part it does not touch byte for byte.
+// It needs Qt Core and QuaZip only and must not depend on any other library
+// of the program; its failures are xlsx::Error.
+
+#include "xlsx/xlsxerror.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+namespace quorvale::xlsx {
+
+class Package;
+class SharedStrings;
+class StyleSheet;
+class Worksheet;
+
+// An .xlsx workbook edited in memory and written back on save(). Parts the
+// export does not touch are carried over byte-for-byte. Errors are
+// xlsx::Error with a description fit for the user.
+class Workbook {
+public:
+    // A new workbook with one sheet "Sheet1"; nothing is written until save().
+    static std::unique_ptr<Workbook> create(const QString &path);
+    // Fails for a missing file, a legacy .xls, a corrupt or foreign file.
+    static std::unique_ptr<Workbook> open(const QString &path);
+    ~Workbook();
+    Workbook(const Workbook &) = delete;
+    Workbook &operator=(const Workbook &) = delete;
+
+    QString path() const { return m_path; }
+
+    // Worksheets only (chart sheets are not counted), in tab order; 1-based.
+    int worksheetCount() const { return int(m_sheets.size()); }
+    Worksheet &worksheet(int index);
+    // Name match ignores case, as Excel does; nullptr when there is none.
+    Worksheet *worksheet(const QString &name);
+    // Inserted right after the last worksheet, named "SheetN" until setName().
+    Worksheet &addWorksheetAfterLast();
+
+    // Writes a temporary file beside the target and renames it over the target.
+    void save();
+
+    // Internal plumbing for Worksheet.
+    bool isNameTaken(const QString &name, const Worksheet *except) const;
+    void sheetRenamed(Worksheet &sheet);
+    void sheetVisibilityChanged(Worksheet &sheet);
+    SharedStrings &sharedStrings() { return *m_strings; }
+
+private:
+    Workbook();
+    void load();
+    void loadNew();
+    void readParts();
+    void addPart(const QString &part, const char *relType, const char *contentType);
+    void dropCalcChain();
+    QString uniqueDefaultName() const;
+
+    QString m_path;
+    std::unique_ptr<Package> m_package;
+    std::unique_ptr<StyleSheet> m_styles;
+    std::unique_ptr<SharedStrings> m_strings;
+    std::vector<std::unique_ptr<Worksheet>> m_sheets;
+    QString m_workbookPart;     // e.g. "xl/workbook.xml"
+    QString m_workbookRelsPart; // e.g. "xl/_rels/workbook.xml.rels"
+    QString m_stylesPart;
+    QString m_stringsPart;
+    QString m_calcChainPart;
+    QByteArray m_relPrefix; // prefix bound to the relationships namespace in workbook.xml
+    bool m_relNsDeclared = false;
+    QHash<const Worksheet *, QByteArray> m_relIds;
+    QStringList m_otherSheetNames; // chart and dialog sheets: names taken, not worksheets
+    QByteArray m_workbookXml;
+    QByteArray m_relsXml;
+    QByteArray m_contentTypesXml;
+    bool m_partsDirty = false;
+};
+
+} // namespace quorvale::xlsx

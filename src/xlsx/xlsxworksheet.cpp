@@ -1,0 +1,183 @@
+#include "xlsx/xlsxworksheet.h"
+
+#include "xlsx/xlsxcellinput.h"
+#include "xlsx/xlsxerror.h"
+#include "xlsx/xlsxsheetdata.h"
+#include "xlsx/xlsxworkbook.h"
+
+namespace quorvale::xlsx {
+
+namespace {
+
+constexpr int MaxRows = 1048576;
+constexpr int MaxCols = 16384;
+
+void checkCell(int row, int col)
+{
+    if (row < 1 || row > MaxRows || col < 1 || col > MaxCols)
+        throw Error(ErrorNumber::WorkbookError,
+                           QStringLiteral("单元格位置超出工作表范围（第 %1 行，第 %2 列）")
+                               .arg(row)
+                               .arg(col));
+}
+
+CellRange checkedRange(int row1, int col1, int row2, int col2)
+{
+    checkCell(row1, col1);
+    checkCell(row2, col2);
+    return {std::min(row1, row2), std::min(col1, col2), std::max(row1, row2),
+            std::max(col1, col2)};
+}
+
+int horizontalIndex(int value)
+{
+    switch (value) {
+    case 1: return 0;
+    case 2: case -4131: return 1;
+    case 3: case -4108: return 2;
+    case 4: case -4152: return 3;
+    case 5: return 4;
+    case 6: case -4130: return 5;
+    case 7: return 6;
+    case 8: case -4117: return 7;
+    }
+    throw Error(ErrorNumber::WorkbookError,
+                       QStringLiteral("不能设置水平对齐方式：无效的值 %1").arg(value));
+}
+
+int verticalIndex(int value)
+{
+    switch (value) {
+    case 1: case -4160: return 0;
+    case 2: case -4108: return 1;
+    case 3: case -4107: return 2;
+    case 4: case -4130: return 3;
+    case 5: case -4117: return 4;
+    }
+    throw Error(ErrorNumber::WorkbookError,
+                       QStringLiteral("不能设置垂直对齐方式：无效的值 %1").arg(value));
+}
+
+void checkFontSize(double size)
+{
+    if (!(size >= 1 && size <= 409))
+        throw Error(ErrorNumber::WorkbookError, QStringLiteral("不能设置字号：无效的值 %1").arg(size));
+}
+
+} // namespace
+
+Worksheet::Worksheet(Workbook &book, QString name, QString partName, bool isNew)
+    : m_book(book), m_name(std::move(name)), m_partName(std::move(partName)), m_isNew(isNew),
+      m_data(std::make_unique<SheetData>())
+{
+}
+
+Worksheet::~Worksheet() = default;
+
+bool Worksheet::isModified() const
+{
+    return m_isNew || !m_data->isEmpty();
+}
+
+void Worksheet::setName(const QString &name)
+{
+    static const QString forbidden = QStringLiteral("[]:*?/\\");
+    bool valid = !name.isEmpty() && name.size() <= 31 && !name.startsWith(u'\'') &&
+                 !name.endsWith(u'\'') &&
+                 name.compare(QStringLiteral("History"), Qt::CaseInsensitive) != 0;
+    for (QChar c : name)
+        valid = valid && !forbidden.contains(c) && c.unicode() >= 0x20;
+    if (!valid)
+        throw Error(ErrorNumber::WorkbookError,
+                           QStringLiteral("工作表名称“%1”无效：名称须为 1 到 31 个字符，不能包含 "
+                                          "[ ] : * ? / \\，不能以单引号开头或结尾")
+                               .arg(name));
+    if (name == m_name)
+        return;
+    if (m_book.isNameTaken(name, this))
+        throw Error(ErrorNumber::WorkbookError,
+                           QStringLiteral("工作表名称“%1”已被使用（名称不区分大小写）").arg(name));
+    m_name = name;
+    m_book.sheetRenamed(*this);
+}
+
+void Worksheet::setVisible(bool visible)
+{
+    if (visible == m_visible)
+        return;
+    m_visible = visible;
+    m_book.sheetVisibilityChanged(*this);
+}
+
+void Worksheet::setCellValue(int row, int col, const QString &text)
+{
+    checkCell(row, col);
+    // A new sheet has nothing to clear: empty cells of a wide grid cost nothing.
+    if (text.isEmpty() && m_isNew && !m_data->hasCell(row, col))
+        return;
+    m_data->setCell(row, col, CellInput::interpret(text), m_book.sharedStrings());
+}
+
+void Worksheet::setColumnWidth(int col, double width)
+{
+    checkCell(1, col);
+    if (!(width >= 0 && width <= 255))
+        throw Error(ErrorNumber::WorkbookError,
+                           QStringLiteral("不能设置列宽：无效的值 %1").arg(width));
+    m_data->widths[col] = width;
+}
+
+void Worksheet::setRowHorizontalAlignment(int row, int value)
+{
+    checkCell(row, 1);
+    m_data->formats.push_back(
+        {row, 1, row, MaxCols, true, FormatProperty::Horizontal, double(horizontalIndex(value))});
+}
+
+void Worksheet::setRowVerticalAlignment(int row, int value)
+{
+    checkCell(row, 1);
+    m_data->formats.push_back(
+        {row, 1, row, MaxCols, true, FormatProperty::Vertical, double(verticalIndex(value))});
+}
+
+void Worksheet::setRowFontSize(int row, double size)
+{
+    checkCell(row, 1);
+    checkFontSize(size);
+    m_data->formats.push_back({row, 1, row, MaxCols, true, FormatProperty::FontSize, size});
+}
+
+void Worksheet::setRangeFontSize(int row1, int col1, int row2, int col2, double size)
+{
+    const CellRange r = checkedRange(row1, col1, row2, col2);
+    checkFontSize(size);
+    m_data->formats.push_back(
+        {r.row1, r.col1, r.row2, r.col2, false, FormatProperty::FontSize, size});
+}
+
+void Worksheet::setRangeBorders(int row1, int col1, int row2, int col2, int lineStyle)
+{
+    const CellRange r = checkedRange(row1, col1, row2, col2);
+    if (lineStyle != 1 && lineStyle != -4142)
+        throw Error(ErrorNumber::WorkbookError,
+                           QStringLiteral("不能设置边框线型：不支持的值 %1").arg(lineStyle));
+    m_data->formats.push_back({r.row1, r.col1, r.row2, r.col2, false, FormatProperty::Border,
+                               lineStyle == 1 ? 1.0 : 0.0});
+}
+
+void Worksheet::merge(int row1, int col1, int row2, int col2)
+{
+    const CellRange r = checkedRange(row1, col1, row2, col2);
+    if (r.row1 == r.row2 && r.col1 == r.col2)
+        return;
+    if (qint64(r.row2 - r.row1 + 1) * (r.col2 - r.col1 + 1) > 1000000)
+        throw Error(ErrorNumber::WorkbookError, QStringLiteral("合并的单元格区域过大"));
+    for (int row = r.row1; row <= r.row2; ++row)
+        for (int col = r.col1; col <= r.col2; ++col)
+            if (row != r.row1 || col != r.col1)
+                m_data->clearCell(row, col);
+    m_data->merges.push_back(r);
+}
+
+} // namespace quorvale::xlsx

@@ -1,0 +1,173 @@
+// SQL Server through ODBC. The real-server test runs only when the
+// environment variable QUORVALE_TEST_MSSQL names a server, as
+//     QUORVALE_TEST_MSSQL="host[,port];user;password;database"
+// (for example "db01,1433;sa;secret;wygl"); otherwise it is skipped.
+#include "db/connection.h"
+#include "db/odbcconnectionstring.h"
+#include "db/recordset.h"
+#include "runtime/runtimeerror.h"
+
+#include <QElapsedTimer>
+#include <gtest/gtest.h>
+
+using namespace quorvale;
+
+namespace {
+
+AdoConnectionValues values(const QString &server)
+{
+    AdoConnectionValues v;
+    v.password = QStringLiteral("pa;ss");
+    v.userId = QStringLiteral("sa");
+    v.initialCatalog = QStringLiteral("物业");
+    v.dataSource = server;
+    return v;
+}
+
+} // namespace
+
+TEST(AdoConnectionString, ValuesAsTheConnectionBuildsThem)
+{
+    const AdoConnectionValues v =
+        parseAdoConnectionString(QStringLiteral("Provider=SQLOLEDB.1;Password=p w;Persist Security "
+                                                "Info=False;User ID=sa;Initial Catalog='wy''gl';"
+                                                "Data Source='db01\\SQL2019'"));
+    EXPECT_EQ(v.provider, QStringLiteral("SQLOLEDB.1"));
+    EXPECT_EQ(v.password, QStringLiteral("p w"));
+    EXPECT_EQ(v.userId, QStringLiteral("sa"));
+    EXPECT_EQ(v.initialCatalog, QStringLiteral("wy'gl"));
+    EXPECT_EQ(v.dataSource, QStringLiteral("db01\\SQL2019"));
+    // All four settings missing: empty values, the quotes still there.
+    const AdoConnectionValues empty = parseAdoConnectionString(
+        QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
+                       "Catalog='';Data Source=''"));
+    EXPECT_TRUE(empty.password.isEmpty() && empty.userId.isEmpty() &&
+                empty.initialCatalog.isEmpty() && empty.dataSource.isEmpty());
+    EXPECT_THROW(parseAdoConnectionString(QStringLiteral("Data Source='a'b';User ID=x")),
+                 RuntimeError);
+    EXPECT_THROW(parseAdoConnectionString(QStringLiteral("Data Source='abc")), RuntimeError);
+    EXPECT_THROW(parseAdoConnectionString(QStringLiteral("Password=pa;ss;User ID=x")),
+                 RuntimeError);
+}
+
+TEST(OdbcConnectionString, ServerFormsForEachDriver)
+{
+    struct Case {
+        const char *server;
+        const char *driver;
+        const char *expected;
+    };
+    const Case cases[] = {
+        {"db01", "ODBC Driver 18 for SQL Server",
+         "DRIVER={ODBC Driver 18 for SQL Server};SERVER=db01;UID=sa;PWD={pa;ss};DATABASE=物业;"
+         "TrustServerCertificate=yes;APP=Quorvale"},
+        {"db01,1533", "ODBC Driver 17 for SQL Server",
+         "DRIVER={ODBC Driver 17 for SQL "
+         "Server};SERVER=db01,1533;UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale"},
+        {"db01\\SQL2019", "SQL Server",
+         "DRIVER={SQL Server};SERVER=db01\\SQL2019;UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale"},
+        {"(local)", "SQL Server",
+         "DRIVER={SQL Server};SERVER=localhost;UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale"},
+        {"db01", "FreeTDS",
+         "DRIVER={FreeTDS};SERVER=db01;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={"
+         "pa;ss};"
+         "DATABASE=物业;APP=Quorvale"},
+        {"10.1.2.3, 1533", "FreeTDS",
+         "DRIVER={FreeTDS};SERVER=10.1.2.3;PORT=1533;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;"
+         "PWD={pa;ss};"
+         "DATABASE=物业;APP=Quorvale"},
+        {"db01\\SQL2019", "FreeTDS",
+         "DRIVER={FreeTDS};SERVER=db01\\SQL2019;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={pa;"
+         "ss};"
+         "DATABASE=物业;APP=Quorvale"},
+        {"tcp:db01,1433", "FreeTDS",
+         "DRIVER={FreeTDS};SERVER=db01;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={"
+         "pa;ss};"
+         "DATABASE=物业;APP=Quorvale"},
+    };
+    for (const Case &c : cases)
+        EXPECT_EQ(
+            odbcConnectionString(values(QString::fromUtf8(c.server)), QString::fromUtf8(c.driver))
+                .toStdString(),
+            c.expected);
+}
+
+TEST(OdbcConnectionString, DriverPreference)
+{
+    using L = QStringList;
+    EXPECT_EQ(chooseSqlServerDriver(L{"FreeTDS", "SQL Server", "ODBC Driver 17 for SQL Server",
+                                      "ODBC Driver 18 for SQL Server"}),
+              QStringLiteral("ODBC Driver 18 for SQL Server"));
+    EXPECT_EQ(chooseSqlServerDriver(L{"FreeTDS", "ODBC Driver 17 for SQL Server", "SQL Server"}),
+              QStringLiteral("ODBC Driver 17 for SQL Server"));
+    EXPECT_EQ(chooseSqlServerDriver(L{"ODBC Driver 13 for SQL Server",
+                                      "ODBC Driver 11 for SQL Server", "SQL Server"}),
+              QStringLiteral("ODBC Driver 13 for SQL Server"));
+    EXPECT_EQ(chooseSqlServerDriver(L{"PostgreSQL Unicode", "SQL Server", "FreeTDS"}),
+              QStringLiteral("SQL Server"));
+    EXPECT_EQ(chooseSqlServerDriver(L{"MySQL", "FreeTDS"}), QStringLiteral("FreeTDS"));
+    EXPECT_EQ(chooseSqlServerDriver(L{"MySQL", "SQLite3"}), QString());
+}
+
+// A server that does not answer fails the open with the driver's own words.
+TEST(OdbcConnection, UnreachableServerFailsWithDriverText)
+{
+    if (chooseSqlServerDriver(installedOdbcDrivers()).isEmpty())
+        FAIL() << "no SQL Server ODBC driver installed (scripts/install-deps.sh installs FreeTDS)";
+    // Port 1 (tcpmux) is closed on any ordinary machine.
+    const int closedPort = 1;
+    Connection c;
+    c.ConnectionString =
+        QStringLiteral("Provider=SQLOLEDB.1;Password=x;Persist Security Info=False;User ID=sa;"
+                       "Initial Catalog='wygl';Data Source='127.0.0.1,%1'")
+            .arg(closedPort);
+    c.ConnectionTimeout = 3;
+    QElapsedTimer timer;
+    timer.start();
+    try {
+        c.Open();
+        FAIL() << "opened a closed port";
+    } catch (const RuntimeError &e) {
+        EXPECT_EQ(e.number(), ErrorNumber::DatabaseError);
+        EXPECT_FALSE(e.description().trimmed().isEmpty());
+        EXPECT_TRUE(e.description().contains(QLatin1String("connect"), Qt::CaseInsensitive) ||
+                    e.description().contains(QLatin1String("server"), Qt::CaseInsensitive))
+            << e.what();
+    }
+    EXPECT_FALSE(c.isOpen());
+    EXPECT_LT(timer.elapsed(), 30000);
+}
+
+TEST(OdbcConnection, RealServerRoundTripsChineseText)
+{
+    const QString target = qEnvironmentVariable("QUORVALE_TEST_MSSQL");
+    if (target.isEmpty())
+        GTEST_SKIP() << "set QUORVALE_TEST_MSSQL=\"host[,port];user;password;database\" to test "
+                        "against a SQL Server";
+    const QStringList parts = target.split(QLatin1Char(';'));
+    ASSERT_EQ(parts.size(), 4) << "QUORVALE_TEST_MSSQL must be host[,port];user;password;database";
+    auto c = std::make_shared<Connection>();
+    c->ConnectionString =
+        QStringLiteral("Provider=SQLOLEDB.1;Password=%1;Persist Security Info=False;User ID=%2;"
+                       "Initial Catalog='%3';Data Source='%4'")
+            .arg(parts.at(2), parts.at(1), parts.at(3), parts.at(0));
+    c->ConnectionTimeout = 30;
+    c->Open();
+    EXPECT_FALSE(c->isEmbedded());
+    c->Execute(QStringLiteral("IF OBJECT_ID('tempdb..#测试') IS NOT NULL DROP TABLE #测试"));
+    c->Execute(QStringLiteral(
+        "CREATE TABLE #测试 (编号 int, 名称 nvarchar(20), 日期 datetime, 金额 money, 标记 bit)"));
+    c->Execute(
+        QStringLiteral("INSERT INTO #测试 VALUES (1, N'东城管理处', '2024/3/31', 85.50, 1)"));
+    Recordset rs;
+    rs.Open(QStringLiteral("SELECT 编号, 名称, 日期, 金额, 标记, NULL AS 空 FROM #测试 WHERE 名称 "
+                           "= N'东城管理处 '"),
+            c);
+    ASSERT_FALSE(rs.eof());
+    EXPECT_EQ(rs.Fields(QStringLiteral("名称")).text(), QStringLiteral("东城管理处"));
+    EXPECT_EQ(rs.Fields(QStringLiteral("日期")).text(), QStringLiteral("2024-03-31"));
+    EXPECT_EQ(rs.Fields(QStringLiteral("金额")).text(), QStringLiteral("85.5"));
+    EXPECT_EQ(rs.Fields(QStringLiteral("标记")).text(), QStringLiteral("1"));
+    EXPECT_EQ(rs.Fields(QStringLiteral("编号")).text(), QStringLiteral("1"));
+    EXPECT_TRUE(rs.Fields(QStringLiteral("空")).isNull());
+}

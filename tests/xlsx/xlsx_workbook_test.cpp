@@ -1,0 +1,168 @@
+#include "xlsx/xlsxerror.h"
+#include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxworksheet.h"
+#include "support/xlsxdump.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using namespace quorvale;
+using namespace quorvale::xlsx;
+using quorvale::testing::dumpWorkbook;
+
+namespace {
+
+QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet)
+{
+    return dump[QStringLiteral("data")][sheet][QStringLiteral("cells")].toObject();
+}
+
+struct ValueCase {
+    const char *input;
+    const char *type;  // openpyxl data type: n, s, d; "" = no cell
+    QJsonValue value;
+    bool isDate;
+    bool quotePrefix;
+};
+
+} // namespace
+
+TEST(XlsxWorkbook, TypedInputBecomesNumberDateOrText)
+{
+    const ValueCase cases[] = {
+        {"85.5", "n", 85.5, false, false},
+        {"-3", "n", -3, false, false},
+        {"1e3", "n", 1000, false, false},
+        {"0120", "n", 120, false, false},
+        {"0755123", "n", 755123, false, false},
+        {" 12 ", "n", 12, false, false},
+        {".5", "n", 0.5, false, false},
+        {"123456789012345678", "n", 123456789012346000.0, false, false},
+        {"'0755123", "s", "0755123", false, true},
+        {"'85.5", "s", "85.5", false, true},
+        {"2024-03-31", "d", "2024-03-31T00:00:00", true, false},
+        {"2024-03-31 10:20:30", "d", "2024-03-31T10:20:30", true, false},
+        {"1900-01-01", "d", "1900-01-01T00:00:00", true, false},
+        {"2024-02-30", "s", "2024-02-30", false, false},
+        {"1,234", "s", "1,234", false, false},
+        {"12abc", "s", "12abc", false, false},
+        {"1e", "s", "1e", false, false},
+        {"a<b&c>\"d\"", "s", "a<b&c>\"d\"", false, false},
+        {"_x0041_", "s", "_x0041_", false, false},
+        {"  两端空格 ", "s", "  两端空格 ", false, false},
+        {"手机\n号码", "s", "手机\n号码", false, false},
+        {"", "", QJsonValue(), false, false},
+    };
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("values.xlsx"));
+    auto book = Workbook::create(path);
+    Worksheet &sheet = book->worksheet(1);
+    int row = 1;
+    for (const ValueCase &c : cases)
+        sheet.setCellValue(row++, 1, QString::fromUtf8(c.input));
+    sheet.setCellValue(1, 2, QStringLiteral("overwritten"));
+    sheet.setCellValue(1, 2, QString()); // clearing a written cell removes it
+    book->save();
+
+    const QJsonObject cells = cellsOf(dumpWorkbook(path), QStringLiteral("Sheet1"));
+    row = 1;
+    for (const ValueCase &c : cases) {
+        SCOPED_TRACE(c.input);
+        const QJsonObject cell = cells[QStringLiteral("A%1").arg(row++)].toObject();
+        if (!*c.type) {
+            EXPECT_TRUE(cell.isEmpty());
+            continue;
+        }
+        EXPECT_EQ(cell[QStringLiteral("type")].toString(), QString::fromLatin1(c.type));
+        EXPECT_EQ(cell[QStringLiteral("value")], c.value);
+        EXPECT_EQ(cell[QStringLiteral("isDate")].toBool(), c.isDate);
+        EXPECT_EQ(cell[QStringLiteral("quotePrefix")].toBool(), c.quotePrefix);
+    }
+    EXPECT_FALSE(cells.contains(QStringLiteral("B1")));
+}
+
+TEST(XlsxWorkbook, ExportFormattingReadsBack)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("format.xlsx"));
+    auto book = Workbook::create(path);
+    Worksheet &sheet = book->worksheet(1);
+    const QStringList header{QStringLiteral("户号"), QStringLiteral("户号"), QStringLiteral("金额")};
+    for (int c = 1; c <= 3; ++c) {
+        sheet.setColumnWidth(c, 1440 * c / 100.0);
+        sheet.setCellValue(1, c, header[c - 1]);
+        sheet.setCellValue(2, c, QString::number(c));
+        sheet.setCellValue(3, c, c == 2 ? QString() : QStringLiteral("x"));
+    }
+    sheet.setRowHorizontalAlignment(1, Align::HCenter);
+    sheet.setRowVerticalAlignment(1, Align::VDistributed);
+    sheet.setRangeBorders(1, 1, 3, 3);
+    sheet.setRowFontSize(1, 14);
+    sheet.setRowFontSize(2, 10);
+    sheet.setRangeFontSize(3, 1, 3, 3, 10.5);
+    sheet.merge(1, 1, 1, 2);
+    book->save();
+
+    const QJsonObject dump = dumpWorkbook(path);
+    const QJsonObject data = dump[QStringLiteral("data")][QStringLiteral("Sheet1")].toObject();
+    const QJsonObject cells = data[QStringLiteral("cells")].toObject();
+    const QJsonObject widths = data[QStringLiteral("widths")].toObject();
+    // Stored widths carry Excel's cell padding: about 0.7 characters, whole pixels.
+    EXPECT_NEAR(widths[QStringLiteral("A")].toDouble(), 14.4 + 0.71, 0.15);
+    EXPECT_NEAR(widths[QStringLiteral("C")].toDouble(), 43.2 + 0.71, 0.15);
+    EXPECT_EQ(data[QStringLiteral("merges")].toArray(), QJsonArray{QStringLiteral("A1:B1")});
+    EXPECT_EQ(cells[QStringLiteral("A1")][QStringLiteral("value")].toString(), header[0]);
+    EXPECT_TRUE(cells[QStringLiteral("B1")][QStringLiteral("value")].isNull());
+
+    const QJsonArray thin{QStringLiteral("thin"), QStringLiteral("thin"), QStringLiteral("thin"),
+                          QStringLiteral("thin")};
+    struct Expect {
+        const char *cell;
+        double size;
+        const char *h;
+    } expected[] = {{"A1", 14, "center"}, {"C1", 14, "center"}, {"A2", 10, nullptr},
+                    {"C2", 10, nullptr},  {"A3", 10.5, nullptr}, {"B3", 10.5, nullptr}};
+    for (const Expect &e : expected) {
+        SCOPED_TRACE(e.cell);
+        const QJsonObject cell = cells[QString::fromLatin1(e.cell)].toObject();
+        EXPECT_EQ(cell[QStringLiteral("size")].toDouble(), e.size);
+        EXPECT_EQ(cell[QStringLiteral("border")].toArray(), thin);
+        EXPECT_EQ(cell[QStringLiteral("h")].toString(), QString::fromLatin1(e.h ? e.h : ""));
+    }
+    EXPECT_EQ(cells[QStringLiteral("A1")][QStringLiteral("v")].toString(),
+              QStringLiteral("distributed"));
+    EXPECT_FALSE(cells.contains(QStringLiteral("D1"))); // borders stop at the range
+}
+
+TEST(XlsxWorkbook, SheetNamesFollowExcelRules)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath(QStringLiteral("names.xlsx"));
+    auto book = Workbook::create(path);
+    EXPECT_EQ(book->worksheetCount(), 1);
+    EXPECT_EQ(book->worksheet(QStringLiteral("sheet1")), &book->worksheet(1));
+    Worksheet &added = book->addWorksheetAfterLast();
+    const QString bad[] = {QString(), QStringLiteral("a[b"), QStringLiteral("a]b"),
+                           QStringLiteral("a:b"), QStringLiteral("a*b"), QStringLiteral("a?b"),
+                           QStringLiteral("a/b"), QStringLiteral("a\\b"), QStringLiteral("'ab"),
+                           QStringLiteral("ab'"), QString(32, u'x'), QStringLiteral("SHEET1")};
+    for (const QString &name : bad) {
+        SCOPED_TRACE(name.toStdString());
+        try {
+            added.setName(name);
+            ADD_FAILURE() << "accepted";
+        } catch (const xlsx::Error &e) {
+            EXPECT_FALSE(e.description().isEmpty());
+        }
+    }
+    added.setName(QString(31, u'表'));
+    added.setName(QStringLiteral("财务数据欠收表"));
+    added.setCellValue(1, 1, QStringLiteral("x"));
+    EXPECT_EQ(book->worksheet(QStringLiteral("财务数据欠收表")), &added);
+    EXPECT_THROW(book->worksheet(3), xlsx::Error);
+    book->save();
+    EXPECT_EQ(dumpWorkbook(path)[QStringLiteral("sheets")].toArray(),
+              (QJsonArray{QStringLiteral("Sheet1"), QStringLiteral("财务数据欠收表")}));
+}
