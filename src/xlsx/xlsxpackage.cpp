@@ -142,7 +142,7 @@ void Package::put(const QString &name, QByteArray content)
             entry->removed = false;
         } else {
             m_index.insert(name.toLower(), m_entries.size());
-            m_entries.push_back(Entry{name, false, false, false, {}, nullptr});
+            m_entries.push_back(Entry{.name = name, .content = {}, .compressed = nullptr});
             entry = &m_entries.back();
         }
     }
