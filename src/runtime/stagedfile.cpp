@@ -1,0 +1,182 @@
+#include "runtime/stagedfile.h"
+
+#include "runtime/runtimeerror.h"
+#include "runtime/tempfilecleanup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace quorvale {
+
+namespace {
+
+QString shown(const QString &path)
+{
+    return QDir::toNativeSeparators(path);
+}
+
+[[noreturn]] void fail(const QString &target, const QString &why)
+{
+    throw RuntimeError(ErrorNumber::PathFileAccessError,
+                       QStringLiteral("无法保存“%1”：%2").arg(shown(target), why));
+}
+
+} // namespace
+
+QString fileErrorText(int errorNumber)
+{
+#ifdef ENOSPC
+    if (errorNumber == ENOSPC)
+        return QStringLiteral("磁盘空间不足");
+#endif
+    return QString::fromLocal8Bit(std::strerror(errorNumber));
+}
+
+// A file that remembers the errno of the first write that failed, so the
+// message can name the cause instead of Qt's generic one.
+class StagedFile::CheckedFile : public QFile {
+  public:
+    using QFile::QFile;
+    int failure = 0;
+
+  protected:
+    qint64 writeData(const char *data, qint64 length) override
+    {
+        errno = 0;
+        const qint64 written = QFile::writeData(data, length);
+        if (written != length && failure == 0)
+            failure = errno ? errno : EIO;
+        return written;
+    }
+};
+
+StagedFile::StagedFile(QString target) : m_target(std::move(target))
+{
+    const QFileInfo info(m_target);
+    const QFileInfo folder(info.absolutePath());
+    if (!folder.exists())
+        fail(m_target, QStringLiteral("文件夹“%1”不存在").arg(shown(folder.absoluteFilePath())));
+    if (!folder.isDir())
+        fail(m_target, QStringLiteral("“%1”不是文件夹").arg(shown(folder.absoluteFilePath())));
+    if (info.isDir())
+        fail(m_target, QStringLiteral("同名的文件夹已存在"));
+    // The read-only flag is honoured even where the account could override it
+    // (an administrator), as Excel does.
+    if (info.exists() && (!info.isWritable() || !(info.permissions() & QFile::WriteOwner)))
+        throw RuntimeError(ErrorNumber::PermissionDenied,
+                           QStringLiteral("无法保存“%1”：文件为只读，或正被其他程序使用")
+                               .arg(shown(m_target)));
+    const QString temp = info.absoluteDir().filePath(
+        QStringLiteral(".%1.%2.%3.tmp")
+            .arg(info.fileName())
+            .arg(QCoreApplication::applicationPid())
+            .arg(QRandomGenerator::global()->generate() & 0xffff, 4, 16, QLatin1Char('0')));
+    m_file = std::make_unique<CheckedFile>(temp);
+    registerTemporaryFile(temp);
+    // Unbuffered, so each failing write is seen with its own errno.
+    if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+        unregisterTemporaryFile(temp);
+        if (!folder.isWritable() || !(folder.permissions() & QFile::WriteOwner))
+            fail(m_target, QStringLiteral("文件夹为只读，不能写入"));
+        fail(m_target, m_file->errorString());
+    }
+}
+
+StagedFile::~StagedFile()
+{
+    if (m_committed)
+        return;
+    m_file->close();
+    QFile::remove(m_file->fileName());
+    unregisterTemporaryFile(m_file->fileName());
+}
+
+QString StagedFile::temporaryPath() const
+{
+    return m_file->fileName();
+}
+
+QIODevice &StagedFile::device()
+{
+    return *m_file;
+}
+
+void StagedFile::finish()
+{
+    if (m_finished)
+        return;
+    if (m_file->failure)
+        fail(m_target, fileErrorText(m_file->failure));
+    if (!m_file->flush())
+        fail(m_target, m_file->failure ? fileErrorText(m_file->failure) : m_file->errorString());
+#ifdef Q_OS_WIN
+    const int synced = ::_commit(m_file->handle());
+#else
+    const int synced = ::fsync(m_file->handle());
+#endif
+    if (synced != 0)
+        fail(m_target, fileErrorText(errno));
+    m_file->close();
+    if (m_file->error() != QFileDevice::NoError)
+        fail(m_target, m_file->errorString());
+    // A temporary file is private to its owner; the output is an ordinary file.
+    QFile::setPermissions(m_file->fileName(), QFile::ReadOwner | QFile::WriteOwner |
+                                                  QFile::ReadUser | QFile::WriteUser |
+                                                  QFile::ReadGroup | QFile::ReadOther);
+    m_finished = true;
+}
+
+void StagedFile::commit()
+{
+    finish();
+    const QByteArray from = QFile::encodeName(m_file->fileName());
+    const QByteArray to = QFile::encodeName(QFileInfo(m_target).absoluteFilePath());
+#ifdef Q_OS_WIN
+    QFile::remove(m_target);
+    const bool renamed = QFile::rename(m_file->fileName(), m_target);
+    const int error = renamed ? 0 : EACCES;
+#else
+    const bool renamed = std::rename(from.constData(), to.constData()) == 0;
+    const int error = renamed ? 0 : errno;
+#endif
+    if (!renamed)
+        fail(m_target, fileErrorText(error));
+    unregisterTemporaryFile(m_file->fileName());
+    m_committed = true;
+}
+
+bool isSameFile(const QString &a, const QString &b)
+{
+    const QFileInfo fa(a), fb(b);
+#ifndef Q_OS_WIN
+    struct stat sa {}, sb {};
+    if (::stat(QFile::encodeName(a).constData(), &sa) == 0 &&
+        ::stat(QFile::encodeName(b).constData(), &sb) == 0)
+        return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
+#endif
+    // A file that does not exist yet: compare where it would be created.
+    const QString dirA = QFileInfo(fa.absolutePath()).canonicalFilePath();
+    const QString dirB = QFileInfo(fb.absolutePath()).canonicalFilePath();
+    if (dirA.isEmpty() || dirB.isEmpty())
+        return fa.absoluteFilePath() == fb.absoluteFilePath();
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+    const Qt::CaseSensitivity cs = Qt::CaseInsensitive;
+#else
+    const Qt::CaseSensitivity cs = Qt::CaseSensitive;
+#endif
+    return dirA.compare(dirB, cs) == 0 && fa.fileName().compare(fb.fileName(), cs) == 0;
+}
+
+} // namespace quorvale

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+#include <memory>
+
+namespace quorvale {
+
+// One output file written the safe way: into a temporary file beside the
+// target, every write and the close checked, synced to disk, and renamed
+// over the target only when complete. Until commit() the target is
+// untouched; destroying an uncommitted file removes the temporary, and so
+// does a SIGINT/SIGTERM/SIGHUP (see tempfilecleanup.h).
+//
+// Failures throw RuntimeError with a message naming the file and the cause
+// ("磁盘空间不足" for a full disk, the system's own text otherwise).
+class StagedFile {
+  public:
+    // Checks that the target can be written (its folder exists and is
+    // writable, it is not a folder) and creates the temporary file.
+    explicit StagedFile(QString target);
+    ~StagedFile();
+    StagedFile(const StagedFile &) = delete;
+    StagedFile &operator=(const StagedFile &) = delete;
+
+    const QString &target() const { return m_target; }
+    QString temporaryPath() const;
+    // Where the content goes; writes that fail are remembered with their cause.
+    QIODevice &device();
+
+    // Flushes, syncs and closes the temporary file; throws on any failure
+    // seen since it was opened.
+    void finish();
+    // Renames the finished temporary file over the target.
+    void commit();
+
+  private:
+    class CheckedFile;
+    QString m_target;
+    std::unique_ptr<CheckedFile> m_file;
+    bool m_finished = false;
+    bool m_committed = false;
+};
+
+// The text for a failed file operation's errno: the full-disk case in the
+// users' words, anything else as the system says it.
+QString fileErrorText(int errorNumber);
+
+// Whether two paths name the same file: the same inode when both exist,
+// otherwise the same canonical folder and name (ignoring case where the
+// file system does).
+bool isSameFile(const QString &a, const QString &b);
+
+} // namespace quorvale

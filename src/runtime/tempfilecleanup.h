@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+namespace quorvale {
+
+// Temporary files that must not outlive the process: an output half-written
+// when the user presses Ctrl-C or a scheduler stops the run. Registered
+// paths are removed by the signal handlers that installCleanupOnSignals()
+// sets up for SIGINT, SIGTERM and SIGHUP, which then end the process with
+// 128 + the signal number (130, 143, 129).
+void registerTemporaryFile(const QString &path);
+void unregisterTemporaryFile(const QString &path);
+void installCleanupOnSignals();
+
+} // namespace quorvale

@@ -1,0 +1,61 @@
+#include "runtime/writerlock.h"
+
+#include "runtime/runtimeerror.h"
+#include "runtime/tempfilecleanup.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLockFile>
+
+namespace quorvale {
+
+QString WriterLock::lockPathOf(const QString &target)
+{
+    const QFileInfo info(target);
+    return info.absoluteDir().filePath(QStringLiteral(".%1.lock").arg(info.fileName()));
+}
+
+WriterLock::WriterLock(const QString &target, std::chrono::milliseconds timeout,
+                       const Waiting &waiting)
+    : m_lock(std::make_unique<QLockFile>(lockPathOf(target))), m_path(lockPathOf(target))
+{
+    // An export may run for minutes: only a dead owner makes a lock stale.
+    m_lock->setStaleLockTime(0);
+    if (!m_lock->tryLock(0)) {
+        if (m_lock->error() != QLockFile::LockFailedError) {
+            m_lock.reset();
+            return;
+        }
+        qint64 pid = 0;
+        QString host, application;
+        m_lock->getLockInfo(&pid, &host, &application);
+        if (waiting)
+            waiting(QStringLiteral("waiting for another Quorvale writer (process %1) to finish "
+                                   "with %2")
+                        .arg(pid)
+                        .arg(QDir::toNativeSeparators(target)));
+        if (!m_lock->tryLock(int(timeout.count()))) {
+            if (m_lock->error() != QLockFile::LockFailedError) {
+                m_lock.reset();
+                return;
+            }
+            throw RuntimeError(ErrorNumber::PermissionDenied,
+                               QStringLiteral("无法保存“%1”：另一个 Quorvale 进程（%2）正在写入该文件，"
+                                              "等待 %3 秒后仍未结束")
+                                   .arg(QDir::toNativeSeparators(target))
+                                   .arg(pid)
+                                   .arg(timeout.count() / 1000));
+        }
+    }
+    registerTemporaryFile(m_path);
+}
+
+WriterLock::~WriterLock()
+{
+    if (!m_lock)
+        return;
+    m_lock->unlock();
+    unregisterTemporaryFile(m_path);
+}
+
+} // namespace quorvale
