@@ -13,6 +13,8 @@
 #include <quazip/quazipfile.h>
 #include <quazip/quazipnewinfo.h>
 
+#include <algorithm>
+
 namespace quorvale::xlsx {
 
 namespace {
@@ -26,6 +28,20 @@ constexpr int CompressionLevel = 1;
     throw Error(ErrorNumber::WorkbookError,
                        QStringLiteral("“%1”不是有效的 Excel 工作簿（.xlsx），或文件已损坏")
                            .arg(Package::displayName(path)));
+}
+
+// Any real workbook's parts stay far below these; a part beyond them is a
+// damaged or hostile file.
+constexpr quint64 MaxParsedPartSize = quint64(1) << 30;
+constexpr quint64 RatioCheckedFrom = quint64(100) << 20;
+constexpr quint64 MaxCompressionRatio = 500;
+
+[[noreturn]] void partTooLarge(const QString &part, quint64 size)
+{
+    throw Error(ErrorNumber::WorkbookError,
+                QStringLiteral("工作簿部分“%1”解压后过大（至少 %2 MB），文件可能已损坏，已拒绝读取")
+                    .arg(part)
+                    .arg(size >> 20));
 }
 
 QDateTime entryTime()
@@ -122,10 +138,34 @@ QByteArray Package::readOriginal(const QString &name) const
         return {};
     const Entry *entry = &m_entries[*it];
     m_reader->setCurrentFile(entry->name, QuaZip::csSensitive);
+    QuaZipFileInfo64 info;
+    if (!m_reader->getCurrentFileInfo(&info))
+        notAWorkbook(m_path);
+    // A part is expanded in memory to be parsed: a zip bomb is refused before
+    // it is, and the declared size is not trusted while reading either.
+    const bool tooLarge = info.uncompressedSize > MaxParsedPartSize;
+    const bool bomb = info.uncompressedSize > RatioCheckedFrom &&
+                      info.uncompressedSize > MaxCompressionRatio * std::max<quint64>(
+                                                  info.compressedSize, 1);
+    if (tooLarge || bomb)
+        partTooLarge(entry->name, info.uncompressedSize);
     QuaZipFile file(m_reader.get());
     if (!file.open(QIODevice::ReadOnly))
         notAWorkbook(m_path);
-    QByteArray content = file.readAll();
+    QByteArray content;
+    content.reserve(qsizetype(info.uncompressedSize));
+    char chunk[1 << 16];
+    for (;;) {
+        const qint64 n = file.read(chunk, sizeof chunk);
+        if (n < 0)
+            notAWorkbook(m_path);
+        if (n == 0)
+            break;
+        if (quint64(content.size() + n) > std::min<quint64>(info.uncompressedSize,
+                                                             MaxParsedPartSize))
+            partTooLarge(entry->name, quint64(content.size() + n));
+        content.append(chunk, n);
+    }
     file.close();
     if (file.getZipError() != UNZ_OK)
         notAWorkbook(m_path);
@@ -170,29 +210,12 @@ void Package::remove(const QString &name)
         entry->removed = true;
 }
 
-void Package::save(const QString &path) const
+void Package::write(QIODevice &out, const QString &target) const
 {
-    const QString shown = displayName(path);
-    // The read-only flag is honoured even where the account could override it
-    // (an administrator), as Excel does.
-    constexpr QFile::Permissions writable = QFile::WriteOwner;
-    const QFileInfo target(path);
-    if (target.exists() && (!target.isWritable() || !(target.permissions() & writable)))
-        throw Error(ErrorNumber::PermissionDenied,
-                           QStringLiteral("无法保存“%1”：文件为只读，或正被其他程序使用").arg(shown));
-    const QFileInfo folder(target.absolutePath());
-    QSaveFile out(path);
-    if (!(folder.permissions() & writable))
-        throw Error(ErrorNumber::PathFileAccessError,
-                           QStringLiteral("无法保存“%1”：文件夹为只读，不能写入").arg(shown));
-    if (!out.open(QIODevice::WriteOnly))
-        throw Error(ErrorNumber::PathFileAccessError,
-                           QStringLiteral("无法保存“%1”：不能在该文件夹中写入文件（%2）")
-                               .arg(shown, out.errorString()));
+    const QString shown = displayName(target);
     auto fail = [&](const QString &why) {
-        out.cancelWriting();
         throw Error(ErrorNumber::PathFileAccessError,
-                           QStringLiteral("无法保存“%1”：%2").arg(shown, why));
+                    QStringLiteral("无法保存“%1”：%2").arg(shown, why));
     };
     QuaZip zip(&out);
     zip.setAutoClose(false);
@@ -244,6 +267,37 @@ void Package::save(const QString &path) const
     zip.close();
     if (zip.getZipError() != ZIP_OK)
         fail(out.errorString());
+}
+
+void Package::save(const QString &path) const
+{
+    const QString shown = displayName(path);
+    // The read-only flag is honoured even where the account could override it
+    // (an administrator), as Excel does.
+    constexpr QFile::Permissions writable = QFile::WriteOwner;
+    const QFileInfo target(path);
+    if (target.exists() && (!target.isWritable() || !(target.permissions() & writable)))
+        throw Error(ErrorNumber::PermissionDenied,
+                    QStringLiteral("无法保存“%1”：文件为只读，或正被其他程序使用").arg(shown));
+    const QFileInfo folder(target.absolutePath());
+    if (!folder.exists())
+        throw Error(ErrorNumber::PathFileAccessError,
+                    QStringLiteral("无法保存“%1”：文件夹“%2”不存在")
+                        .arg(shown, displayName(folder.absoluteFilePath())));
+    QSaveFile out(path);
+    if (!(folder.permissions() & writable))
+        throw Error(ErrorNumber::PathFileAccessError,
+                    QStringLiteral("无法保存“%1”：文件夹为只读，不能写入").arg(shown));
+    if (!out.open(QIODevice::WriteOnly))
+        throw Error(ErrorNumber::PathFileAccessError,
+                    QStringLiteral("无法保存“%1”：不能在该文件夹中写入文件（%2）")
+                        .arg(shown, out.errorString()));
+    try {
+        write(out, path);
+    } catch (...) {
+        out.cancelWriting();
+        throw;
+    }
     if (!out.commit())
         throw Error(ErrorNumber::PathFileAccessError,
                            QStringLiteral("无法保存“%1”：文件正被其他程序使用，或文件夹不可写入（%2）")

@@ -11,6 +11,7 @@
 
 #include "xlsx/xlsxdeflater.h"
 
+class QIODevice;
 class QuaZip;
 
 namespace quorvale::xlsx {
@@ -44,6 +45,9 @@ public:
 
     // Temporary file beside the target, renamed over it when complete.
     void save(const QString &path) const;
+    // The whole package into a device the caller makes safe; `target` names
+    // the file in messages.
+    void write(QIODevice &out, const QString &target) const;
 
     static QString displayName(const QString &path);
 

@@ -18,6 +18,8 @@ public:
 
     quint32 add(const QString &text);
     bool isModified() const { return !m_added.empty(); }
+    // Entries the table had when it was read.
+    quint32 existingCount() const { return m_existing; }
     void write(ByteSink &sink) const;
 
 private:

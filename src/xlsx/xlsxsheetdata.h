@@ -43,12 +43,33 @@ public:
     void setCell(int row, int col, const CellInput &input, SharedStrings &strings);
     void clearCell(int row, int col);
     bool hasCell(int row, int col) const;
-    bool isEmpty() const { return rows.empty() && formats.empty() && widths.empty() && merges.empty(); }
+    bool isEmpty() const
+    {
+        return rows.empty() && formats.empty() && widths.empty() && merges.empty() &&
+               clears.empty();
+    }
+    // Whether an existing cell is wiped (value, format and merges) before
+    // the written cells go in.
+    bool isCleared(int row, int col) const
+    {
+        for (const CellRange &r : clears)
+            if (row >= r.row1 && row <= r.row2 && col >= r.col1 && col <= r.col2)
+                return true;
+        return false;
+    }
+    bool clearsRow(int row) const
+    {
+        for (const CellRange &r : clears)
+            if (row >= r.row1 && row <= r.row2)
+                return true;
+        return false;
+    }
 
     std::map<int, std::vector<CellRecord>> rows;
     std::vector<FormatOp> formats;
     std::map<int, double> widths;
     std::vector<CellRange> merges;
+    std::vector<CellRange> clears;
     int maxCol = 0;
 
 private:

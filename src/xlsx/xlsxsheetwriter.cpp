@@ -164,7 +164,7 @@ void SheetWriter::write(ByteSink &out)
         } else if (local == "sheetData") {
             writeSheetData(out, xml.sliced(child.begin, child.end - child.begin), child.end,
                            contentEnd);
-        } else if (local == "mergeCells" && !m_data.merges.empty()) {
+        } else if (local == "mergeCells" && (!m_data.merges.empty() || !m_data.clears.empty())) {
             writeMergeCells(out, element);
         } else {
             out.append(element);
@@ -304,9 +304,13 @@ void SheetWriter::writeMergeCells(ByteSink &out, QByteArrayView original)
             XmlText::parseCellRef(ref.mid(colon + 1), range.row2, range.col2))
             overlaps = std::any_of(fresh.begin(), fresh.end(),
                                    [&](const CellRange &r) { return r.intersects(range); });
+        overlaps = overlaps || std::any_of(m_data.clears.begin(), m_data.clears.end(),
+                                           [&](const CellRange &r) { return r.intersects(range); });
         if (!overlaps)
             kept.push_back(text.toByteArray());
     }
+    if (kept.empty() && fresh.empty())
+        return;
     for (const CellRange &r : fresh)
         kept.push_back("<" + m_prefix + "mergeCell ref=\"" + XmlText::cellRef(r.row1, r.col1) +
                        ":" + XmlText::cellRef(r.row2, r.col2) + "\"/>");
@@ -370,8 +374,13 @@ void SheetWriter::writeSheetData(ByteSink &out, QByteArrayView startTag, qsizety
     while (haveOriginal || i < affected.size()) {
         const int ours = i < affected.size() ? affected[i] : INT_MAX;
         const int theirs = haveOriginal ? orig.number : INT_MAX;
-        if (theirs < ours) {
+        if (theirs < ours && !m_data.clearsRow(theirs)) {
             out.append(xml.sliced(copied, orig.end - copied));
+            copied = orig.end;
+            haveOriginal = nextOriginal();
+        } else if (theirs < ours) {
+            out.append(xml.sliced(copied, orig.begin - copied));
+            writeRow(out, theirs, xml.sliced(orig.begin, orig.end - orig.begin));
             copied = orig.end;
             haveOriginal = nextOriginal();
         } else if (ours < theirs) {
@@ -492,7 +501,13 @@ void SheetWriter::writeRow(ByteSink &out, int row, QByteArrayView original)
         if (col == INT_MAX)
             break;
         const CellRecord *mine = uc == col ? &ours[ourIndex] : nullptr;
-        const QByteArrayView theirs = origCol == col ? origCell : QByteArrayView();
+        QByteArrayView theirs = origCol == col ? origCell : QByteArrayView();
+        const bool wiped = !theirs.isEmpty() && m_data.isCleared(row, col);
+        if (wiped) {
+            if (hasFormula(theirs, m_formulaOpen))
+                m_overwroteFormulas = true;
+            theirs = {};
+        }
         quint32 base;
         if (!theirs.isEmpty())
             base = quint32(std::max(0, intAttribute(theirs.first(theirs.indexOf('>') + 1), "s", 0)));
@@ -503,7 +518,7 @@ void SheetWriter::writeRow(ByteSink &out, int row, QByteArrayView original)
         writeCell(out, col, mine, theirs, base);
         if (mine)
             ++ourIndex;
-        if (!theirs.isEmpty())
+        if (origCol == col)
             nextOriginalCell();
         current = col;
     }

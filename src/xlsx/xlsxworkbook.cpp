@@ -3,6 +3,7 @@
 #include "xlsx/xlsxbytesink.h"
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxpackage.h"
+#include "xlsx/xlsxpartcheck.h"
 #include "xlsx/xlsxsharedstrings.h"
 #include "xlsx/xlsxsheetdata.h"
 #include "xlsx/xlsxsheetwriter.h"
@@ -149,6 +150,12 @@ void removeTagsContaining(QByteArray &xml, QByteArrayView localName, QByteArrayV
     }
 }
 
+// Whether a worksheet's XML has a cell of type "s" (a shared-string index).
+bool refersToSharedStrings(const QByteArray &sheetXml)
+{
+    return sheetXml.contains(" t=\"s\"") || sheetXml.contains(" t='s'");
+}
+
 } // namespace
 
 Workbook::Workbook() = default;
@@ -218,29 +225,33 @@ void Workbook::loadNew()
 void Workbook::load()
 {
     m_package = Package::openFile(m_path);
-    try {
-        readParts();
-    } catch (const Error &) {
-        notAWorkbook(m_path);
-    }
+    readParts();
 }
 
 void Workbook::readParts()
 {
-    if (!m_package->contains(QStringLiteral("[Content_Types].xml")))
+    const QString contentTypesPart = QStringLiteral("[Content_Types].xml");
+    const QString packageRelsPart = QStringLiteral("_rels/.rels");
+    if (!m_package->contains(contentTypesPart) || !m_package->contains(packageRelsPart))
         notAWorkbook(m_path);
     bool ok = false;
+    const QByteArray packageRels = m_package->read(packageRelsPart);
+    checkPart(m_path, packageRelsPart, packageRels, "Relationships");
     m_workbookPart = QStringLiteral("xl/workbook.xml");
-    for (const Relationship &rel :
-         readRelationships(m_package->read(QStringLiteral("_rels/.rels")), QString(), ok))
+    for (const Relationship &rel : readRelationships(packageRels, QString(), ok))
         if (rel.type.endsWith(QLatin1String("/officeDocument")))
             m_workbookPart = rel.target;
     if (!m_package->contains(m_workbookPart))
         notAWorkbook(m_path);
     m_workbookRelsPart = relsPartOf(m_workbookPart);
-    m_contentTypesXml = m_package->read(QStringLiteral("[Content_Types].xml"));
+    m_contentTypesXml = m_package->read(contentTypesPart);
+    checkPart(m_path, contentTypesPart, m_contentTypesXml, "Types");
     m_workbookXml = m_package->read(m_workbookPart);
+    checkPart(m_path, m_workbookPart, m_workbookXml, "workbook");
+    if (!m_package->contains(m_workbookRelsPart))
+        notAWorkbook(m_path);
     m_relsXml = m_package->read(m_workbookRelsPart);
+    checkPart(m_path, m_workbookRelsPart, m_relsXml, "Relationships");
     const auto rels = readRelationships(m_relsXml, m_workbookPart, ok);
     if (!ok)
         notAWorkbook(m_path);
@@ -291,11 +302,39 @@ void Workbook::readParts()
         else if (rel.type.endsWith(QLatin1String("/calcChain")))
             m_calcChainPart = rel.target;
     }
-    m_styles = std::make_unique<StyleSheet>(
-        m_stylesPart.isEmpty() ? StyleSheet::defaultXml() : m_package->read(m_stylesPart));
-    m_strings = m_stringsPart.isEmpty()
-                    ? std::make_unique<SharedStrings>()
-                    : std::make_unique<SharedStrings>(m_package->read(m_stringsPart));
+    if (m_stylesPart.isEmpty()) {
+        m_styles = std::make_unique<StyleSheet>(StyleSheet::defaultXml());
+    } else {
+        if (!m_package->contains(m_stylesPart))
+            damagedPart(m_path, m_stylesPart, QStringLiteral("工作簿引用了它，但它不存在"));
+        QByteArray styles = m_package->read(m_stylesPart);
+        checkPart(m_path, m_stylesPart, styles, "styleSheet");
+        m_styles = std::make_unique<StyleSheet>(std::move(styles));
+    }
+    readSharedStrings();
+}
+
+void Workbook::readSharedStrings()
+{
+    if (m_stringsPart.isEmpty()) {
+        // New strings would take the indexes that existing cells already
+        // point at, so a sheet referring to a table that is not there is a
+        // damaged workbook, not an empty table.
+        for (const auto &sheet : m_sheets)
+            if (refersToSharedStrings(m_package->read(sheet->partName())))
+                damagedPart(m_path, QStringLiteral("xl/sharedStrings.xml"),
+                            QStringLiteral("它不存在，但工作表“%1”引用了其中的文字")
+                                .arg(sheet->name()));
+        m_strings = std::make_unique<SharedStrings>();
+        return;
+    }
+    if (!m_package->contains(m_stringsPart))
+        damagedPart(m_path, m_stringsPart, QStringLiteral("工作簿引用了它，但它不存在"));
+    QByteArray xml = m_package->read(m_stringsPart);
+    const int items = checkPart(m_path, m_stringsPart, xml, "sst", "si");
+    m_strings = std::make_unique<SharedStrings>(std::move(xml));
+    if (m_strings->existingCount() != quint32(items))
+        damagedPart(m_path, m_stringsPart, QStringLiteral("条目无法识别"));
 }
 
 Worksheet &Workbook::worksheet(int index)
@@ -402,6 +441,11 @@ Worksheet &Workbook::addWorksheetAfterLast()
     return *m_sheets.back();
 }
 
+QByteArray Workbook::originalPart(const Worksheet &sheet) const
+{
+    return m_package->readOriginal(sheet.partName());
+}
+
 void Workbook::sheetRenamed(Worksheet &sheet)
 {
     for (const SheetTag &tag : sheetTags(m_workbookXml, m_relPrefix)) {
@@ -449,6 +493,18 @@ void Workbook::dropCalcChain()
 
 void Workbook::save()
 {
+    prepareParts();
+    m_package->save(m_path);
+}
+
+void Workbook::write(QIODevice &out)
+{
+    prepareParts();
+    m_package->write(out, m_path);
+}
+
+void Workbook::prepareParts()
+{
     bool formulasOverwritten = false;
     for (const auto &sheet : m_sheets) {
         if (!sheet->isModified())
@@ -488,7 +544,6 @@ void Workbook::save()
             if (m_package->read(part) != *xml)
                 m_package->put(part, *xml);
     }
-    m_package->save(m_path);
 }
 
 } // namespace quorvale::xlsx

@@ -14,6 +14,8 @@
 #include <memory>
 #include <vector>
 
+class QIODevice;
+
 namespace quorvale::xlsx {
 
 class Package;
@@ -46,18 +48,24 @@ public:
 
     // Writes a temporary file beside the target and renames it over the target.
     void save();
+    // Writes the whole workbook into a device that the caller makes safe
+    // (a temporary file it syncs and renames with other outputs).
+    void write(QIODevice &out);
 
     // Internal plumbing for Worksheet.
     bool isNameTaken(const QString &name, const Worksheet *except) const;
     void sheetRenamed(Worksheet &sheet);
     void sheetVisibilityChanged(Worksheet &sheet);
     SharedStrings &sharedStrings() { return *m_strings; }
+    QByteArray originalPart(const Worksheet &sheet) const;
 
 private:
     Workbook();
     void load();
     void loadNew();
     void readParts();
+    void prepareParts();
+    void readSharedStrings();
     void addPart(const QString &part, const char *relType, const char *contentType);
     void dropCalcChain();
     QString uniqueDefaultName() const;

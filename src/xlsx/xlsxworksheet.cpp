@@ -4,6 +4,10 @@
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxsheetdata.h"
 #include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxxmltext.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace quorvale::xlsx {
 
@@ -178,6 +182,51 @@ void Worksheet::merge(int row1, int col1, int row2, int col2)
             if (row != r.row1 || col != r.col1)
                 m_data->clearCell(row, col);
     m_data->merges.push_back(r);
+}
+
+void Worksheet::clearRange(int row1, int col1, int row2, int col2)
+{
+    m_data->clears.push_back(checkedRange(row1, col1, row2, col2));
+}
+
+Worksheet::Extent Worksheet::originalExtent() const
+{
+    Extent extent;
+    if (m_isNew)
+        return extent;
+    const QByteArray xml = m_book.originalPart(*this);
+    const QByteArrayView text(xml);
+    std::vector<bool> headerCells;
+    qsizetype pos = 0;
+    XmlTag tag;
+    int row = 0, col = 0;
+    bool inCell = false;
+    while (XmlText::nextTag(text, pos, tag)) {
+        const QByteArrayView local = tag.localName();
+        if (local == "row" && !tag.closing) {
+            const auto r = XmlText::rawAttribute(text.sliced(tag.begin, tag.end - tag.begin), "r");
+            row = r ? r->toInt() : row + 1;
+            col = 0;
+        } else if (local == "c") {
+            inCell = !tag.closing && !tag.selfClosing;
+            if (tag.closing)
+                continue;
+            int r = 0, c = 0;
+            const auto ref = XmlText::rawAttribute(text.sliced(tag.begin, tag.end - tag.begin), "r");
+            col = ref && XmlText::parseCellRef(*ref, r, c) ? c : col + 1;
+        } else if (inCell && !tag.closing && (local == "v" || local == "is")) {
+            extent.lastRow = std::max(extent.lastRow, row);
+            if (row == 1 && col >= 1 && col <= MaxCols) {
+                if (headerCells.size() <= size_t(col))
+                    headerCells.resize(size_t(col) + 1);
+                headerCells[size_t(col)] = true;
+            }
+        }
+    }
+    while (size_t(extent.headerColumns + 1) < headerCells.size() &&
+           headerCells[size_t(extent.headerColumns + 1)])
+        ++extent.headerColumns;
+    return extent;
 }
 
 } // namespace quorvale::xlsx

@@ -52,6 +52,17 @@ public:
     void setRangeBorders(int row1, int col1, int row2, int col2, int lineStyle = 1);
     // Keeps the top-left value and clears the others, as Excel does.
     void merge(int row1, int col1, int row2, int col2);
+    // Wipes the existing cells of the range (values, formats, merges) before
+    // anything written now goes in; cells outside it are kept.
+    void clearRange(int row1, int col1, int row2, int col2);
+
+    // What the sheet held when it was opened: its last row with a value, and
+    // how many cells of row 1, from column A on, hold a value (a header).
+    struct Extent {
+        int lastRow = 0;
+        int headerColumns = 0;
+    };
+    Extent originalExtent() const;
 
     // Internal plumbing for Workbook.
     QString partName() const { return m_partName; }
