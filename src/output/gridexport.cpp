@@ -1,13 +1,16 @@
 #include "output/gridexport.h"
 
 #include "output/headermerge.h"
-#include "runtime/runtimeerror.h"
+#include "output/workbooktarget.h"
+#include "runtime/outputset.h"
 #include "runtime/vb.h"
 #include "ui/flexgrid.h"
 #include "xlsx/xlsxworkbook.h"
 #include "xlsx/xlsxworksheet.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace quorvale {
 
@@ -29,22 +32,26 @@ xlsx::Worksheet &targetSheet(xlsx::Workbook &book, const QString &name)
     return added;
 }
 
-void writeWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                   const ExportOptions &options)
+} // namespace
+
+void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<int> &chosenColumns,
+                      ExportVariant variant, const QString &sheetName)
 {
-    // A new workbook is saved only once it is complete, so a failed export
-    // leaves no empty file behind.
-    const std::unique_ptr<xlsx::Workbook> book = QFileInfo::exists(options.path)
-                                                     ? xlsx::Workbook::open(options.path)
-                                                     : xlsx::Workbook::create(options.path);
-    xlsx::Worksheet &sheet = targetSheet(*book, options.sheet);
+    xlsx::Worksheet &sheet = targetSheet(book, sheetName);
     sheet.setVisible(true);
 
     const int columns = int(chosenColumns.size());
+    // A rewritten sheet shows exactly the new rows: the block an earlier
+    // export wrote (its header's columns, down to its last row) is wiped
+    // first; anything the user added to the right of it stays.
+    const xlsx::Worksheet::Extent before = sheet.originalExtent();
+    if (before.lastRow > 0)
+        sheet.clearRange(1, 1, before.lastRow, std::max({columns, before.headerColumns, 1}));
+
     for (int k = 1; k <= columns; ++k)
         sheet.setColumnWidth(k, grid.ColWidth(chosenColumns[k - 1]) / kTwipsPerWidthUnit);
 
-    const int textColumn = textColumnOf(options.variant);
+    const int textColumn = textColumnOf(variant);
     const int rows = grid.Rows();
     for (int r = 0; r < rows; ++r) {
         for (int k = 1; k <= columns; ++k) {
@@ -76,20 +83,16 @@ void writeWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
         for (const HeaderMerge &m : headerMerges(upper, lower))
             sheet.merge(m.row1, m.col1, m.row2, m.col2);
     }
-
-    book->save();
 }
-
-} // namespace
 
 void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
                          const ExportOptions &options)
 {
-    try {
-        writeWorkbook(grid, chosenColumns, options);
-    } catch (const xlsx::Error &e) {
-        throw RuntimeError(e.number(), e.description());
-    }
+    WorkbookTarget target(options.path);
+    target.writeGrid(grid, chosenColumns, options.variant, options.sheet);
+    OutputSet outputs;
+    target.stage(outputs);
+    outputs.commit();
 }
 
 QString exportTargetPath(const QString &chosen)

@@ -8,11 +8,15 @@
 namespace quorvale {
 
 class FlexGrid;
+namespace xlsx {
+class Workbook;
+}
 
 // Writes the chosen source columns (in the given order, packed to the left)
 // into options.sheet of the workbook at options.path and saves it. Every row
 // is written, row 0 being the header; the workbook is written in one piece
-// or not at all. Errors are RuntimeError with a description fit for the user.
+// or not at all, locked against other writers (WorkbookTarget). Errors are
+// RuntimeError with a description fit for the user.
 //
 // The formatting follows the export's steps in order: row 1 centred, borders
 // round the written block, row 1 in 14 pt, rows 2 and 3 in 10 pt, then the
@@ -21,6 +25,12 @@ class FlexGrid;
 // A grid with two fixed rows gets its header merged (see headerMerges).
 void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
                          const ExportOptions &options);
+
+// The same into a workbook already open (one save for several sheets). A
+// sheet that exists is rewritten: the block an earlier export wrote there is
+// wiped first, cells outside it are kept. Throws xlsx::Error.
+void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<int> &chosenColumns,
+                      ExportVariant variant, const QString &sheet);
 
 // The file a chosen name stands for: an existing file as it is; a new name
 // without extension, or with the legacy ".xls" that could only hold the old

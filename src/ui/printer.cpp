@@ -7,6 +7,7 @@
 #include <QMarginsF>
 #include <QPageLayout>
 #include <QPageSize>
+#include <QPdfWriter>
 #include <QPrinter>
 #include <QPrinterInfo>
 
@@ -23,11 +24,15 @@ RuntimeError printerError()
 
 } // namespace
 
+QPageLayout Printer::defaultPageLayout()
+{
+    return QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait, QMarginsF(10, 10, 10, 10),
+                       QPageLayout::Millimeter);
+}
+
 void Printer::applyDefaultPageSetup(QPrinter &printer)
 {
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    printer.setPageOrientation(QPageLayout::Portrait);
-    printer.setPageMargins(QMarginsF(10, 10, 10, 10), QPageLayout::Millimeter);
+    printer.setPageLayout(defaultPageLayout());
 }
 
 std::unique_ptr<Printer> Printer::defaultPrinter()
@@ -51,12 +56,29 @@ std::unique_ptr<Printer> Printer::pdfFile(const QString &path)
     return std::unique_ptr<Printer>(new Printer(std::move(printer)));
 }
 
+std::unique_ptr<Printer> Printer::pdf(QIODevice &device, const QPageLayout &layout,
+                                      int resolution)
+{
+    auto writer = std::make_unique<QPdfWriter>(&device);
+    writer->setResolution(resolution);
+    writer->setPageLayout(layout);
+    return std::unique_ptr<Printer>(new Printer(std::unique_ptr<QPagedPaintDevice>(std::move(writer))));
+}
+
 Printer::Printer(std::unique_ptr<QPrinter> owned) : Printer(owned.get())
 {
     m_owned = std::move(owned);
 }
 
-Printer::Printer(QPrinter *device) : m_printer(device)
+Printer::Printer(std::unique_ptr<QPagedPaintDevice> owned) : m_device(owned.get())
+{
+    m_owned = std::move(owned);
+    ensureCjkFontSubstitutes();
+    m_font = QFont(QStringLiteral("宋体"));
+    m_font.setPointSizeF(9);
+}
+
+Printer::Printer(QPrinter *device) : m_device(device), m_printer(device)
 {
     ensureCjkFontSubstitutes();
     m_font = QFont(QStringLiteral("宋体"));
@@ -66,7 +88,7 @@ Printer::Printer(QPrinter *device) : m_printer(device)
 Printer::~Printer()
 {
     if (m_started && !m_ended) {
-        if (m_owned)
+        if (m_owned && m_printer)
             m_printer->abort();
         if (m_painter.isActive())
             m_painter.end();
@@ -75,12 +97,12 @@ Printer::~Printer()
 
 double Printer::ScaleWidth() const
 {
-    return m_printer->width() * 1440.0 / m_printer->logicalDpiX();
+    return m_device->width() * 1440.0 / m_device->logicalDpiX();
 }
 
 double Printer::ScaleHeight() const
 {
-    return m_printer->height() * 1440.0 / m_printer->logicalDpiY();
+    return m_device->height() * 1440.0 / m_device->logicalDpiY();
 }
 
 void Printer::setFontName(const QString &name)
@@ -102,25 +124,25 @@ void Printer::setFontBold(bool bold)
 
 double Printer::TextWidth(const QString &text) const
 {
-    const QFontMetricsF metrics(m_font, m_printer);
+    const QFontMetricsF metrics(m_font, m_device);
     double widest = 0;
     for (const QString &line : text.split(QLatin1Char('\n')))
         widest = qMax(widest, metrics.horizontalAdvance(line));
-    return widest * 1440.0 / m_printer->logicalDpiX();
+    return widest * 1440.0 / m_device->logicalDpiX();
 }
 
 double Printer::TextHeight(const QString &text) const
 {
-    const QFontMetricsF metrics(m_font, m_printer);
+    const QFontMetricsF metrics(m_font, m_device);
     const auto lines = text.count(QLatin1Char('\n')) + 1;
-    return lines * metrics.height() * 1440.0 / m_printer->logicalDpiY();
+    return lines * metrics.height() * 1440.0 / m_device->logicalDpiY();
 }
 
 void Printer::Print(const QString &text)
 {
     start();
     if (!text.isEmpty()) {
-        const QFontMetricsF metrics(m_font, m_printer);
+        const QFontMetricsF metrics(m_font, m_device);
         m_painter.setFont(m_font);
         m_painter.drawText(QPointF(toDeviceX(m_x), toDeviceY(m_y) + metrics.ascent()), text);
     }
@@ -140,7 +162,7 @@ void Printer::Line(double x1, double y1, double x2, double y2)
 void Printer::NewPage()
 {
     start();
-    if (!m_printer->newPage())
+    if (!m_device->newPage())
         throw printerError();
     ++m_page;
     m_x = 0;
@@ -160,23 +182,23 @@ void Printer::start()
 {
     if (m_started)
         return;
-    if (!m_painter.begin(m_printer))
+    if (!m_painter.begin(m_device))
         throw printerError();
     m_started = true;
     // About half a point: visible rules at any resolution.
     QPen pen(Qt::black);
-    pen.setWidthF(m_printer->logicalDpiX() / 144.0);
+    pen.setWidthF(m_device->logicalDpiX() / 144.0);
     m_painter.setPen(pen);
 }
 
 double Printer::toDeviceX(double twips) const
 {
-    return twips * m_printer->logicalDpiX() / 1440.0;
+    return twips * m_device->logicalDpiX() / 1440.0;
 }
 
 double Printer::toDeviceY(double twips) const
 {
-    return twips * m_printer->logicalDpiY() / 1440.0;
+    return twips * m_device->logicalDpiY() / 1440.0;
 }
 
 } // namespace quorvale

@@ -5,6 +5,9 @@
 #include <QString>
 #include <memory>
 
+class QIODevice;
+class QPageLayout;
+class QPagedPaintDevice;
 class QPrinter;
 
 namespace quorvale {
@@ -20,6 +23,11 @@ class Printer {
     static std::unique_ptr<Printer> defaultPrinter();
     // A PDF file, A4 portrait; the file is written only once something is drawn.
     static std::unique_ptr<Printer> pdfFile(const QString &path);
+    // A PDF written into a device the caller makes safe (a staged file whose
+    // every write is checked), with the given paper and resolution (dpi).
+    static std::unique_ptr<Printer> pdf(QIODevice &device, const QPageLayout &layout,
+                                        int resolution = 1200);
+    static QPageLayout defaultPageLayout();
     // Draws on a printer owned elsewhere, such as the one a print preview hands out.
     explicit Printer(QPrinter *device);
     ~Printer();
@@ -53,19 +61,21 @@ class Printer {
 
     int Page() const { return m_page; } // 1 on the first page
     bool hasStarted() const { return m_started; }
-    QPrinter *device() const { return m_printer; }
+    QPagedPaintDevice *device() const { return m_device; }
 
     // Paper setup used for every target unless the user changes it.
     static void applyDefaultPageSetup(QPrinter &printer);
 
   private:
     explicit Printer(std::unique_ptr<QPrinter> owned);
+    explicit Printer(std::unique_ptr<QPagedPaintDevice> owned);
     void start();
     double toDeviceX(double twips) const;
     double toDeviceY(double twips) const;
 
-    std::unique_ptr<QPrinter> m_owned;
-    QPrinter *m_printer;
+    std::unique_ptr<QPagedPaintDevice> m_owned;
+    QPagedPaintDevice *m_device;
+    QPrinter *m_printer = nullptr; // when the device is a printer
     QPainter m_painter;
     QFont m_font;
     double m_x = 0;

@@ -1,5 +1,6 @@
 #include "ui/printerpreview.h"
 
+#include "runtime/outputset.h"
 #include "ui/printer.h"
 
 #include <QPrintPreviewDialog>
@@ -7,6 +8,18 @@
 #include <exception>
 
 namespace quorvale {
+
+void printToPdfFile(const QPrinter &settings, const std::function<void(Printer &)> &job)
+{
+    OutputSet outputs;
+    StagedFile &file = outputs.add(settings.outputFileName());
+    {
+        const auto printer = Printer::pdf(file.device(), settings.pageLayout(), settings.resolution());
+        job(*printer);
+        printer->EndDoc();
+    }
+    outputs.commit();
+}
 
 void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job)
 {
@@ -18,9 +31,14 @@ void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job
         if (failure)
             return;
         try {
-            Printer printer(target);
-            job(printer);
-            printer.EndDoc();
+            if (target->outputFormat() == QPrinter::PdfFormat &&
+                !target->outputFileName().isEmpty())
+                printToPdfFile(*target, job);
+            else {
+                Printer printer(target);
+                job(printer);
+                printer.EndDoc();
+            }
         } catch (...) {
             failure = std::current_exception();
             QMetaObject::invokeMethod(&dialog, &QDialog::reject, Qt::QueuedConnection);

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+class QPrinter;
 class QWidget;
 
 namespace quorvale {
@@ -12,5 +13,10 @@ class Printer;
 // saves a PDF. The job runs again whenever the preview's page setup changes.
 // An error thrown by the job closes the preview and is rethrown here.
 void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job);
+
+// Printing to a PDF file with the printer's paper and resolution: the file
+// is written beside the target, every write checked, and moved into place
+// only when complete. Throws RuntimeError naming the cause.
+void printToPdfFile(const QPrinter &settings, const std::function<void(Printer &)> &job);
 
 } // namespace quorvale

@@ -1,0 +1,86 @@
+#include "output/workbooktarget.h"
+
+#include "output/gridexport.h"
+#include "runtime/outputset.h"
+#include "runtime/runtimeerror.h"
+#include "xlsx/xlsxworkbook.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace quorvale {
+
+namespace {
+
+// The workbook layer's failures reach the windows as the program's errors.
+template <class Code>
+decltype(auto) asRuntimeError(Code &&code)
+{
+    try {
+        return code();
+    } catch (const xlsx::Error &e) {
+        throw RuntimeError(e.number(), e.description());
+    }
+}
+
+} // namespace
+
+QString excelOwnerFile(const QString &workbook)
+{
+    const QFileInfo info(workbook);
+    const QString name = info.fileName();
+    // Excel names it "~$" + the file name, dropping the first two characters
+    // of longer names.
+    for (const QString &owner : {QStringLiteral("~$") + name, QStringLiteral("~$") + name.mid(2)}) {
+        const QString path = info.absoluteDir().filePath(owner);
+        if (name.size() > 2 && QFileInfo(path).isFile())
+            return path;
+    }
+    return {};
+}
+
+WorkbookTarget::WorkbookTarget(QString path, const WriterLock::Waiting &waiting,
+                               std::chrono::milliseconds lockTimeout)
+    : m_path(std::move(path))
+{
+    const QString shown = QDir::toNativeSeparators(m_path);
+    const QFileInfo folder(QFileInfo(m_path).absolutePath());
+    if (!folder.isDir())
+        throw RuntimeError(ErrorNumber::PathFileAccessError,
+                           QStringLiteral("无法保存“%1”：文件夹“%2”不存在")
+                               .arg(shown, QDir::toNativeSeparators(folder.absoluteFilePath())));
+    const QString owner = excelOwnerFile(m_path);
+    if (!owner.isEmpty())
+        throw RuntimeError(ErrorNumber::PermissionDenied,
+                           QStringLiteral("无法保存“%1”：该工作簿正在 Excel 中打开（%2），请先在 "
+                                          "Excel 中关闭它")
+                               .arg(shown, QFileInfo(owner).fileName()));
+    m_lock = std::make_unique<WriterLock>(m_path, lockTimeout, waiting);
+    // Read under the lock: what another writer saved while we waited is kept.
+    m_book = asRuntimeError([&] {
+        return QFileInfo::exists(m_path) ? xlsx::Workbook::open(m_path)
+                                         : xlsx::Workbook::create(m_path);
+    });
+}
+
+WorkbookTarget::~WorkbookTarget() = default;
+
+void WorkbookTarget::writeGrid(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                               ExportVariant variant, const QString &sheet)
+{
+    asRuntimeError([&] { writeGridToSheet(*m_book, grid, chosenColumns, variant, sheet); });
+}
+
+void WorkbookTarget::stage(OutputSet &outputs)
+{
+    StagedFile &file = outputs.add(m_path);
+    try {
+        m_book->write(file.device());
+    } catch (const xlsx::Error &e) {
+        // A write that failed on the device has a better cause than the zip layer's.
+        file.finish();
+        throw RuntimeError(e.number(), e.description());
+    }
+}
+
+} // namespace quorvale

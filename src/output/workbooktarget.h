@@ -1,0 +1,53 @@
+#pragma once
+
+#include "output/exportoptions.h"
+#include "runtime/writerlock.h"
+
+#include <QString>
+#include <QVector>
+#include <chrono>
+#include <memory>
+
+namespace quorvale {
+
+class FlexGrid;
+class OutputSet;
+namespace xlsx {
+class Workbook;
+}
+
+// A workbook that exports write into. It is locked against every other
+// Quorvale writer from before it is read until the new file is in place,
+// refused while Excel has it open, and read afresh under the lock, so two
+// exports into one workbook both keep their sheets. Nothing reaches the
+// file before stage() and the OutputSet's commit. Errors are RuntimeError.
+class WorkbookTarget {
+  public:
+    static constexpr std::chrono::seconds DefaultLockTimeout{120};
+
+    explicit WorkbookTarget(QString path, const WriterLock::Waiting &waiting = {},
+                            std::chrono::milliseconds lockTimeout = DefaultLockTimeout);
+    ~WorkbookTarget();
+    WorkbookTarget(const WorkbookTarget &) = delete;
+    WorkbookTarget &operator=(const WorkbookTarget &) = delete;
+
+    const QString &path() const { return m_path; }
+
+    // Writes the chosen columns of the grid into the named sheet with the
+    // export window's rules (see writeGridToWorkbook).
+    void writeGrid(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                   ExportVariant variant, const QString &sheet);
+    // Writes the whole workbook into a new output of the set.
+    void stage(OutputSet &outputs);
+
+  private:
+    QString m_path;
+    std::unique_ptr<WriterLock> m_lock;
+    std::unique_ptr<xlsx::Workbook> m_book;
+};
+
+// The name of the owner file Excel keeps beside a workbook it has open, when
+// there is one.
+QString excelOwnerFile(const QString &workbook);
+
+} // namespace quorvale
