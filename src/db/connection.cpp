@@ -1,7 +1,8 @@
 #include "db/connection.h"
-#include "db/sqlerrortext.h"
 
+#include "db/embeddedfile.h"
 #include "db/odbcconnectionstring.h"
+#include "db/sqlerrortext.h"
 #include "runtime/runtimeerror.h"
 #include "tsql/tsqladapter.h"
 
@@ -67,6 +68,18 @@ QString Connection::embeddedConnectionString(const QString &path)
            embeddedPrefix + path + QLatin1Char('\'');
 }
 
+QString Connection::embeddedDatabasePath(const QString &dataSource)
+{
+    if (!dataSource.startsWith(embeddedPrefix, Qt::CaseInsensitive))
+        return {};
+    const QString path = dataSource.mid(embeddedPrefix.size());
+    if (!QDir::isRelativePath(path))
+        return path;
+    const QString base = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
+                                                      : QDir::currentPath();
+    return QDir(base).absoluteFilePath(path);
+}
+
 void Connection::Open()
 {
     if (isOpen())
@@ -77,14 +90,8 @@ void Connection::Open()
     if (QSqlDatabase::contains(m_name))
         QSqlDatabase::removeDatabase(m_name);
 
-    if (values.dataSource.startsWith(embeddedPrefix, Qt::CaseInsensitive)) {
-        QString path = values.dataSource.mid(embeddedPrefix.size());
-        if (QDir::isRelativePath(path)) {
-            const QString base = QCoreApplication::instance()
-                                     ? QCoreApplication::applicationDirPath()
-                                     : QDir::currentPath();
-            path = QDir(base).absoluteFilePath(path);
-        }
+    const QString path = embeddedDatabasePath(values.dataSource);
+    if (!path.isEmpty()) {
         if (!CreateIfMissing && !QFileInfo::exists(path))
             throw RuntimeError(
                 ErrorNumber::DatabaseError,
@@ -101,7 +108,16 @@ void Connection::Open()
             QSqlDatabase::removeDatabase(m_name);
             throw RuntimeError(ErrorNumber::DatabaseError, text);
         }
-        asDatabaseError([&] { TsqlAdapter::install(db); });
+        try {
+            asDatabaseError([&] { TsqlAdapter::install(db); });
+            if (!CreateIfMissing)
+                checkEmbeddedDatabase(db, path);
+        } catch (...) {
+            db.close();
+            db = QSqlDatabase();
+            QSqlDatabase::removeDatabase(m_name);
+            throw;
+        }
         m_embedded = true;
         m_adapter = std::make_unique<TsqlAdapter>(m_name);
         return;

@@ -33,6 +33,9 @@ class Connection {
 
     // The connection string that opens an embedded database file.
     static QString embeddedConnectionString(const QString &path);
+    // The file an embedded data source ("sqlite:PATH") names, a relative
+    // path taken from the program's folder; empty for a server.
+    static QString embeddedDatabasePath(const QString &dataSource);
 
     // Throws RuntimeError with the driver's text when the open fails.
     void Open();

@@ -1,6 +1,9 @@
 #include "tsql/tsqlcatalog.h"
 
+#include "tsql/tsqlerror.h"
+
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 
 namespace quorvale {
@@ -37,7 +40,11 @@ const TsqlTable *TsqlCatalog::table(const QString &name)
     q.prepare(QStringLiteral("SELECT name FROM sqlite_master WHERE type IN ('table','view') AND "
                              "name = ? COLLATE NOCASE"));
     q.addBindValue(name);
-    if (q.exec() && q.next()) {
+    // A schema that cannot be read (a damaged or locked file) is not an
+    // unknown table: say what the engine says.
+    if (!q.exec())
+        throw TsqlError(q.lastError().text());
+    if (q.next()) {
         table = std::make_shared<TsqlTable>();
         table->name = q.value(0).toString();
         q.finish();
@@ -45,7 +52,9 @@ const TsqlTable *TsqlCatalog::table(const QString &name)
         quoted.replace(QLatin1Char('"'), QLatin1String("\"\""));
         QSqlQuery info(db);
         info.setForwardOnly(true);
-        if (info.exec(QStringLiteral("PRAGMA table_info(\"%1\")").arg(quoted))) {
+        if (!info.exec(QStringLiteral("PRAGMA table_info(\"%1\")").arg(quoted)))
+            throw TsqlError(info.lastError().text());
+        {
             while (info.next()) {
                 TsqlTable::Column c;
                 c.name = info.value(1).toString();
