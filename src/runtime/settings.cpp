@@ -1,5 +1,8 @@
 #include "runtime/settings.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <memory>
 
@@ -40,9 +43,43 @@ void SettingsStore::SaveSetting(const QString &app, const QString &section, cons
                                 const QString &value)
 {
     auto store = openStore(app);
+#ifndef Q_OS_WIN
+    // Created private before anything is written, so the password is never
+    // readable by others, not even for a moment; rewrites keep the mode.
+    const QString fileName = store->fileName();
+    if (!QFileInfo::exists(fileName)) {
+        QDir().mkpath(QFileInfo(fileName).absolutePath());
+        QFile file(fileName);
+        file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
+    }
+    QFile::setPermissions(fileName, QFile::ReadOwner | QFile::WriteOwner);
+#endif
     store->beginGroup(section);
     store->setValue(key, value);
     store->sync();
+}
+
+QString SettingsStore::location(const QString &app)
+{
+    return QDir::toNativeSeparators(openStore(app)->fileName());
+}
+
+QString SettingsStore::readProblem(const QString &app)
+{
+    auto store = openStore(app);
+    const QFileInfo file(store->fileName());
+#ifndef Q_OS_WIN
+    if (file.exists() && !file.isReadable())
+        return QStringLiteral("%1 cannot be read (permission denied)")
+            .arg(QDir::toNativeSeparators(file.filePath()));
+#endif
+    store->allKeys();
+    if (store->status() == QSettings::FormatError)
+        return QStringLiteral("%1 is not a valid settings file")
+            .arg(QDir::toNativeSeparators(file.filePath()));
+    if (store->status() == QSettings::AccessError)
+        return QStringLiteral("%1 cannot be read").arg(QDir::toNativeSeparators(file.filePath()));
+    return {};
 }
 
 } // namespace quorvale

@@ -4,6 +4,8 @@
 #include "tools/commandline.h"
 #include "tools/usageerror.h"
 
+#include <QDir>
+
 namespace quorvale {
 
 AdminCommand configCommand()
@@ -21,11 +23,20 @@ AdminCommand configCommand()
         line.require(options);
         const QString app = QStringLiteral("Quorvale");
         const QString section = QStringLiteral("DBConfig");
-        SettingsStore::SaveSetting(app, section, QStringLiteral("Svr"), line.value(options[0]));
+        // A relative embedded path means the folder the command runs in now;
+        // the program would read it against its own folder later.
+        QString server = line.value(options[0]);
+        const QLatin1String embedded("sqlite:");
+        if (server.startsWith(embedded, Qt::CaseInsensitive) &&
+            QDir::isRelativePath(server.mid(embedded.size())))
+            server = embedded + QDir::cleanPath(QDir::current().absoluteFilePath(
+                                    server.mid(embedded.size())));
+        SettingsStore::SaveSetting(app, section, QStringLiteral("Svr"), server);
         SettingsStore::SaveSetting(app, section, QStringLiteral("UID"), line.value(options[1]));
         SettingsStore::SaveSetting(app, section, QStringLiteral("PWD"), line.value(options[2]));
         SettingsStore::SaveSetting(app, section, QStringLiteral("DBname"), line.value(options[3]));
-        out << "database settings written for server " << line.value(options[0]) << '\n';
+        out << "database settings written for server " << server << " to "
+            << SettingsStore::location(app) << '\n';
     };
     return command;
 }
