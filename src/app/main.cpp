@@ -1,4 +1,5 @@
 #include "runtime/application.h"
+#include "runtime/tempfilecleanup.h"
 #include "runtime/toplevelhandler.h"
 #include "reports/reportregistry.h"
 #include "ui/msgbox.h"
@@ -16,6 +17,7 @@ int main(int argc, char **argv)
 {
     quorvale::Application app(argc, argv);
     quorvale::showUnhandledErrorsInMsgBox();
+    quorvale::installCleanupOnSignals();
     app.setWindowIcon(QIcon(QPixmap::fromImage(quorvale::drawEmblem(QSize(64, 64)))));
     quorvale::registerReportWindows();
 
@@ -23,7 +25,7 @@ int main(int argc, char **argv)
         auto *login = new quorvale::FrmLogin;
         login->setAttribute(Qt::WA_DeleteOnClose);
         QPointer<quorvale::FrmLogin> guard = login;
-        if (login->load(quorvale::commandLineText(app.arguments())) && guard) {
+        if (login->load(quorvale::sessionCommandLine(app.arguments())) && guard) {
             login->adjustSize();
             if (const QScreen *screen = QGuiApplication::primaryScreen())
                 login->move(screen->availableGeometry().center() - login->rect().center());

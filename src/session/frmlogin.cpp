@@ -1,6 +1,7 @@
 #include "session/frmlogin.h"
 
 #include "runtime/runtimeerror.h"
+#include "runtime/settings.h"
 #include "runtime/toplevelhandler.h"
 #include "runtime/vb.h"
 #include "session/dbconnection.h"
@@ -257,6 +258,15 @@ void unloadLoginWindow()
 QString commandLineText(const QStringList &arguments)
 {
     return arguments.mid(1).join(QLatin1Char(' '));
+}
+
+QString sessionCommandLine(const QStringList &arguments)
+{
+    const QString allowed = SettingsStore::GetSetting(
+        QStringLiteral("Quorvale"), QStringLiteral("DBConfig"), QStringLiteral("AllowCommandLineSession"));
+    if (allowed.trimmed() == QLatin1String("0"))
+        return {};
+    return commandLineText(arguments);
 }
 
 void sessionFromCommandLine(const QString &startupArgs)

@@ -63,6 +63,12 @@ void unloadLoginWindow();
 // with blanks.
 QString commandLineText(const QStringList &arguments);
 
+// The command line the login window is given: anyone who can start the
+// program can pass a session this way, so an administrator may close that
+// door with AllowCommandLineSession=0 in the DBConfig settings (absent or 1:
+// the command line is honoured); closed, the login window shows.
+QString sessionCommandLine(const QStringList &arguments);
+
 // Copies the first ten comma-separated fields, untrimmed, into the session
 // values; fewer than ten raise error 9.
 void sessionFromCommandLine(const QString &startupArgs);
