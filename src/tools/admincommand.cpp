@@ -1,6 +1,7 @@
 #include "tools/admincommand.h"
 
 #include "runtime/runtimeerror.h"
+#include "tools/consoletext.h"
 #include "tools/refusederror.h"
 #include "tools/usageerror.h"
 
@@ -48,7 +49,7 @@ int runAdminCommand(const QList<AdminCommand> &commands, const QStringList &argu
     }
     const AdminCommand *command = findAdminCommand(commands, arguments);
     if (!command) {
-        err << prefix << "unknown command '" << arguments.first()
+        err << prefix << "unknown command '" << printableText(arguments.first())
             << "' (commands: " << commandNames(commands) << ")\n";
         err.flush();
         return AdminStatus::BadArguments;
@@ -59,15 +60,16 @@ int runAdminCommand(const QList<AdminCommand> &commands, const QStringList &argu
         status = AdminStatus::Ok;
     } catch (const UsageError &error) {
         status = AdminStatus::BadArguments;
-        err << prefix << command->name << ": " << error.message() << " (usage: quorvale-admin "
-            << command->name << ' ' << command->synopsis << ")\n";
+        err << prefix << command->name << ": " << printableText(error.message())
+            << " (usage: quorvale-admin " << command->name << ' ' << command->synopsis << ")\n";
     } catch (const RefusedError &error) {
         status = AdminStatus::Refused;
-        err << prefix << command->name << ": " << error.message() << '\n';
+        err << prefix << command->name << ": " << printableText(error.message()) << '\n';
     } catch (const RuntimeError &error) {
-        err << prefix << command->name << ": " << error.description() << '\n';
+        err << prefix << command->name << ": " << printableText(error.description()) << '\n';
     } catch (const std::exception &error) {
-        err << prefix << command->name << ": " << error.what() << '\n';
+        err << prefix << command->name << ": " << printableText(QString::fromUtf8(error.what()))
+            << '\n';
     }
     out.flush();
     err.flush();

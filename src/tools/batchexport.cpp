@@ -1,15 +1,19 @@
 #include "tools/batchexport.h"
 
+#include "db/connection.h"
 #include "db/recordset.h"
 #include "output/exportoptions.h"
 #include "output/gridexport.h"
 #include "output/gridprint.h"
+#include "output/workbooktarget.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
 #include "reports/officelist.h"
 #include "reports/reportprint.h"
+#include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
+#include "runtime/settings.h"
 #include "runtime/vb.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
@@ -27,6 +31,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QPageLayout>
 
 namespace quorvale {
 
@@ -151,6 +156,28 @@ void compute(const ReportEntry &entry, ReportParams &params, FlexGrid &grid,
                                           "nothing to export"));
 }
 
+// The window would ask whether to change the paper; unattended, the table
+// is printed anyway (shifted left) and the user told.
+void printUnattended(StagedFile &pdf, const FlexGrid &grid, const PrintTitles &titles,
+                     const BatchWarning &warning)
+{
+    setMsgBoxResponder([&warning](const MsgBoxCall &) {
+        if (warning)
+            warning(QStringLiteral("the table is wider than the paper; printed anyway, "
+                                   "shifted left"));
+        return vb::No;
+    });
+    try {
+        const auto printer = Printer::pdf(pdf.device(), Printer::defaultPageLayout());
+        PrintGrid(*printer, grid, titles, false, 0);
+        printer->EndDoc();
+    } catch (...) {
+        setMsgBoxResponder({});
+        throw;
+    }
+    setMsgBoxResponder({});
+}
+
 // The print branch's titles: the parking advance-receipt window dates them
 // with its receipt pickers, the others with today.
 PrintTitles printTitlesFor(const ReportEntry &entry, const ReportParams &params)
@@ -161,93 +188,97 @@ PrintTitles printTitlesFor(const ReportEntry &entry, const ReportParams &params)
                              pickers ? params.receiptTo : today);
 }
 
-QString siblingTempPath(const QString &target)
+// The settings the program would read, with a message that says how to
+// write them instead of the server error that empty settings end in.
+void requireSettings()
 {
-    const QFileInfo info(target);
-    return info.absoluteDir().filePath(
-        QStringLiteral(".%1.%2.tmp").arg(info.fileName()).arg(QCoreApplication::applicationPid()));
+    const QString app = QStringLiteral("Quorvale");
+    const QString problem = SettingsStore::readProblem(app);
+    if (!problem.isEmpty())
+        throw RuntimeError(ErrorNumber::FileNotFound,
+                           QStringLiteral("the database settings cannot be read: %1").arg(problem));
+    if (SettingsStore::GetSetting(app, QStringLiteral("DBConfig"), QStringLiteral("Svr")).isEmpty())
+        throw RuntimeError(ErrorNumber::FileNotFound,
+                           QStringLiteral("no database settings in %1; write them with: "
+                                          "quorvale-admin config --server SERVER --login LOGIN "
+                                          "--password PASSWORD --database DATABASE")
+                               .arg(SettingsStore::location(app)));
+}
+
+// No output may replace another output or what the run reads.
+void checkOutputPaths(const ExportRequest &request, const QString &workbook)
+{
+    const QString app = QStringLiteral("Quorvale");
+    const QString database = Connection::embeddedDatabasePath(
+        SettingsStore::GetSetting(app, QStringLiteral("DBConfig"), QStringLiteral("Svr")));
+    const QString settings = SettingsStore::location(app);
+    struct Named {
+        QString option, path;
+    };
+    QList<Named> outputs{{QStringLiteral("--xlsx"), workbook}};
+    if (!request.pdf.isEmpty()) {
+        if (isSameFile(request.pdf, workbook))
+            throw UsageError(QStringLiteral("--pdf and --xlsx name the same file %1").arg(workbook));
+        outputs.append({QStringLiteral("--pdf"), request.pdf});
+    }
+    for (const Named &output : outputs) {
+        if (!database.isEmpty() && isSameFile(output.path, database))
+            throw UsageError(QStringLiteral("%1 names the database file %2")
+                                 .arg(output.option, database));
+        if (isSameFile(output.path, settings))
+            throw UsageError(QStringLiteral("%1 names the settings file %2")
+                                 .arg(output.option, settings));
+    }
 }
 
 } // namespace
 
-BatchExportResult runBatchExport(const ExportRequest &request, const BatchProgress &progress,
-                                 const BatchWarning &warning)
+BatchExportResult runBatchExport(const ExportRequest &request, const BatchCallbacks &callbacks)
 {
     const std::optional<ReportEntry> entry = findReport(request.report);
     if (!entry)
         throw UsageError(QStringLiteral("unknown report '%1' (one of: %2)")
                              .arg(request.report, reportNames().join(QStringLiteral(", "))));
     ReportParams params = paramsFor(*entry, request);
+    BatchExportResult result;
+    result.workbook = exportTargetPath(request.xlsx);
+    result.sheet = request.sheet.isEmpty() ? entry->definition.exportTemplate : request.sheet;
+    checkOutputPaths(request, result.workbook);
+    requireSettings();
 
     connectAndSignIn(request);
     chooseOffice(*entry, request.office, params);
 
     FlexGrid grid;
     prepareReportGrid(entry->definition, grid);
-    compute(*entry, params, grid, progress);
-
-    BatchExportResult result;
+    compute(*entry, params, grid, callbacks.progress);
     result.rows = grid.Rows() - 1;
-    result.workbook = exportTargetPath(request.xlsx);
-    result.sheet = request.sheet.isEmpty() ? entry->definition.exportTemplate : request.sheet;
 
-    // The PDF is printed first into a temporary file, so that a failure of
-    // either output leaves neither half-made.
-    QString pdfTemp;
+    // Both outputs are made completely beside their targets first and moved
+    // into place together, so a failure of either changes neither.
+    OutputSet outputs;
     if (!request.pdf.isEmpty()) {
-        if (progress)
-            progress(QStringLiteral("print"), result.rows);
-        pdfTemp = siblingTempPath(request.pdf);
-        // The window would ask whether to change the paper; unattended, the
-        // table is printed anyway (shifted left) and the user told.
-        setMsgBoxResponder([&warning](const MsgBoxCall &) {
-            if (warning)
-                warning(QStringLiteral("the table is wider than the paper; printed anyway, "
-                                       "shifted left"));
-            return vb::No;
-        });
-        try {
-            auto printer = Printer::pdfFile(pdfTemp);
-            PrintGrid(*printer, grid, printTitlesFor(*entry, params), false, 0);
-        } catch (...) {
-            setMsgBoxResponder({});
-            QFile::remove(pdfTemp);
-            throw;
-        }
-        setMsgBoxResponder({});
+        if (callbacks.progress)
+            callbacks.progress(QStringLiteral("print"), result.rows);
+        StagedFile &pdf = outputs.add(request.pdf);
+        printUnattended(pdf, grid, printTitlesFor(*entry, params), callbacks.warning);
+        result.pdf = request.pdf;
     }
 
     QVector<int> chosen;
     for (int c = 0; c < grid.Cols(); ++c)
         if (!grid.TextMatrix(0, c).isEmpty())
             chosen << c;
-    ExportOptions options;
-    options.variant = entry->definition.exportVariant == ExportWindow::Variant::Customer
-                          ? ExportVariant::Customer
-                          : ExportVariant::Finance;
-    options.path = result.workbook;
-    options.sheet = result.sheet;
-    options.title = QStringLiteral("(") + params.officeName + QStringLiteral(")") +
-                    entry->definition.exportTitleSuffix;
-    if (progress)
-        progress(QStringLiteral("write"), result.rows);
-    try {
-        writeGridToWorkbook(grid, chosen, options);
-    } catch (...) {
-        if (!pdfTemp.isEmpty())
-            QFile::remove(pdfTemp);
-        throw;
-    }
-
-    if (!pdfTemp.isEmpty()) {
-        QFile::remove(request.pdf);
-        if (!QFile::rename(pdfTemp, request.pdf)) {
-            QFile::remove(pdfTemp);
-            throw RuntimeError(ErrorNumber::PathFileAccessError,
-                               QStringLiteral("cannot write %1").arg(request.pdf));
-        }
-        result.pdf = request.pdf;
-    }
+    const ExportVariant variant =
+        entry->definition.exportVariant == ExportWindow::Variant::Customer
+            ? ExportVariant::Customer
+            : ExportVariant::Finance;
+    if (callbacks.progress)
+        callbacks.progress(QStringLiteral("write"), result.rows);
+    WorkbookTarget workbook(result.workbook, callbacks.notice);
+    workbook.writeGrid(grid, chosen, variant, result.sheet);
+    workbook.stage(outputs);
+    outputs.commit();
     return result;
 }
 

@@ -26,8 +26,15 @@ using BatchWarning = std::function<void(const QString &text)>;
 // export window's rules (every titled column chosen), optionally printing
 // it to a PDF. Throws UsageError (bad request), RefusedError (sign-in,
 // office or input refused) or RuntimeError (database or file). Nothing is
-// left behind on failure: files are written whole or not at all.
-BatchExportResult runBatchExport(const ExportRequest &request, const BatchProgress &progress = {},
-                                 const BatchWarning &warning = {});
+// left behind on failure: the workbook and the PDF are written whole and
+// moved into place together, or neither changes.
+struct BatchCallbacks {
+    BatchProgress progress;
+    BatchWarning warning;
+    // Said at once, whatever the outcome: waiting for another writer.
+    BatchWarning notice;
+};
+BatchExportResult runBatchExport(const ExportRequest &request,
+                                 const BatchCallbacks &callbacks = {});
 
 } // namespace quorvale

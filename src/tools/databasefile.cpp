@@ -25,7 +25,7 @@ void pragma(const ConnectionPtr &connection, const QString &setting)
 
 void fill(const QString &path, const DatabaseFileOptions &options)
 {
-    ConnectionPtr connection = openEmbeddedDatabase(path);
+    ConnectionPtr connection = openEmbeddedDatabase(path, true);
     // Nobody uses the file before the rename: a crash leaves only a stray temporary.
     pragma(connection, QStringLiteral("synchronous = OFF"));
     pragma(connection, QStringLiteral("journal_mode = MEMORY"));

@@ -2,6 +2,7 @@
 
 #include "session/dbconnection.h"
 #include "tools/batchexport.h"
+#include "tools/consoletext.h"
 #include "tools/exportrequest.h"
 
 #include <QElapsedTimer>
@@ -52,7 +53,11 @@ AdminCommand exportCommand()
         };
         BatchExportResult result;
         try {
-            result = runBatchExport(request, progress, warning);
+            const auto notice = [](const QString &text) {
+                std::fprintf(stderr, "quorvale-admin: export: %s\n",
+                             printableText(text).toLocal8Bit().constData());
+            };
+            result = runBatchExport(request, {progress, warning, notice});
         } catch (...) {
             if (progress)
                 std::fprintf(stderr, "\n");
@@ -63,10 +68,10 @@ AdminCommand exportCommand()
         DbConn.reset();
         if (progress)
             std::fprintf(stderr, "\n");
-        out << "wrote " << result.rows << " rows to sheet " << result.sheet << " of "
-            << result.workbook;
+        out << "wrote " << result.rows << " rows to sheet " << printableText(result.sheet) << " of "
+            << printableText(result.workbook);
         if (!result.pdf.isEmpty())
-            out << " and printed them to " << result.pdf;
+            out << " and printed them to " << printableText(result.pdf);
         out << '\n';
     };
     return command;

@@ -4,9 +4,22 @@
 #include "tools/commandline.h"
 #include "tools/usageerror.h"
 
+#include <QRegularExpression>
+
 namespace quorvale {
 
 namespace {
+// A month on the command line is exactly "YYYYMM"; the window would take
+// " 202611" or "2026111" as text and find other rows.
+QString monthArgument(const QString &option, const QString &text)
+{
+    static const QRegularExpression sixDigits(QStringLiteral("^[0-9]{6}$"));
+    if (!sixDigits.match(text).hasMatch())
+        throw UsageError(
+            QStringLiteral("--%1: '%2' is not a month (use YYYYMM, six digits)").arg(option, text));
+    return text;
+}
+
 std::pair<QString, QString> splitPair(const QString &option, const QString &text)
 {
     const qsizetype colon = text.indexOf(u':');
@@ -44,16 +57,28 @@ ExportRequest parseExportRequest(const QStringList &arguments)
     r.pdf = line.value(QStringLiteral("pdf"));
     if (r.xlsx.isEmpty())
         throw UsageError(QStringLiteral("--xlsx needs a file name"));
+    if (line.isSet(QStringLiteral("pdf")) && r.pdf.isEmpty())
+        throw UsageError(QStringLiteral("--pdf needs a file name"));
     if (line.isSet(QStringLiteral("sheet")) && r.sheet.isEmpty())
         throw UsageError(QStringLiteral("--sheet needs a name"));
     if (line.isSet(QStringLiteral("month")))
-        r.month = line.value(QStringLiteral("month"));
-    if (line.isSet(QStringLiteral("months")))
-        r.months = splitPair(QStringLiteral("months"), line.value(QStringLiteral("months")));
-    if (line.isSet(QStringLiteral("cutoff")))
+        r.month = monthArgument(QStringLiteral("month"), line.value(QStringLiteral("month")));
+    if (line.isSet(QStringLiteral("months"))) {
+        const auto [first, last] =
+            splitPair(QStringLiteral("months"), line.value(QStringLiteral("months")));
+        r.months = {monthArgument(QStringLiteral("months"), first),
+                    monthArgument(QStringLiteral("months"), last)};
+    }
+    if (line.isSet(QStringLiteral("cutoff"))) {
         r.cutoff = line.value(QStringLiteral("cutoff"));
-    if (line.isSet(QStringLiteral("receipts")))
+        pickerDateArgument(QStringLiteral("cutoff"), *r.cutoff);
+    }
+    if (line.isSet(QStringLiteral("receipts"))) {
         r.receipts = splitPair(QStringLiteral("receipts"), line.value(QStringLiteral("receipts")));
+        if (pickerDateArgument(QStringLiteral("receipts"), r.receipts->first) >
+            pickerDateArgument(QStringLiteral("receipts"), r.receipts->second))
+            throw UsageError(QStringLiteral("--receipts: the first date is after the last"));
+    }
     return r;
 }
 

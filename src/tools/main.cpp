@@ -1,6 +1,8 @@
+#include "runtime/tempfilecleanup.h"
 #include "tools/admincommand.h"
 #include "tools/backgroundcommand.h"
 #include "tools/configcommand.h"
+#include "tools/consoletext.h"
 #include "tools/createdbcommand.h"
 #include "tools/exportcommand.h"
 
@@ -18,9 +20,15 @@ int main(int argc, char **argv)
     const QList<AdminCommand> commands = {createDbCommand(), configCommand(),
                                           makeBackgroundCommand(), exportCommand()};
 
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
+    int invalid = -1;
+    QStringList arguments = utf8Arguments(argc, argv, invalid);
+    if (invalid > 0) {
+        std::fprintf(stderr, "quorvale-admin: argument %d is not valid UTF-8 (%s); file names and "
+                             "values must be UTF-8\n",
+                     invalid, printableText(arguments.at(invalid - 1)).toUtf8().constData());
+        return AdminStatus::BadArguments;
+    }
+    installCleanupOnSignals();
     // A console tool draws and lays out off screen; it never opens a window.
     const AdminCommand *command = findAdminCommand(commands, arguments);
     const auto kind = command ? command->application : AdminCommand::Application::Core;
@@ -40,7 +48,6 @@ int main(int argc, char **argv)
     else
         app = std::make_unique<QCoreApplication>(argc, argv);
 
-    arguments = app->arguments().mid(1);
     QTextStream out(stdout);
     QTextStream err(stderr);
     return runAdminCommand(commands, arguments, out, err);

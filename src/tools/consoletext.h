@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace quorvale {
+
+// Text for a terminal: control characters that came from arguments or file
+// names (an escape sequence, a carriage return) are shown as \xNN instead of
+// acting on the terminal.
+QString printableText(const QString &text);
+
+// The program's arguments as the user typed them; an argument that is not
+// valid UTF-8 (a file name in another encoding) is reported by index, since
+// reading it would silently turn it into a different name.
+QStringList utf8Arguments(int argc, char **argv, int &invalidIndex);
+
+} // namespace quorvale
