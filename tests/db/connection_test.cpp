@@ -65,6 +65,39 @@ TEST(Connection, MissingEmbeddedFileFailsWithoutCreatingIt)
     EXPECT_FALSE(QFile::exists(path));
 }
 
+TEST(Connection, ABrokenOrBusyFileIsNamedNotMistakenForAMissingTable)
+{
+    QTemporaryDir dir;
+    const QString good = dir.filePath(QStringLiteral("good.db"));
+    {
+        Connection c;
+        c.ConnectionString = adoString(QStringLiteral("sqlite:") + good);
+        c.CreateIfMissing = true;
+        c.Open();
+        c.Execute(QStringLiteral("CREATE TABLE t (a int)"));
+    }
+    // Another writer holds the file for longer than this connection waits.
+    QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("w"));
+    other.setDatabaseName(good);
+    ASSERT_TRUE(other.open());
+    QSqlQuery(other).exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    Connection c;
+    c.ConnectionString = adoString(QStringLiteral("sqlite:") + good);
+    c.ConnectionTimeout = 1;
+    try {
+        c.Open();
+        ADD_FAILURE() << "opened a locked file";
+    } catch (const RuntimeError &e) {
+        EXPECT_TRUE(e.description().contains(QStringLiteral("locked by another program")))
+            << e.what();
+        EXPECT_TRUE(e.description().contains(QDir::toNativeSeparators(good))) << e.what();
+    }
+    EXPECT_FALSE(c.isOpen());
+    other.close();
+    other = QSqlDatabase();
+    QSqlDatabase::removeDatabase(QStringLiteral("w"));
+}
+
 TEST(Connection, SchemaScriptWithGoBatchesThenQuery)
 {
     QTemporaryDir dir;

@@ -1,5 +1,6 @@
 #include "loginfixture.h"
 #include "runtime/runtimeerror.h"
+#include "runtime/settings.h"
 #include "sessiontesting.h"
 
 #include <QApplication>
@@ -202,10 +203,19 @@ TEST_F(Login, CommandLineSkipsTheLoginWindow)
 
 TEST_F(Login, CommandLineTextIsTheArgumentsAfterTheProgram)
 {
-    EXPECT_EQ(commandLineText(
-                  {QStringLiteral("/opt/quorvale"), QStringLiteral("a,b"), QStringLiteral("c")}),
-              QStringLiteral("a,b c"));
+    const QStringList arguments = {QStringLiteral("/opt/quorvale"), QStringLiteral("a,b"),
+                                   QStringLiteral("c")};
+    EXPECT_EQ(commandLineText(arguments), QStringLiteral("a,b c"));
     EXPECT_TRUE(commandLineText({QStringLiteral("/opt/quorvale")}).isEmpty());
+    // An administrator can close the door the command line opens.
+    for (const auto &[setting, honoured] : {std::pair{"", true}, {"1", true}, {"0", false}}) {
+        SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+                                   QStringLiteral("AllowCommandLineSession"),
+                                   QString::fromLatin1(setting));
+        EXPECT_EQ(sessionCommandLine(arguments),
+                  honoured ? QStringLiteral("a,b c") : QString())
+            << setting;
+    }
 }
 
 TEST_F(Login, CancelEndsTheProgram)

@@ -6,6 +6,11 @@
   xlsx_tool.py fixture-chartsheet PATH -> the same, "Other" hidden and a chart sheet last
   xlsx_tool.py fixture-prefixed PATH   -> a workbook as other writers make it: "x:"
                                  prefixes, rows and cells without references, rich text
+  xlsx_tool.py damage-MODE PATH -> the workbook damaged in place: its shared strings
+                                 malformed (damage-malformed-strings), missing while cells
+                                 refer to them (damage-missing-strings), or inflating to
+                                 200 MB (damage-bomb)
+  xlsx_tool.py note PATH SHEET CELL TEXT -> one cell written with openpyxl, as a user would
 """
 import datetime
 import hashlib
@@ -195,7 +200,51 @@ def fixture_prefixed(path):
             z.writestr(name, text)
 
 
+def rezip(path, change):
+    """Rewrites the zip with change(name, bytes) -> bytes or None (dropped)."""
+    with zipfile.ZipFile(path) as z:
+        parts = [(i, z.read(i.filename)) for i in z.infolist()]
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as z:
+        for info, data in parts:
+            data = change(info.filename, data)
+            if data is not None:
+                z.writestr(info.filename, data)
+
+
+def damage(mode, path):
+    strings = "xl/sharedStrings.xml"
+    if mode == "malformed-strings":
+        rezip(path, lambda n, d: d.replace(b"</si>", b"</sj>", 1) if n == strings else d)
+    elif mode == "missing-strings":
+        def drop(n, d):
+            if n == strings:
+                return None
+            if n == "[Content_Types].xml" or n.endswith(".rels"):
+                return d.replace(b"sharedStrings", b"sharedStringz")
+            return d
+        rezip(path, drop)
+    elif mode == "bomb":
+        def inflate(n, d):
+            if n != strings:
+                return d
+            head, tail = d.rsplit(b"</sst>", 1)
+            return head + b" " * (200 << 20) + b"</sst>" + tail
+        rezip(path, inflate)
+
+
+def note(path, sheet, cell, text):
+    wb = openpyxl.load_workbook(path)
+    wb[sheet][cell] = text
+    wb.save(path)
+
+
 if __name__ == "__main__":
-    {"dump": dump, "fixture": fixture,
-     "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True),
-     "fixture-prefixed": fixture_prefixed}[sys.argv[1]](sys.argv[2])
+    command = sys.argv[1]
+    if command.startswith("damage-"):
+        damage(command[len("damage-"):], sys.argv[2])
+    elif command == "note":
+        note(*sys.argv[2:6])
+    else:
+        {"dump": dump, "fixture": fixture,
+         "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True),
+         "fixture-prefixed": fixture_prefixed}[command](sys.argv[2])

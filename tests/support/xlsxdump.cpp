@@ -9,7 +9,7 @@ namespace quorvale::testing {
 
 namespace {
 
-QByteArray runTool(const QString &command, const QString &path)
+QByteArray runTool(const QStringList &arguments)
 {
     const QString python = QStringLiteral("/usr/bin/python3");
     if (!QFile::exists(python))
@@ -17,7 +17,7 @@ QByteArray runTool(const QString &command, const QString &path)
     const QString script =
         qEnvironmentVariable("QUORVALE_SOURCE_DIR") + QStringLiteral("/tests/support/xlsx_tool.py");
     QProcess process;
-    process.start(python, {script, command, path});
+    process.start(python, QStringList{script} + arguments);
     if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit ||
         process.exitCode() != 0)
         throw std::runtime_error("openpyxl reader failed (is python3-openpyxl installed?): " +
@@ -30,7 +30,7 @@ QByteArray runTool(const QString &command, const QString &path)
 QJsonObject dumpWorkbook(const QString &path)
 {
     QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(runTool(QStringLiteral("dump"), path), &error);
+    const QJsonDocument doc = QJsonDocument::fromJson(runTool({QStringLiteral("dump"), path}), &error);
     if (error.error != QJsonParseError::NoError)
         throw std::runtime_error("unreadable dump: " + error.errorString().toStdString());
     return doc.object();
@@ -38,17 +38,22 @@ QJsonObject dumpWorkbook(const QString &path)
 
 void makeWorkbookFixture(const QString &path)
 {
-    runTool(QStringLiteral("fixture"), path);
+    runTool({QStringLiteral("fixture"), path});
 }
 
 void makeWorkbookFixtureWithChartSheet(const QString &path)
 {
-    runTool(QStringLiteral("fixture-chartsheet"), path);
+    runTool({QStringLiteral("fixture-chartsheet"), path});
 }
 
 void makePrefixedWorkbookFixture(const QString &path)
 {
-    runTool(QStringLiteral("fixture-prefixed"), path);
+    runTool({QStringLiteral("fixture-prefixed"), path});
+}
+
+void runWorkbookTool(const QStringList &arguments)
+{
+    runTool(arguments);
 }
 
 } // namespace quorvale::testing

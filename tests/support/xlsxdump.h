@@ -2,6 +2,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 namespace quorvale::testing {
 
@@ -19,5 +20,8 @@ void makeWorkbookFixtureWithChartSheet(const QString &path);
 // A one-sheet workbook ("Ledger") written the way other tools write: prefixed
 // elements, rows and cells without references, rich text, a custom format.
 void makePrefixedWorkbookFixture(const QString &path);
+
+// Runs another command of the reader tool (damage-…, note …) on a workbook.
+void runWorkbookTool(const QStringList &arguments);
 
 } // namespace quorvale::testing

@@ -1,0 +1,139 @@
+// Output files under faults the user cannot see coming: a disk that fills up,
+// a rename that fails half-way through a set, another writer holding the lock.
+#include "runtime/outputset.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/writerlock.h"
+#include "ui/printer.h"
+#include "ui/printerpreview.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPrinter>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <functional>
+#include <sys/resource.h>
+
+using namespace quorvale;
+
+namespace {
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.write(bytes);
+}
+
+// Runs the code with writes past `bytes` failing, as on a full disk.
+void withFileSizeLimit(rlim_t bytes, const std::function<void()> &code)
+{
+    rlimit saved{};
+    getrlimit(RLIMIT_FSIZE, &saved);
+    const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limited = saved;
+    limited.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limited);
+    try {
+        code();
+    } catch (...) {
+        setrlimit(RLIMIT_FSIZE, &saved);
+        std::signal(SIGXFSZ, previous);
+        throw;
+    }
+    setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, previous);
+}
+
+QString failureOf(const std::function<void()> &code)
+{
+    try {
+        code();
+    } catch (const RuntimeError &e) {
+        return e.description();
+    }
+    return {};
+}
+
+} // namespace
+
+TEST(OutputFaults, AFullDiskLeavesTheEarlierFileAndNoTemporary)
+{
+    QTemporaryDir dir;
+    const QString target = dir.filePath(QStringLiteral("out.bin"));
+    writeFile(target, "earlier");
+    const struct {
+        const char *name;
+        std::function<void()> write;
+    } cases[] = {
+        {"staged file",
+         [&] {
+             OutputSet outputs;
+             outputs.add(target).device().write(QByteArray(64 * 1024, 'x'));
+             outputs.commit();
+         }},
+        {"PDF printed to a file",
+         [&] {
+             QPrinter settings(QPrinter::HighResolution);
+             settings.setOutputFileName(target);
+             printToPdfFile(settings, [](Printer &p) {
+                 for (int i = 0; i < 400; ++i)
+                     p.Print(QStringLiteral("第 %1 行 内容").arg(i));
+             });
+         }},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        QString message;
+        withFileSizeLimit(4096, [&] { message = failureOf(c.write); });
+        EXPECT_TRUE(message.contains(QStringLiteral("File too large"))) << message.toStdString();
+        EXPECT_TRUE(message.contains(target)) << message.toStdString();
+        EXPECT_EQ(bytesOf(target), QByteArray("earlier"));
+        EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+                  QStringList{QStringLiteral("out.bin")});
+    }
+}
+
+TEST(OutputFaults, ASetWhoseLastRenameFailsPutsTheEarlierTargetsBack)
+{
+    QTemporaryDir dir;
+    const QString first = dir.filePath(QStringLiteral("a.xlsx"));
+    const QString second = dir.filePath(QStringLiteral("b.pdf"));
+    writeFile(first, "old a");
+    EXPECT_FALSE(failureOf([&] {
+                     OutputSet outputs;
+                     outputs.add(first).device().write("new a");
+                     outputs.add(second).device().write("new b");
+                     // Something takes the second name before the move: a folder with content.
+                     QDir(dir.path()).mkpath(QStringLiteral("b.pdf/x"));
+                     outputs.commit();
+                 }).isEmpty());
+    EXPECT_EQ(bytesOf(first), QByteArray("old a"));
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
+              QStringList{QStringLiteral("a.xlsx")});
+}
+
+TEST(OutputFaults, ASecondWriterWaitsForTheLockAndGivesUpWithAMessage)
+{
+    QTemporaryDir dir;
+    const QString target = dir.filePath(QStringLiteral("book.xlsx"));
+    auto held = std::make_unique<WriterLock>(target, std::chrono::milliseconds(0));
+    QStringList said;
+    const QString message = failureOf([&] {
+        WriterLock second(target, std::chrono::milliseconds(300),
+                          [&](const QString &text) { said << text; });
+    });
+    EXPECT_EQ(said.size(), 1);
+    EXPECT_TRUE(message.contains(QDir::toNativeSeparators(target))) << message.toStdString();
+    held.reset();
+    EXPECT_TRUE(failureOf([&] { WriterLock third(target, std::chrono::milliseconds(0)); }).isEmpty());
+    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
