@@ -68,7 +68,11 @@ WorkbookTarget::~WorkbookTarget() = default;
 void WorkbookTarget::writeGrid(const FlexGrid &grid, const QVector<int> &chosenColumns,
                                ExportVariant variant, const QString &sheet)
 {
-    asRuntimeError([&] { writeGridToSheet(*m_book, grid, chosenColumns, variant, sheet); });
+    asRuntimeError([&] {
+        writeGridToSheet(*m_book, grid, chosenColumns, variant, sheet);
+        // Compressed at once: the next report's grid can then take the memory.
+        m_book->finishSheet(*m_book->worksheet(sheet));
+    });
 }
 
 void WorkbookTarget::stage(OutputSet &outputs)

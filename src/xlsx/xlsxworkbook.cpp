@@ -503,20 +503,25 @@ void Workbook::write(QIODevice &out)
     m_package->write(out, m_path);
 }
 
+void Workbook::finishSheet(Worksheet &sheet)
+{
+    if (!sheet.isModified())
+        return;
+    // Always merge into the sheet as it was opened, so saving twice gives the same file.
+    const QByteArray original =
+        sheet.isNew() ? QByteArray() : m_package->readOriginal(sheet.partName());
+    SheetWriter writer(sheet.data(), *m_styles, original);
+    m_package->putGenerated(sheet.partName(), [&writer](ByteSink &sink) { writer.write(sink); });
+    m_formulasOverwritten = m_formulasOverwritten || writer.overwroteFormulas();
+    sheet.markFinished();
+}
+
 void Workbook::prepareParts()
 {
-    bool formulasOverwritten = false;
-    for (const auto &sheet : m_sheets) {
-        if (!sheet->isModified())
-            continue;
-        // Always merge into the sheet as it was opened, so saving twice gives the same file.
-        const QByteArray original =
-            sheet->isNew() ? QByteArray() : m_package->readOriginal(sheet->partName());
-        SheetWriter writer(sheet->data(), *m_styles, original);
-        m_package->putGenerated(sheet->partName(), [&writer](ByteSink &sink) { writer.write(sink); });
-        formulasOverwritten = formulasOverwritten || writer.overwroteFormulas();
-    }
-    if (formulasOverwritten)
+    for (const auto &sheet : m_sheets)
+        if (!sheet->isFinished())
+            finishSheet(*sheet);
+    if (m_formulasOverwritten)
         dropCalcChain();
     if (m_strings->isModified()) {
         if (m_stringsPart.isEmpty()) {

@@ -46,6 +46,11 @@ public:
     // Inserted right after the last worksheet, named "SheetN" until setName().
     Worksheet &addWorksheetAfterLast();
 
+    // Writes the sheet's part now, compressed, and lets go of what was
+    // written to it, so a workbook that gets several large sheets holds one
+    // at a time. The sheet takes no more writes afterwards.
+    void finishSheet(Worksheet &sheet);
+
     // Writes a temporary file beside the target and renames it over the target.
     void save();
     // Writes the whole workbook into a device that the caller makes safe
@@ -88,6 +93,7 @@ private:
     QByteArray m_relsXml;
     QByteArray m_contentTypesXml;
     bool m_partsDirty = false;
+    bool m_formulasOverwritten = false;
 };
 
 } // namespace quorvale::xlsx

@@ -78,9 +78,15 @@ Worksheet::Worksheet(Workbook &book, QString name, QString partName, bool isNew)
 
 Worksheet::~Worksheet() = default;
 
+void Worksheet::markFinished()
+{
+    m_finished = true;
+    m_data = std::make_unique<SheetData>();
+}
+
 bool Worksheet::isModified() const
 {
-    return m_isNew || !m_data->isEmpty();
+    return !m_finished && (m_isNew || !m_data->isEmpty());
 }
 
 void Worksheet::setName(const QString &name)

@@ -68,6 +68,9 @@ public:
     QString partName() const { return m_partName; }
     bool isNew() const { return m_isNew; }
     bool isModified() const;
+    // Written into the package already (Workbook::finishSheet).
+    bool isFinished() const { return m_finished; }
+    void markFinished();
     SheetData &data() { return *m_data; }
     void setHiddenState(bool hidden) { m_visible = !hidden; }
 
@@ -77,6 +80,7 @@ private:
     QString m_partName;
     bool m_isNew;
     bool m_visible = true;
+    bool m_finished = false;
     std::unique_ptr<SheetData> m_data;
 };
 
