@@ -48,6 +48,11 @@ StagedFile &OutputSet::add(const QString &target)
     return *m_files.back();
 }
 
+void OutputSet::discard(StagedFile &file)
+{
+    std::erase_if(m_files, [&](const auto &f) { return f.get() == &file; });
+}
+
 void OutputSet::commit()
 {
     for (const auto &file : m_files)

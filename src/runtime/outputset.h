@@ -20,6 +20,8 @@ class OutputSet {
     // A new staged output; refuses a target already in the set.
     StagedFile &add(const QString &target);
     bool isEmpty() const { return m_files.empty(); }
+    // Drops an output that is no longer wanted; its temporary file goes.
+    void discard(StagedFile &file);
 
     // Finishes every output, then renames them all over their targets.
     void commit();

@@ -2,6 +2,8 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
+
 namespace quorvale {
 
 QString printableText(const QString &text)
@@ -16,6 +18,42 @@ QString printableText(const QString &text)
             shown += c;
     }
     return shown;
+}
+
+int displayWidth(const QString &text)
+{
+    int width = 0;
+    for (const QChar c : text) {
+        const char16_t u = c.unicode();
+        const bool wide = (u >= 0x1100 && u <= 0x115f) || (u >= 0x2e80 && u <= 0xa4cf) ||
+                          (u >= 0xac00 && u <= 0xd7a3) || (u >= 0xf900 && u <= 0xfaff) ||
+                          (u >= 0xfe30 && u <= 0xfe4f) || (u >= 0xff00 && u <= 0xff60) ||
+                          (u >= 0xffe0 && u <= 0xffe6);
+        width += c.isLowSurrogate() ? 0 : wide ? 2 : 1;
+    }
+    return width;
+}
+
+QString alignedTable(const QList<QStringList> &rows)
+{
+    QList<int> widths;
+    for (const QStringList &row : rows)
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            if (widths.size() <= i)
+                widths << 0;
+            widths[i] = std::max(widths[i], displayWidth(row[i]));
+        }
+    QString out;
+    for (const QStringList &row : rows) {
+        QString line;
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            line += printableText(row[i]);
+            if (i + 1 < row.size())
+                line += QString(widths[i] - displayWidth(row[i]) + 2, u' ');
+        }
+        out += line + u'\n';
+    }
+    return out;
 }
 
 QStringList utf8Arguments(int argc, char **argv, int &invalidIndex)

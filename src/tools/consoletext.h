@@ -10,6 +10,12 @@ namespace quorvale {
 // acting on the terminal.
 QString printableText(const QString &text);
 
+// Columns the text takes on a terminal: Chinese characters take two.
+int displayWidth(const QString &text);
+
+// Rows as an aligned table, one line each, columns two blanks apart.
+QString alignedTable(const QList<QStringList> &rows);
+
 // The program's arguments as the user typed them; an argument that is not
 // valid UTF-8 (a file name in another encoding) is reported by index, since
 // reading it would silently turn it into a different name.

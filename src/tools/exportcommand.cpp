@@ -1,63 +1,145 @@
 #include "tools/exportcommand.h"
 
+#include "runtime/runtimeerror.h"
 #include "session/dbconnection.h"
 #include "tools/batchexport.h"
 #include "tools/consoletext.h"
 #include "tools/exportrequest.h"
+#include "tools/refusederror.h"
 
 #include <QElapsedTimer>
+#include <QLocale>
 #include <cstdio>
 #include <unistd.h>
 
 namespace quorvale {
 
 namespace {
+
+void printError(const QString &text)
+{
+    std::fprintf(stderr, "quorvale-admin: export: %s\n", printableText(text).toLocal8Bit().constData());
+}
+
+QString grouped(int n)
+{
+    return QLocale(QLocale::English).toString(n);
+}
+
 // Progress goes to a terminal only, overwritten in place; a scheduled task's
-// log keeps just the result line.
-BatchProgress terminalProgress()
+// log keeps the warnings, errors and the summary.
+std::function<void(const PairProgress &)> terminalProgress()
 {
     if (!isatty(STDERR_FILENO))
         return {};
-    return [timer = QElapsedTimer()](const QString &stage, int rows) mutable {
+    return [timer = QElapsedTimer()](const PairProgress &p) mutable {
         if (!timer.isValid())
             timer.start();
-        const QString text = stage == QLatin1String("read")
-                                 ? QStringLiteral("rows read: %1").arg(rows)
-                             : stage == QLatin1String("write")
-                                 ? QStringLiteral("rows read: %1, writing workbook").arg(rows)
-                                 : QStringLiteral("rows read: %1, printing").arg(rows);
-        std::fprintf(stderr, "\r%s (%.1f s)\x1b[K", text.toLocal8Bit().constData(),
+        QString text;
+        if (p.total > 1) {
+            text = QStringLiteral("[%1/%2] %3 · %4 · %5 rows")
+                       .arg(p.index)
+                       .arg(p.total)
+                       .arg(p.report, p.office, grouped(p.rows));
+        } else {
+            text = QStringLiteral("rows read: %1").arg(p.rows);
+            if (p.stage == QLatin1String("write"))
+                text += QStringLiteral(", writing workbook");
+            else if (p.stage == QLatin1String("print"))
+                text += QStringLiteral(", printing");
+        }
+        std::fprintf(stderr, "\r%s (%.1f s)\x1b[K", printableText(text).toLocal8Bit().constData(),
                      timer.elapsed() / 1000.0);
         std::fflush(stderr);
     };
 }
+
+QString resultText(const PairOutcome &o)
+{
+    switch (o.status) {
+    case PairOutcome::Status::Planned: return QStringLiteral("planned");
+    case PairOutcome::Status::Written: return QStringLiteral("written");
+    case PairOutcome::Status::Refused: return QStringLiteral("refused: ") + o.message;
+    case PairOutcome::Status::Failed: return QStringLiteral("failed: ") + o.message;
+    }
+    return {};
+}
+
+QString summary(const BatchRun &run, bool dryRun)
+{
+    QList<QStringList> rows{dryRun ? QStringList{"report", "office", "file", "sheet", "pdf", "result"}
+                                   : QStringList{"report", "office", "rows", "file", "sheet", "result"}};
+    for (const PairOutcome &o : run.outcomes) {
+        const QString rowCount = o.rows < 0 ? QStringLiteral("-") : grouped(o.rows);
+        rows << (dryRun ? QStringList{o.report, o.office, o.workbook, o.sheet, o.pdf, resultText(o)}
+                        : QStringList{o.report, o.office, rowCount, o.workbook, o.sheet,
+                                      resultText(o)});
+    }
+    return alignedTable(rows);
+}
+
+// One report for one office says what it wrote in one line, as it always has.
+void reportSingle(const PairOutcome &o, QTextStream &out)
+{
+    if (o.status == PairOutcome::Status::Refused)
+        throw RefusedError(o.message);
+    if (o.status == PairOutcome::Status::Failed)
+        throw RuntimeError(ErrorNumber::PathFileAccessError, o.message);
+    out << "wrote " << o.rows << " rows to sheet " << printableText(o.sheet) << " of "
+        << printableText(o.workbook);
+    if (!o.pdf.isEmpty())
+        out << " and printed them to " << printableText(o.pdf);
+    out << '\n';
+}
+
+// The worst result decides the status: 3 when some were refused, 4 when some failed.
+void reportWorst(const BatchRun &run)
+{
+    int refused = 0, failed = 0;
+    for (const PairOutcome &o : run.outcomes) {
+        refused += o.status == PairOutcome::Status::Refused;
+        failed += o.status == PairOutcome::Status::Failed;
+    }
+    const QString text = QStringLiteral("%1 of %2 exports refused, %3 failed (see the summary)")
+                             .arg(refused)
+                             .arg(run.outcomes.size())
+                             .arg(failed);
+    if (failed)
+        throw RuntimeError(ErrorNumber::PathFileAccessError, text);
+    if (refused)
+        throw RefusedError(text);
+}
+
 } // namespace
 
 AdminCommand exportCommand()
 {
     AdminCommand command;
     command.name = QStringLiteral("export");
-    command.synopsis = QStringLiteral(
-        "--report NAME --office CODE --user NO --password PW [--post POSTCODE] "
-        "[--month YYYYMM | --months YYYYMM:YYYYMM] [--cutoff DATE | --receipts DATE:DATE] "
-        "--xlsx FILE [--sheet NAME] [--pdf FILE]");
+    command.synopsis = exportSynopsis();
     command.application = AdminCommand::Application::Widgets;
     command.run = [](const QStringList &arguments, QTextStream &out) {
         const ExportRequest request = parseExportRequest(arguments);
-        const BatchProgress progress = terminalProgress();
-        // Warnings wait for success: a failure prints its one line only.
+        const auto progress = terminalProgress();
+        // Warnings wait for the end: a failure of one report prints its line only.
         QStringList warnings;
-        const auto warning = [&warnings](const QString &text) {
+        BatchCallbacks callbacks;
+        callbacks.progress = progress;
+        callbacks.warning = [&warnings](const QString &text) {
             if (!warnings.contains(text))
                 warnings << text;
         };
-        BatchExportResult result;
+        callbacks.notice = [](const QString &text) { printError(text); };
+        callbacks.planned = [&out](const BatchRun &run) {
+            if (!run.period.isEmpty())
+                out << "period: " << run.period << '\n';
+            out.flush();
+            for (const QString &note : run.skipped)
+                printError(note);
+        };
+        BatchRun run;
         try {
-            const auto notice = [](const QString &text) {
-                std::fprintf(stderr, "quorvale-admin: export: %s\n",
-                             printableText(text).toLocal8Bit().constData());
-            };
-            result = runBatchExport(request, {progress, warning, notice});
+            run = runBatchExport(request, callbacks);
         } catch (...) {
             if (progress)
                 std::fprintf(stderr, "\n");
@@ -67,12 +149,23 @@ AdminCommand exportCommand()
         // The connection goes before the application object it was made under.
         DbConn.reset();
         if (progress)
-            std::fprintf(stderr, "\n");
-        out << "wrote " << result.rows << " rows to sheet " << printableText(result.sheet) << " of "
-            << printableText(result.workbook);
-        if (!result.pdf.isEmpty())
-            out << " and printed them to " << printableText(result.pdf);
-        out << '\n';
+            std::fprintf(stderr, "\r\x1b[K");
+        // A single export that failed prints its one line and nothing else.
+        const bool single = run.outcomes.size() == 1;
+        if (!single || run.outcomes.first().status == PairOutcome::Status::Written)
+            for (const QString &warning : warnings)
+                printError(QStringLiteral("warning: ") + warning);
+        if (request.dryRun) {
+            out << summary(run, true);
+            return;
+        }
+        if (single) {
+            reportSingle(run.outcomes.first(), out);
+            return;
+        }
+        out << summary(run, false);
+        out.flush();
+        reportWorst(run);
     };
     return command;
 }

@@ -38,4 +38,12 @@ QStringList reportNames()
     return names;
 }
 
+QStringList menuReportNames()
+{
+    QStringList names;
+    for (const ReportEntry &entry : allReports())
+        names << entry.menuItem;
+    return names;
+}
+
 } // namespace quorvale

@@ -20,5 +20,7 @@ struct ReportEntry {
 std::optional<ReportEntry> findReport(const QString &name);
 // Every accepted name, for the usage message.
 QStringList reportNames();
+// The six reports by their menu items, in the main window's menu order.
+QStringList menuReportNames();
 
 } // namespace quorvale
