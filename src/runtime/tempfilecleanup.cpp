@@ -8,6 +8,7 @@
 #include <cstring>
 #include <mutex>
 #ifndef Q_OS_WIN
+#include <pthread.h>
 #include <unistd.h>
 #endif
 
@@ -81,6 +82,25 @@ void installCleanupOnSignals()
     sigemptyset(&action.sa_mask);
     for (int signal : {SIGINT, SIGTERM, SIGHUP})
         sigaction(signal, &action, nullptr);
+#endif
+}
+
+DeferredSignals::DeferredSignals()
+{
+#ifndef Q_OS_WIN
+    static_assert(sizeof(sigset_t) <= sizeof(m_saved));
+    sigset_t blocked;
+    sigemptyset(&blocked);
+    for (int signal : {SIGINT, SIGTERM, SIGHUP})
+        sigaddset(&blocked, signal);
+    pthread_sigmask(SIG_BLOCK, &blocked, reinterpret_cast<sigset_t *>(m_saved));
+#endif
+}
+
+DeferredSignals::~DeferredSignals()
+{
+#ifndef Q_OS_WIN
+    pthread_sigmask(SIG_SETMASK, reinterpret_cast<const sigset_t *>(m_saved), nullptr);
 #endif
 }
 

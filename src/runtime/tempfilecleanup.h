@@ -13,4 +13,17 @@ void registerTemporaryFile(const QString &path);
 void unregisterTemporaryFile(const QString &path);
 void installCleanupOnSignals();
 
+// Holds those signals back while it lives, for a step that creates a file
+// and registers it: a signal in between would leave the file behind.
+class DeferredSignals {
+  public:
+    DeferredSignals();
+    ~DeferredSignals();
+    DeferredSignals(const DeferredSignals &) = delete;
+    DeferredSignals &operator=(const DeferredSignals &) = delete;
+
+  private:
+    unsigned char m_saved[128];
+};
+
 } // namespace quorvale
