@@ -147,9 +147,17 @@ class WorkbookRun {
                 double width = 0;
                 for (int c = 0; c < grid.Cols(); ++c)
                     width += grid.ColWidth(c);
+                // Several reports' warnings say which report they are about.
+                const auto warning = [&](const QString &text) {
+                    if (m_callbacks.warning)
+                        m_callbacks.warning(progress.total > 1 ? QStringLiteral("%1 · %2: %3").arg(
+                                                                     progress.report,
+                                                                     progress.office, text)
+                                                               : text);
+                };
                 printForBatch(*pdf, pair.report, params, grid,
                               batchPageLayout(m_request.paper, m_request.orientation, width),
-                              m_callbacks.warning);
+                              warning);
             } catch (...) {
                 m_outputs.discard(*pdf);
                 throw;
