@@ -318,6 +318,29 @@ else
     not_built "bench_xlsx / bench_xlsx_lxw" | emit
 fi
 
+# --- month-end run ---------------------------------------------------------
+log "month-end run"
+section "## Month-end run: every report of one office in one command"
+if [ "${built[quorvale-admin]}" = 1 ]; then
+    "$root/bench/run_monthend.sh" "$build" "$scale" 3 > "$work/monthend.out" 2>&1 || log "run_monthend.sh failed"
+    {
+        echo "\`bench/run_monthend.sh BUILD_DIR $scale 3\`: the six single \`quorvale-admin export\`"
+        echo "runs for office BIG ($scale rows each) and then \`--report all\`, which signs in"
+        echo "once and writes the six sheets into one workbook in one save, in this one"
+        echo "run; medians of 3, the whole process measured (sign-in, query, fill,"
+        echo "workbook). Each sheet is compressed as soon as it is written and its grid"
+        echo "released, so the run holds one report at a time."
+        echo
+        grep '^|' "$work/monthend.out"
+        echo
+        sed -n 's/^monthend: //p' "$work/monthend.out"
+        echo
+    } | emit
+    summary "month-end run, --report all for $scale rows" "$(sed -n 's/^monthend: //p' "$work/monthend.out")"
+else
+    not_built quorvale-admin | emit
+fi
+
 # --- print to PDF ----------------------------------------------------------
 log "print to PDF"
 section "## Printing a report grid to PDF"
