@@ -1,8 +1,4 @@
-#include "tools/admincommand.h"
-#include "tools/backgroundcommand.h"
-#include "tools/configcommand.h"
-#include "tools/createdbcommand.h"
-#include "tools/exportcommand.h"
+#include "tools/admincommands.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -12,18 +8,16 @@
 
 using namespace quorvale;
 
-// quorvale-admin COMMAND …: a new subcommand is one more entry in this list.
+// quorvale-admin COMMAND …
 int main(int argc, char **argv)
 {
-    const QList<AdminCommand> commands = {createDbCommand(), configCommand(),
-                                          makeBackgroundCommand(), exportCommand()};
+    const QList<AdminCommand> commands = adminCommands();
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
     // A console tool draws and lays out off screen; it never opens a window.
-    const AdminCommand *command = findAdminCommand(commands, arguments);
-    const auto kind = command ? command->application : AdminCommand::Application::Core;
+    const auto kind = adminApplicationFor(commands, arguments);
     if (kind != AdminCommand::Application::Core && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Keep stderr to the one line a failure prints; platform chatter is not for the console.

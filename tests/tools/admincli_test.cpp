@@ -35,6 +35,8 @@ TEST(AdminCli, BadArgumentsGiveOneLineAndStatus2)
         {"config", "--server", "s", "--login", "l", "--password", "p"},
         {"config", "--server", "s", "--login", "l", "--password", "p", "--database", "d", "extra"},
         {"make-background"},
+        {"help", "bogus"},
+        {"--version", "create-db"},
     };
     for (const QStringList &arguments : cases) {
         const auto run = quorvale::testing::runAdmin(arguments);
