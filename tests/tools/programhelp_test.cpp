@@ -1,6 +1,7 @@
 #include "support/adminprocess.h"
 #include "tools/admincommands.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
@@ -15,6 +16,17 @@ QString projectVersion()
         .arg(QUORVALE_VERSION_MAJOR)
         .arg(QUORVALE_VERSION_MINOR)
         .arg(QUORVALE_VERSION_PATCH);
+}
+
+// The manual page's text with troff's font changes and escaped hyphens undone.
+QString manualText(const QString &name)
+{
+    QFile file(qEnvironmentVariable("QUORVALE_SOURCE_DIR") + "/man/" + name + ".in");
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    QString text = QString::fromUtf8(file.readAll());
+    text.remove(QRegularExpression(R"(\\f[BIRP])"));
+    return text.replace(QStringLiteral("\\-"), QStringLiteral("-"));
 }
 
 } // namespace
@@ -49,15 +61,18 @@ TEST(ProgramHelp, BothProgramsAnswerHelpAndVersionWithoutADisplay)
     }
 }
 
-// A command's help explains every option its usage line names and shows an
-// example of the command itself.
+// A command's help and its manual page explain every option its usage line
+// names, and show an example of the command itself.
 TEST(ProgramHelp, EveryCommandIsDocumentedWithEveryOption)
 {
     const auto list = quorvale::testing::runAdmin({"--help"});
+    const QString manual = manualText("quorvale-admin.1");
+    ASSERT_FALSE(manual.isEmpty());
     static const QRegularExpression option(QStringLiteral("--[a-z-]+"));
     for (const AdminCommand &command : adminCommands()) {
         SCOPED_TRACE(command.name.toStdString());
         EXPECT_TRUE(list.out.contains("\n  " + command.name + "  ")) << list.out.toStdString();
+        EXPECT_TRUE(manual.contains(".SS " + command.name + '\n'));
         EXPECT_TRUE(command.example.startsWith("quorvale-admin " + command.name + ' '));
 
         const auto help = quorvale::testing::runAdmin({command.name, "--help"});
@@ -67,6 +82,10 @@ TEST(ProgramHelp, EveryCommandIsDocumentedWithEveryOption)
             const QString name = match.captured();
             EXPECT_TRUE(help.out.contains(QRegularExpression("\n  " + name + "\\b")))
                 << name.toStdString();
+            EXPECT_TRUE(manual.contains(name)) << name.toStdString();
         }
     }
+    const QString desktopManual = manualText("quorvale.1");
+    for (const char *name : {"--help", "--version", "SESSION"})
+        EXPECT_TRUE(desktopManual.contains(name)) << name;
 }
