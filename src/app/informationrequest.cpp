@@ -27,8 +27,8 @@ the main window opens at once. Fields after the tenth are ignored; fewer than
 ten end the program with a run-time error. Arguments are joined with one blank,
 so a value may contain blanks.
 
-  --help     show this text and exit
-  --version  show the version and exit
+  -h, --help  show this text and exit
+  --version   show the version and exit
 
 Settings: $XDG_CONFIG_HOME/Quorvale.ini (normally ~/.config/Quorvale.ini).
 See quorvale(1) and quorvale-admin(1).
