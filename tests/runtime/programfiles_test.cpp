@@ -8,22 +8,22 @@
 using namespace quorvale;
 
 #ifndef Q_OS_WIN
-// An installation: prefix/bin holds the executables, prefix/share/quorvale the
-// data, prefix/lib/quorvale the run-time modules.
+// An installation laid out by the build's install rules: the executables'
+// folder, the data folder and the run-time modules' folder under one prefix.
 TEST(ProgramFiles, BesideTheExecutableFirstThenTheInstalledFolder)
 {
+    const QString bin = QStringLiteral(QUORVALE_TEST_INSTALL_BINDIR "/MDI.BMP");
+    const QString data = QStringLiteral(QUORVALE_TEST_INSTALL_DATADIR "/MDI.BMP");
+    const QString lib = QStringLiteral(QUORVALE_TEST_INSTALL_LIBDIR "/MDI.BMP");
     struct Case {
-        QStringList present; // relative to the prefix
+        QStringList present;
         ProgramFileKind kind;
         QString expected;
     };
     const QList<Case> cases = {
-        {{"bin/MDI.BMP", "share/quorvale/MDI.BMP"}, ProgramFileKind::Data, "bin/MDI.BMP"},
-        {{"share/quorvale/MDI.BMP"}, ProgramFileKind::Data, "share/quorvale/MDI.BMP"},
-        {{"lib/quorvale/MDI.BMP"}, ProgramFileKind::Data, "bin/MDI.BMP"},
-        {{}, ProgramFileKind::Data, "bin/MDI.BMP"},
-        {{"lib/quorvale/MDI.BMP"}, ProgramFileKind::Library, "lib/quorvale/MDI.BMP"},
-        {{"share/quorvale/MDI.BMP"}, ProgramFileKind::Library, "bin/MDI.BMP"},
+        {{bin, data}, ProgramFileKind::Data, bin}, {{data}, ProgramFileKind::Data, data},
+        {{lib}, ProgramFileKind::Data, bin},       {{}, ProgramFileKind::Data, bin},
+        {{lib}, ProgramFileKind::Library, lib},    {{data}, ProgramFileKind::Library, bin},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.present.join(' ').toStdString() + " -> " + c.expected.toStdString());
@@ -34,7 +34,8 @@ TEST(ProgramFiles, BesideTheExecutableFirstThenTheInstalledFolder)
             QFile f(root.filePath(file));
             ASSERT_TRUE(f.open(QIODevice::WriteOnly));
         }
-        EXPECT_EQ(programFile("MDI.BMP", c.kind, root.filePath("bin")), root.filePath(c.expected));
+        EXPECT_EQ(programFile("MDI.BMP", c.kind, root.filePath(QUORVALE_TEST_INSTALL_BINDIR)),
+                  root.filePath(c.expected));
     }
 }
 #endif
