@@ -8,8 +8,10 @@ packages=(
   build-essential cmake ninja-build pkg-config clang-format
   qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6sql6-odbc
   libsqlite3-dev libquazip1-qt6-dev zlib1g-dev
-  # tests
-  libgtest-dev libgmock-dev poppler-utils python3-openpyxl
+  # tests (QtSvg draws the icon's SVG to compare it with the drawn emblem)
+  libgtest-dev libgmock-dev poppler-utils python3-openpyxl qt6-svg-dev
+  # the Debian package: building, checking and installing it
+  dpkg-dev file lintian desktop-file-utils appstream man-db
   # SQL Server access through ODBC (FreeTDS on Linux)
   unixodbc tdsodbc
   # Chinese fonts for the UI and for PDFs

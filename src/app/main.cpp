@@ -1,11 +1,12 @@
+#include "informationrequest.h"
+#include "reports/reportregistry.h"
 #include "runtime/application.h"
 #include "runtime/tempfilecleanup.h"
 #include "runtime/toplevelhandler.h"
-#include "reports/reportregistry.h"
-#include "ui/msgbox.h"
 #include "session/dbconnection.h"
 #include "session/frmlogin.h"
 #include "session/mdibackground.h"
+#include "ui/msgbox.h"
 
 #include <QGuiApplication>
 #include <QIcon>
@@ -15,6 +16,9 @@
 
 int main(int argc, char **argv)
 {
+    // Answered before the application object, which needs a display.
+    if (const auto status = quorvale::answerInformationRequest(argc, argv))
+        return *status;
     quorvale::Application app(argc, argv);
     quorvale::showUnhandledErrorsInMsgBox();
     quorvale::installCleanupOnSignals();

@@ -7,6 +7,14 @@ namespace quorvale {
 
 QString programTitle() { return QStringLiteral("Quorvale"); }
 
+QString programVersion()
+{
+    return QStringLiteral("%1.%2.%3")
+        .arg(QUORVALE_VERSION_MAJOR)
+        .arg(QUORVALE_VERSION_MINOR)
+        .arg(QUORVALE_VERSION_PATCH);
+}
+
 QString exeName()
 {
     const QString path = QCoreApplication::applicationFilePath();

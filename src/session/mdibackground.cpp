@@ -207,9 +207,10 @@ QImage drawEmblem(const QSize &size)
     p.setPen(Qt::NoPen);
     p.setBrush(fill);
     p.drawRoundedRect(QRectF(0, 0, w, h), w * 0.19, h * 0.19);
-    // The first letter of the name alone makes the emblem.
+    // The first letter of the name alone makes the emblem; the clip ends
+    // before the second letter's stem.
     const QRectF letter(w * 0.24, h * 0.24, w, h * 0.5);
-    p.setClipRect(QRectF(w * 0.2, h * 0.2, w * 0.62, h * 0.62));
+    p.setClipRect(QRectF(w * 0.2, h * 0.2, w * 0.6, h * 0.62));
     p.setPen(QPen(Qt::white));
     drawWordmark(p, letter);
     return img;

@@ -1,6 +1,7 @@
 #include "session/mdiform1.h"
 
 #include "db/recordset.h"
+#include "runtime/programfiles.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/toplevelhandler.h"
 #include "session/dbconnection.h"
@@ -13,7 +14,6 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMdiArea>
@@ -351,7 +351,7 @@ void CenterInMain(QWidget *window)
 
 QString mainBackgroundPath()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/MDI.BMP");
+    return programFile(QStringLiteral("MDI.BMP"));
 }
 
 } // namespace quorvale

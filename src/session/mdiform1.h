@@ -82,7 +82,8 @@ void LoadProjectAuditRight();
 // Places a window in the middle of the main window's client area.
 void CenterInMain(QWidget *window);
 
-// Where the main window looks for its background bitmap.
+// Where the main window looks for its background bitmap: the program's folder,
+// or an installation's data folder.
 QString mainBackgroundPath();
 
 } // namespace quorvale

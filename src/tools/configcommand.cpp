@@ -13,6 +13,20 @@ AdminCommand configCommand()
     AdminCommand command;
     command.name = QStringLiteral("config");
     command.synopsis = QStringLiteral("--server S --login L --password P --database D");
+    command.summary = QStringLiteral("Write the four database settings the program reads at "
+                                     "sign-in (all four are required)");
+    command.options = {
+        {QStringLiteral("--server S"),
+         QStringLiteral("SQL Server host, host\\instance or host,port; sqlite:PATH for an "
+                        "embedded database")},
+        {QStringLiteral("--login L"), QStringLiteral("SQL Server login name")},
+        {QStringLiteral("--password P"),
+         QStringLiteral("its password, kept as plain text in the settings file")},
+        {QStringLiteral("--database D"), QStringLiteral("the database (initial catalog)")},
+    };
+    command.example =
+        QStringLiteral("quorvale-admin config --server db01,1433 --login report --password secret "
+                       "--database wygl");
     command.run = [](const QStringList &arguments, QTextStream &out) {
         const QStringList options = {QStringLiteral("server"), QStringLiteral("login"),
                                      QStringLiteral("password"), QStringLiteral("database")};

@@ -41,6 +41,21 @@ AdminCommand createDbCommand()
     AdminCommand command;
     command.name = QStringLiteral("create-db");
     command.synopsis = QStringLiteral("FILE [--demo] [--scale N] [--force]");
+    command.summary =
+        QStringLiteral("Create an embedded (SQLite) database: the empty schema or the demo data");
+    command.options = {
+        {QStringLiteral("FILE"),
+         QStringLiteral("the database file, written under a temporary name and renamed when "
+                        "complete")},
+        {QStringLiteral("--demo"),
+         QStringLiteral("fill it with the demo data set, dated back from today")},
+        {QStringLiteral("--scale N"),
+         QStringLiteral("add benchmark office BIG with N rooms and N parking spaces (implies "
+                        "--demo; N up to %1)")
+             .arg(kMaxScale)},
+        {QStringLiteral("--force"), QStringLiteral("replace FILE if it exists")},
+    };
+    command.example = QStringLiteral("quorvale-admin create-db quorvale-demo.db --demo");
     command.run = [](const QStringList &arguments, QTextStream &out) {
         QString path;
         const DatabaseFileOptions options = parseCreateDbArguments(arguments, &path);

@@ -117,6 +117,49 @@ AdminCommand exportCommand()
     AdminCommand command;
     command.name = QStringLiteral("export");
     command.synopsis = exportSynopsis();
+    command.summary = QStringLiteral(
+        "Export reports to workbook sheets (and print them to PDF) as their windows would; "
+        "several reports and offices in one run for the month end");
+    command.options = {
+        {QStringLiteral("--report NAME[,NAME…]|all"),
+         QStringLiteral("report windows or menu items, e.g. 房产客户 or frm车位基础表; all: the six "
+                        "in menu order")},
+        {QStringLiteral("--office CODE[,CODE…]|all"),
+         QStringLiteral("management offices the window's office list offers the post; all: every "
+                        "one of them except commercial offices")},
+        {QStringLiteral("--user NO"), QStringLiteral("staff number to sign in with")},
+        {QStringLiteral("--password PW"), QStringLiteral("the staff member's password")},
+        {QStringLiteral("--password-file FILE"),
+         QStringLiteral("read the password from the first line of FILE instead")},
+        {QStringLiteral("--password-env NAME"),
+         QStringLiteral("read the password from environment variable NAME instead")},
+        {QStringLiteral("--post POSTCODE"),
+         QStringLiteral("the post to act in, for a user with several posts")},
+        {QStringLiteral("--month YYYYMM|this|last|last-N"),
+         QStringLiteral("finance reports: the one-month mode (应收截止年月)")},
+        {QStringLiteral("--months FIRST:LAST"),
+         QStringLiteral("finance reports: the month-range mode; each end as --month")},
+        {QStringLiteral("--cutoff DATE|today|month-end"),
+         QStringLiteral("finance reports: the cut-off date (收款截止日期); month-end is the last "
+                        "day of the month given")},
+        {QStringLiteral("--receipts DATE:DATE|month"),
+         QStringLiteral("advance-receipt reports: the receipt date range; month is the whole "
+                        "month given")},
+        {QStringLiteral("--xlsx FILE"),
+         QStringLiteral("the workbook, created if missing; may hold {office}, {office_name}, "
+                        "{report}, {month}, {date}")},
+        {QStringLiteral("--sheet NAME"),
+         QStringLiteral("the sheet (default: the report's template name); may hold placeholders")},
+        {QStringLiteral("--pdf FILE"),
+         QStringLiteral("also print each grid to this PDF; may hold placeholders")},
+        {QStringLiteral("--paper A4|A3"), QStringLiteral("the PDF's paper (default A4)")},
+        {QStringLiteral("--orientation portrait|landscape|auto"),
+         QStringLiteral("the PDF's page; auto turns it for a table too wide upright")},
+        {QStringLiteral("--dry-run"), QStringLiteral("list what would be written; write nothing")},
+    };
+    command.example = QStringLiteral(
+        "quorvale-admin export --report all --office all --user 1002 --password-env QUORVALE_PW "
+        "--post GW05 --month last --cutoff month-end --xlsx 'out/{month}/{office}.xlsx'");
     command.application = AdminCommand::Application::Widgets;
     command.run = [](const QStringList &arguments, QTextStream &out) {
         const ExportRequest request = parseExportRequest(arguments);

@@ -1,10 +1,6 @@
 #include "runtime/tempfilecleanup.h"
-#include "tools/admincommand.h"
-#include "tools/backgroundcommand.h"
-#include "tools/configcommand.h"
+#include "tools/admincommands.h"
 #include "tools/consoletext.h"
-#include "tools/createdbcommand.h"
-#include "tools/exportcommand.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -14,11 +10,10 @@
 
 using namespace quorvale;
 
-// quorvale-admin COMMAND …: a new subcommand is one more entry in this list.
+// quorvale-admin COMMAND …
 int main(int argc, char **argv)
 {
-    const QList<AdminCommand> commands = {createDbCommand(), configCommand(),
-                                          makeBackgroundCommand(), exportCommand()};
+    const QList<AdminCommand> commands = adminCommands();
 
     int invalid = -1;
     QStringList arguments = utf8Arguments(argc, argv, invalid);
@@ -30,8 +25,7 @@ int main(int argc, char **argv)
     }
     installCleanupOnSignals();
     // A console tool draws and lays out off screen; it never opens a window.
-    const AdminCommand *command = findAdminCommand(commands, arguments);
-    const auto kind = command ? command->application : AdminCommand::Application::Core;
+    const auto kind = adminApplicationFor(commands, arguments);
     if (kind != AdminCommand::Application::Core && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Keep stderr to the one line a failure prints; platform chatter is not for the console.

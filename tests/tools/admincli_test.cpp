@@ -35,6 +35,11 @@ TEST(AdminCli, BadArgumentsGiveOneLineAndStatus2)
         {"config", "--server", "s", "--login", "l", "--password", "p"},
         {"config", "--server", "s", "--login", "l", "--password", "p", "--database", "d", "extra"},
         {"make-background"},
+        {"make-icon"},
+        {"make-icon", "--size", "8", file + ".png"},
+        {"make-icon", "--size", "big", file + ".png"},
+        {"help", "bogus"},
+        {"--version", "create-db"},
     };
     for (const QStringList &arguments : cases) {
         const auto run = quorvale::testing::runAdmin(arguments);
