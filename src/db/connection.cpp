@@ -4,11 +4,11 @@
 #include "db/odbcconnectionstring.h"
 #include "runtime/runtimeerror.h"
 #include "tsql/tsqladapter.h"
+#include "tsql/tsqlbatches.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <atomic>
@@ -24,19 +24,6 @@ const QLatin1String embeddedPrefix("sqlite:");
     throw RuntimeError(
         3709, QStringLiteral("The connection cannot be used to perform this operation. It is "
                              "either closed or invalid in this context."));
-}
-
-// T-SQL scripts separate batches with lines holding only GO.
-QStringList splitBatches(const QString &tsql)
-{
-    static const QRegularExpression go(QStringLiteral("^[ \\t]*GO[ \\t]*\\r?$"),
-                                       QRegularExpression::CaseInsensitiveOption |
-                                           QRegularExpression::MultilineOption);
-    QStringList batches;
-    for (const QString &b : tsql.split(go))
-        if (!b.trimmed().isEmpty())
-            batches << b;
-    return batches;
 }
 
 } // namespace
@@ -148,13 +135,14 @@ void Connection::Execute(const QString &tsql)
         if (!q.exec(sql))
             throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(q.lastError()));
     };
-    for (const QString &batch : splitBatches(tsql)) {
+    for (const TsqlBatch &batch : tsqlBatches(tsql)) {
         if (m_embedded)
             asDatabaseError([&] {
-                m_adapter->translateBatch(batch, [&](const TsqlStatement &st) { run(st.sql); });
+                m_adapter->translateBatch(batch.text,
+                                          [&](const TsqlStatement &st) { run(st.sql); });
             });
         else
-            run(batch);
+            run(batch.text);
     }
 }
 

@@ -127,7 +127,11 @@ class Parser {
         }
         if (peek().kind == TsqlToken::Kind::End)
             return false;
+        const qsizetype first = out.size();
+        const int position = peek().position;
         statement(out);
+        for (qsizetype i = first; i < out.size(); ++i)
+            out[i].position = position;
         return true;
     }
 
@@ -175,12 +179,14 @@ class Parser {
     [[noreturn]] static void syntaxError(const TsqlToken &t)
     {
         throw TsqlError(QStringLiteral("Incorrect syntax near '%1' (position %2).")
-                               .arg(t.display())
-                               .arg(t.position));
+                            .arg(t.display())
+                            .arg(t.position),
+                        t.position);
     }
     [[noreturn]] static void error(const QString &message, const TsqlToken &t)
     {
-        throw TsqlError(QStringLiteral("%1 (position %2).").arg(message).arg(t.position));
+        throw TsqlError(QStringLiteral("%1 (position %2).").arg(message).arg(t.position),
+                        t.position);
     }
     static bool isReserved(const TsqlToken &t)
     {
@@ -231,10 +237,13 @@ class Parser {
             out.append(select());
         } else if (t.isKeyword("INSERT")) {
             out.append(insert());
+            out.last().changesRows = true;
         } else if (t.isKeyword("UPDATE")) {
             out.append(update());
+            out.last().changesRows = true;
         } else if (t.isKeyword("DELETE")) {
             out.append(deleteStatement());
+            out.last().changesRows = true;
         } else if (t.isKeyword("CREATE")) {
             create(out);
         } else if (t.isKeyword("DROP")) {
