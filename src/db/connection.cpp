@@ -18,6 +18,7 @@ namespace quorvale {
 namespace {
 
 const QLatin1String embeddedPrefix("sqlite:");
+const QLatin1String odbcPrefix("odbc:");
 
 [[noreturn]] void closedError()
 {
@@ -52,6 +53,16 @@ QString Connection::embeddedConnectionString(const QString &path)
                "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
                "Catalog='';Data Source='") +
            embeddedPrefix + path + QLatin1Char('\'');
+}
+
+QString Connection::odbcDataSourceConnectionString(const QString &odbc)
+{
+    QString quoted = odbc;
+    quoted.replace(QLatin1Char('\''), QLatin1String("''"));
+    return QStringLiteral(
+               "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
+               "Catalog='';Data Source='") +
+           odbcPrefix + quoted + QLatin1Char('\'');
 }
 
 void Connection::Open()
@@ -94,14 +105,23 @@ void Connection::Open()
         return;
     }
 
+    if (values.dataSource.startsWith(odbcPrefix, Qt::CaseInsensitive)) {
+        openOdbc(completedOdbcConnectionString(values.dataSource.mid(odbcPrefix.size()), values));
+        return;
+    }
     const QString driver = chooseSqlServerDriver(installedOdbcDrivers());
     if (driver.isEmpty())
         throw RuntimeError(
             ErrorNumber::DatabaseError,
             QStringLiteral("[Microsoft][ODBC Driver Manager] Data source name not found and no "
                            "default driver specified (no SQL Server ODBC driver is installed)"));
+    openOdbc(odbcConnectionString(values, driver));
+}
+
+void Connection::openOdbc(const QString &odbc)
+{
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), m_name);
-    db.setDatabaseName(odbcConnectionString(values, driver));
+    db.setDatabaseName(qodbcDatabaseName(odbc));
     if (ConnectionTimeout > 0)
         db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ConnectionTimeout));
     if (!db.open()) {

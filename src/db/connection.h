@@ -16,7 +16,9 @@ class TsqlAdapter;
 // The ADO-shaped connection the windows use. ConnectionString is the OLE DB
 // style text ("Provider=...;Password=...;User ID=...;Initial Catalog='...';
 // Data Source='...'"); Open() picks the engine from the data source:
-// "sqlite:PATH" is the embedded engine, anything else SQL Server over ODBC.
+// "sqlite:PATH" is the embedded engine, "odbc:STRING" any ODBC data source
+// through a complete ODBC connection string, anything else SQL Server
+// through the best SQL Server ODBC driver installed.
 class Connection {
   public:
     Connection();
@@ -33,6 +35,9 @@ class Connection {
 
     // The connection string that opens an embedded database file.
     static QString embeddedConnectionString(const QString &path);
+    // The connection string that opens an ODBC data source as the ODBC
+    // connection string describes it ("DRIVER={PostgreSQL Unicode};...").
+    static QString odbcDataSourceConnectionString(const QString &odbc);
 
     // Throws RuntimeError with the driver's text when the open fails.
     void Open();
@@ -49,6 +54,8 @@ class Connection {
     TsqlAdapter *adapter() const;
 
   private:
+    void openOdbc(const QString &odbc);
+
     QString m_name;
     bool m_embedded = false;
     std::unique_ptr<TsqlAdapter> m_adapter;

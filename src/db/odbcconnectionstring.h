@@ -32,4 +32,22 @@ QString chooseSqlServerDriver(const QStringList &installed);
 // "host,port" or "host\instance") through the given driver.
 QString odbcConnectionString(const AdoConnectionValues &values, const QString &driver);
 
+// A data source "odbc:..." holds a complete ODBC connection string for any
+// driver, used as it stands. The ADO string's login, password and catalog
+// are added as UID, PWD and DATABASE only where the ODBC string names none.
+QString completedOdbcConnectionString(const QString &odbc, const AdoConnectionValues &values);
+
+// The keys of an ODBC connection string, lower case, in order ("{...}"
+// values may hold ';' and '='; "}}" inside them is one brace).
+QStringList odbcConnectionStringKeys(const QString &odbc);
+
+// PostgreSQL's driver hands over the first row of a result only after reading
+// all of it into memory, unless told to fetch through a cursor; this adds
+// that setting to a string for it that does not choose. Other drivers stream
+// a forward-only result on their own.
+QString streamingOdbcConnectionString(const QString &odbc);
+
+// The database name QODBC needs to connect with an ODBC connection string.
+QString qodbcDatabaseName(const QString &odbc);
+
 } // namespace quorvale
