@@ -3,6 +3,7 @@
 #include "tools/configcommand.h"
 #include "tools/createdbcommand.h"
 #include "tools/exportcommand.h"
+#include "tools/sqlcommand.h"
 
 #include <QApplication>
 #include <QCoreApplication>
@@ -16,7 +17,7 @@ using namespace quorvale;
 int main(int argc, char **argv)
 {
     const QList<AdminCommand> commands = {createDbCommand(), configCommand(),
-                                          makeBackgroundCommand(), exportCommand()};
+                                          makeBackgroundCommand(), exportCommand(), sqlCommand()};
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
