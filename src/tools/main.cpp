@@ -3,6 +3,7 @@
 #include "tools/configcommand.h"
 #include "tools/createdbcommand.h"
 #include "tools/exportcommand.h"
+#include "tools/importcommand.h"
 #include "tools/sqlcommand.h"
 
 #include <QApplication>
@@ -16,8 +17,9 @@ using namespace quorvale;
 // quorvale-admin COMMAND …: a new subcommand is one more entry in this list.
 int main(int argc, char **argv)
 {
-    const QList<AdminCommand> commands = {createDbCommand(), configCommand(),
-                                          makeBackgroundCommand(), exportCommand(), sqlCommand()};
+    const QList<AdminCommand> commands = {createDbCommand(),       configCommand(),
+                                          makeBackgroundCommand(), exportCommand(),
+                                          sqlCommand(),            importCommand()};
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
