@@ -4,6 +4,7 @@
 #include "tools/createdbcommand.h"
 #include "tools/exportcommand.h"
 #include "tools/importcommand.h"
+#include "tools/snapshotcommand.h"
 #include "tools/sqlcommand.h"
 
 #include <QApplication>
@@ -17,9 +18,10 @@ using namespace quorvale;
 // quorvale-admin COMMAND …: a new subcommand is one more entry in this list.
 int main(int argc, char **argv)
 {
-    const QList<AdminCommand> commands = {createDbCommand(),       configCommand(),
-                                          makeBackgroundCommand(), exportCommand(),
-                                          sqlCommand(),            importCommand()};
+    const QList<AdminCommand> commands = {
+        createDbCommand(), configCommand(), makeBackgroundCommand(), exportCommand(),
+        sqlCommand(),      importCommand(), snapshotCommand(),
+    };
 
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
