@@ -17,6 +17,7 @@ if [ "$(id -u)" -eq 0 ]; then
     getent passwd postgres > /dev/null || { echo "pg_server: no postgres user to run the server as" >&2; exit 1; }
     chown postgres: "$dir"
     as_owner=(runuser -u postgres --)
+    "${as_owner[@]}" test -x "$dir" || { echo "pg_server: the postgres user cannot reach $dir" >&2; exit 1; }
 fi
 case $action in
 start)
