@@ -80,8 +80,11 @@ void PostgresServer::psql(const QString &database, const QString &sql)
 
 QString PostgresServer::odbc(const QString &database) const
 {
-    return QStringLiteral("DRIVER={%1};Servername=%2;Port=5432;Database=%3;UID=quorvale")
-        .arg(odbcDriver, m_dir.path(), database);
+    const QString server =
+        QStringLiteral("DRIVER={%1};Servername=%2;Port=5432").arg(odbcDriver, m_dir.path());
+    if (database.isEmpty())
+        return server;
+    return server + QStringLiteral(";Database=%1;UID=quorvale").arg(database);
 }
 
 } // namespace quorvale::testing

@@ -21,8 +21,9 @@ class PostgresServer {
     void createDatabase(const QString &name, const QString &embeddedFile = {});
     // Runs statements through psql; throws on any error.
     void psql(const QString &database, const QString &sql);
-    // The connection string for the PostgreSQL Unicode ODBC driver.
-    QString odbc(const QString &database) const;
+    // The connection string for the PostgreSQL Unicode ODBC driver; without
+    // a database, one that names neither database nor user.
+    QString odbc(const QString &database = {}) const;
 
   private:
     QTemporaryDir m_dir;

@@ -153,12 +153,24 @@ TEST(PostgresSnapshot, KeepsEveryValueAndNamesWhatTheSourceLacks)
         EXPECT_EQ(fieldTexts(target, query), rows);
     }
 
-    // An existing file is kept unless --force.
-    const auto again = runAdmin({"snapshot", "--to", file, "--from", server.odbc("probe")});
+    // The four settings name the server too, the settings filling in what the
+    // ODBC string leaves out: sql sends it statements as they stand, and a
+    // snapshot without --from reads it.
+    for (const auto &[key, value] :
+         {std::pair{"Svr", "odbc:" + server.odbc()}, {"UID", "quorvale"}, {"DBname", "probe"}})
+        SettingsStore::SaveSetting("Quorvale", "DBConfig", key, value);
+    const auto update = runAdmin({"sql", "-e", "UPDATE wyzj SET zj_lx = '09' WHERE zj_id = 3"});
+    EXPECT_EQ(update.out, "(1 row affected)\n") << update.err.toStdString();
+    const auto csv =
+        runAdmin({"sql", "--csv", "-e", "SELECT zj_id, zj_lx, 收款方式 FROM wyzj ORDER BY zj_id"});
+    EXPECT_EQ(csv.out.toStdString(),
+              "zj_id,zj_lx,收款方式\r\n1,01,\"微信 \"\r\n2,02,\"\"\r\n3,09,银行转账\r\n");
+    const auto again = runAdmin({"snapshot", "--to", file});
     EXPECT_EQ(again.status, 4);
     EXPECT_TRUE(again.err.contains("--force")) << again.err.toStdString();
-    EXPECT_EQ(
-        runAdmin({"snapshot", "--to", file, "--from", server.odbc("probe"), "--force"}).status, 0);
+    ASSERT_EQ(runAdmin({"snapshot", "--to", file, "--force"}).status, 0);
+    EXPECT_EQ(fieldTexts(openEmbeddedDatabase(file), "SELECT ZJ_LX FROM WYZJ WHERE ZJ_ID = 3"),
+              QList<QStringList>{{"09"}});
 
     const struct {
         const char *change;
