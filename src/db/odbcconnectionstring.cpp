@@ -181,9 +181,9 @@ QString chooseSqlServerDriver(const QStringList &installed)
     return {};
 }
 
-QStringList odbcConnectionStringKeys(const QString &odbc)
+QList<std::pair<QString, QString>> odbcConnectionStringPairs(const QString &odbc)
 {
-    QStringList keys;
+    QList<std::pair<QString, QString>> pairs;
     const qsizetype n = odbc.size();
     qsizetype i = 0;
     while (i < n) {
@@ -195,32 +195,36 @@ QStringList odbcConnectionStringKeys(const QString &odbc)
             continue;
         }
         const QString key = odbc.mid(i, eq - i).trimmed().toLower();
-        if (!key.isEmpty())
-            keys << key;
+        QString value;
         i = eq + 1;
         while (i < n && odbc.at(i) == QLatin1Char(' '))
             ++i;
         if (i < n && odbc.at(i) == QLatin1Char('{')) {
             for (++i; i < n; ++i) {
-                if (odbc.at(i) != QLatin1Char('}'))
-                    continue;
-                if (i + 1 < n && odbc.at(i + 1) == QLatin1Char('}')) {
+                if (odbc.at(i) == QLatin1Char('}')) {
+                    if (i + 1 >= n || odbc.at(i + 1) != QLatin1Char('}')) {
+                        ++i;
+                        break;
+                    }
                     ++i;
-                    continue;
                 }
-                ++i;
-                break;
+                value += odbc.at(i);
             }
         }
         const qsizetype end = odbc.indexOf(QLatin1Char(';'), i);
+        value += odbc.mid(i, (end < 0 ? n : end) - i).trimmed();
+        if (!key.isEmpty())
+            pairs.append({key, value});
         i = end < 0 ? n : end + 1;
     }
-    return keys;
+    return pairs;
 }
 
 QString completedOdbcConnectionString(const QString &odbc, const AdoConnectionValues &values)
 {
-    const QStringList keys = odbcConnectionStringKeys(odbc);
+    QStringList keys;
+    for (const auto &[key, value] : odbcConnectionStringPairs(odbc))
+        keys << key;
     QString text = odbc.trimmed();
     const auto add = [&](std::initializer_list<const char *> names, const char *key,
                          const QString &value) {
@@ -241,9 +245,15 @@ QString completedOdbcConnectionString(const QString &odbc, const AdoConnectionVa
 
 QString streamingOdbcConnectionString(const QString &odbc)
 {
-    const bool postgres = odbc.contains(QLatin1String("PostgreSQL"), Qt::CaseInsensitive) ||
-                          odbc.contains(QLatin1String("psqlodbc"), Qt::CaseInsensitive);
-    if (!postgres || odbcConnectionStringKeys(odbc).contains(QLatin1String("usedeclarefetch")))
+    bool postgres = false;
+    for (const auto &[key, value] : odbcConnectionStringPairs(odbc)) {
+        if (key == QLatin1String("usedeclarefetch"))
+            return odbc;
+        if (key == QLatin1String("driver"))
+            postgres = value.contains(QLatin1String("PostgreSQL"), Qt::CaseInsensitive) ||
+                       value.contains(QLatin1String("psqlodbc"), Qt::CaseInsensitive);
+    }
+    if (!postgres)
         return odbc;
     QString text = odbc.trimmed();
     if (!text.endsWith(QLatin1Char(';')))

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <utility>
 
 namespace quorvale {
 
@@ -37,9 +38,9 @@ QString odbcConnectionString(const AdoConnectionValues &values, const QString &d
 // are added as UID, PWD and DATABASE only where the ODBC string names none.
 QString completedOdbcConnectionString(const QString &odbc, const AdoConnectionValues &values);
 
-// The keys of an ODBC connection string, lower case, in order ("{...}"
-// values may hold ';' and '='; "}}" inside them is one brace).
-QStringList odbcConnectionStringKeys(const QString &odbc);
+// The keys (lower case) and values of an ODBC connection string, in order;
+// a "{...}" value may hold ';' and '=', and "}}" inside it is one brace.
+QList<std::pair<QString, QString>> odbcConnectionStringPairs(const QString &odbc);
 
 // PostgreSQL's driver hands over the first row of a result only after reading
 // all of it into memory, unless told to fetch through a cursor; this adds

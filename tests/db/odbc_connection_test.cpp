@@ -145,7 +145,7 @@ TEST(OdbcConnectionString, OdbcDataSourcesAsTheyStand)
     EXPECT_EQ(streamingOdbcConnectionString("DRIVER={PostgreSQL Unicode};Servername=h"),
               "DRIVER={PostgreSQL Unicode};Servername=h;UseDeclareFetch=1;Fetch=2000");
     for (const char *unchanged : {"DRIVER={PostgreSQL Unicode};UseDeclareFetch=0",
-                                  "DRIVER={ODBC Driver 18 for SQL Server};SERVER=h"})
+                                  "DRIVER={ODBC Driver 18 for SQL Server};SERVER=postgresql01"})
         EXPECT_EQ(streamingOdbcConnectionString(unchanged), unchanged);
 }
 
