@@ -142,11 +142,12 @@ TEST(OdbcConnectionString, OdbcDataSourcesAsTheyStand)
     const QString odbc = "DRIVER={PostgreSQL Unicode};Servername=/tmp/o'k;PWD={x;y}";
     EXPECT_EQ(parseAdoConnectionString(Connection::odbcDataSourceConnectionString(odbc)).dataSource,
               "odbc:" + odbc);
-    EXPECT_EQ(streamingOdbcConnectionString("DRIVER={PostgreSQL Unicode};Servername=h"),
-              "DRIVER={PostgreSQL Unicode};Servername=h;UseDeclareFetch=1;Fetch=2000");
+    EXPECT_EQ(
+        streamingOdbcConnectionString("DRIVER={PostgreSQL Unicode};Servername=h").toStdString(),
+        "DRIVER={PostgreSQL Unicode};Servername=h;UseDeclareFetch=1;Fetch=2000");
     for (const char *unchanged : {"DRIVER={PostgreSQL Unicode};UseDeclareFetch=0",
                                   "DRIVER={ODBC Driver 18 for SQL Server};SERVER=postgresql01"})
-        EXPECT_EQ(streamingOdbcConnectionString(unchanged), unchanged);
+        EXPECT_EQ(streamingOdbcConnectionString(unchanged).toStdString(), unchanged);
 }
 
 TEST(OdbcConnection, OdbcDataSourceReachesItsDriver)
