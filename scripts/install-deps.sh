@@ -14,6 +14,9 @@ packages=(
   dpkg-dev file lintian desktop-file-utils appstream man-db
   # SQL Server access through ODBC (FreeTDS on Linux)
   unixodbc tdsodbc
+  # the snapshot's test and benchmark read a real server through a real ODBC driver;
+  # the extension's test loads it into the sqlite3 shell and Debian's Python
+  postgresql odbc-postgresql sqlite3 python3
   # Chinese fonts for the UI and for PDFs
   fonts-wqy-microhei
   # benchmarks compare the workbook writer with libxlsxwriter; time measures peak memory

@@ -5,11 +5,11 @@
 #include "db/sqlerrortext.h"
 #include "runtime/runtimeerror.h"
 #include "tsql/tsqladapter.h"
+#include "tsql/tsqlbatches.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QSqlError>
 #include <QSqlQuery>
 #include <atomic>
@@ -19,25 +19,13 @@ namespace quorvale {
 namespace {
 
 const QLatin1String embeddedPrefix("sqlite:");
+const QLatin1String odbcPrefix("odbc:");
 
 [[noreturn]] void closedError()
 {
     throw RuntimeError(
         3709, QStringLiteral("The connection cannot be used to perform this operation. It is "
                              "either closed or invalid in this context."));
-}
-
-// T-SQL scripts separate batches with lines holding only GO.
-QStringList splitBatches(const QString &tsql)
-{
-    static const QRegularExpression go(QStringLiteral("^[ \\t]*GO[ \\t]*\\r?$"),
-                                       QRegularExpression::CaseInsensitiveOption |
-                                           QRegularExpression::MultilineOption);
-    QStringList batches;
-    for (const QString &b : tsql.split(go))
-        if (!b.trimmed().isEmpty())
-            batches << b;
-    return batches;
 }
 
 } // namespace
@@ -78,6 +66,16 @@ QString Connection::embeddedDatabasePath(const QString &dataSource)
     const QString base = QCoreApplication::instance() ? QCoreApplication::applicationDirPath()
                                                       : QDir::currentPath();
     return QDir(base).absoluteFilePath(path);
+}
+
+QString Connection::odbcDataSourceConnectionString(const QString &odbc)
+{
+    QString quoted = odbc;
+    quoted.replace(QLatin1Char('\''), QLatin1String("''"));
+    return QStringLiteral(
+               "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
+               "Catalog='';Data Source='") +
+           odbcPrefix + quoted + QLatin1Char('\'');
 }
 
 void Connection::Open()
@@ -123,14 +121,23 @@ void Connection::Open()
         return;
     }
 
+    if (values.dataSource.startsWith(odbcPrefix, Qt::CaseInsensitive)) {
+        openOdbc(completedOdbcConnectionString(values.dataSource.mid(odbcPrefix.size()), values));
+        return;
+    }
     const QString driver = chooseSqlServerDriver(installedOdbcDrivers());
     if (driver.isEmpty())
         throw RuntimeError(
             ErrorNumber::DatabaseError,
             QStringLiteral("[Microsoft][ODBC Driver Manager] Data source name not found and no "
                            "default driver specified (no SQL Server ODBC driver is installed)"));
+    openOdbc(odbcConnectionString(values, driver));
+}
+
+void Connection::openOdbc(const QString &odbc)
+{
     QSqlDatabase db = QSqlDatabase::addDatabase(QStringLiteral("QODBC"), m_name);
-    db.setDatabaseName(odbcConnectionString(values, driver));
+    db.setDatabaseName(qodbcDatabaseName(odbc));
     if (ConnectionTimeout > 0)
         db.setConnectOptions(QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ConnectionTimeout));
     if (!db.open()) {
@@ -164,13 +171,14 @@ void Connection::Execute(const QString &tsql)
         if (!q.exec(sql))
             throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(q.lastError()));
     };
-    for (const QString &batch : splitBatches(tsql)) {
+    for (const TsqlBatch &batch : tsqlBatches(tsql)) {
         if (m_embedded)
             asDatabaseError([&] {
-                m_adapter->translateBatch(batch, [&](const TsqlStatement &st) { run(st.sql); });
+                m_adapter->translateBatch(batch.text,
+                                          [&](const TsqlStatement &st) { run(st.sql); });
             });
         else
-            run(batch);
+            run(batch.text);
     }
 }
 

@@ -16,7 +16,9 @@ class TsqlAdapter;
 // The ADO-shaped connection the windows use. ConnectionString is the OLE DB
 // style text ("Provider=...;Password=...;User ID=...;Initial Catalog='...';
 // Data Source='...'"); Open() picks the engine from the data source:
-// "sqlite:PATH" is the embedded engine, anything else SQL Server over ODBC.
+// "sqlite:PATH" is the embedded engine, "odbc:STRING" any ODBC data source
+// through a complete ODBC connection string, anything else SQL Server
+// through the best SQL Server ODBC driver installed.
 class Connection {
   public:
     Connection();
@@ -36,6 +38,9 @@ class Connection {
     // The file an embedded data source ("sqlite:PATH") names, a relative
     // path taken from the program's folder; empty for a server.
     static QString embeddedDatabasePath(const QString &dataSource);
+    // The connection string that opens an ODBC data source as the ODBC
+    // connection string describes it ("DRIVER={PostgreSQL Unicode};...").
+    static QString odbcDataSourceConnectionString(const QString &odbc);
 
     // Throws RuntimeError with the driver's text when the open fails.
     void Open();
@@ -52,6 +57,8 @@ class Connection {
     TsqlAdapter *adapter() const;
 
   private:
+    void openOdbc(const QString &odbc);
+
     QString m_name;
     bool m_embedded = false;
     std::unique_ptr<TsqlAdapter> m_adapter;

@@ -95,6 +95,32 @@ QDateTime parseStoredDateTime(const QString &s)
 
 } // namespace
 
+FieldKind fieldKindOfMetaType(int typeId)
+{
+    switch (typeId) {
+    case QMetaType::QDateTime:
+    case QMetaType::QDate:
+    case QMetaType::QTime:
+        return FieldKind::DateTime;
+    case QMetaType::Bool:
+        return FieldKind::Bit;
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::Double:
+    case QMetaType::Float:
+    case QMetaType::Char:
+    case QMetaType::UChar:
+    case QMetaType::SChar:
+        return FieldKind::Number;
+    default:
+        return FieldKind::Text;
+    }
+}
+
 QString Field::text() const
 {
     if (m_value.isNull())

@@ -7,6 +7,9 @@
 
 namespace quorvale {
 
+// What a server driver's column type holds, for Field::text().
+FieldKind fieldKindOfMetaType(int typeId);
+
 class Field {
 public:
     Field() = default;

@@ -181,6 +181,100 @@ QString chooseSqlServerDriver(const QStringList &installed)
     return {};
 }
 
+QList<std::pair<QString, QString>> odbcConnectionStringPairs(const QString &odbc)
+{
+    QList<std::pair<QString, QString>> pairs;
+    const qsizetype n = odbc.size();
+    qsizetype i = 0;
+    while (i < n) {
+        const qsizetype eq = odbc.indexOf(QLatin1Char('='), i);
+        const qsizetype semicolon = odbc.indexOf(QLatin1Char(';'), i);
+        if (eq < 0 || (semicolon >= 0 && semicolon < eq)) {
+            // A part without '=' names no key.
+            i = semicolon < 0 ? n : semicolon + 1;
+            continue;
+        }
+        const QString key = odbc.mid(i, eq - i).trimmed().toLower();
+        QString value;
+        i = eq + 1;
+        while (i < n && odbc.at(i) == QLatin1Char(' '))
+            ++i;
+        if (i < n && odbc.at(i) == QLatin1Char('{')) {
+            for (++i; i < n; ++i) {
+                if (odbc.at(i) == QLatin1Char('}')) {
+                    if (i + 1 >= n || odbc.at(i + 1) != QLatin1Char('}')) {
+                        ++i;
+                        break;
+                    }
+                    ++i;
+                }
+                value += odbc.at(i);
+            }
+        }
+        const qsizetype end = odbc.indexOf(QLatin1Char(';'), i);
+        value += odbc.mid(i, (end < 0 ? n : end) - i).trimmed();
+        if (!key.isEmpty())
+            pairs.append({key, value});
+        i = end < 0 ? n : end + 1;
+    }
+    return pairs;
+}
+
+QString completedOdbcConnectionString(const QString &odbc, const AdoConnectionValues &values)
+{
+    QStringList keys;
+    for (const auto &[key, value] : odbcConnectionStringPairs(odbc))
+        keys << key;
+    QString text = odbc.trimmed();
+    const auto add = [&](std::initializer_list<const char *> names, const char *key,
+                         const QString &value) {
+        if (value.isEmpty())
+            return;
+        for (const char *name : names)
+            if (keys.contains(QLatin1String(name)))
+                return;
+        if (!text.isEmpty() && !text.endsWith(QLatin1Char(';')))
+            text += QLatin1Char(';');
+        text += QLatin1String(key) + QLatin1Char('=') + odbcValue(value);
+    };
+    add({"uid", "user", "user id", "username"}, "UID", values.userId);
+    add({"pwd", "password"}, "PWD", values.password);
+    add({"database", "initial catalog"}, "DATABASE", values.initialCatalog);
+    return text;
+}
+
+QString streamingOdbcConnectionString(const QString &odbc)
+{
+    bool postgres = false;
+    for (const auto &[key, value] : odbcConnectionStringPairs(odbc)) {
+        if (key == QLatin1String("usedeclarefetch"))
+            return odbc;
+        if (key == QLatin1String("driver"))
+            postgres = value.contains(QLatin1String("PostgreSQL"), Qt::CaseInsensitive) ||
+                       value.contains(QLatin1String("psqlodbc"), Qt::CaseInsensitive);
+    }
+    if (!postgres)
+        return odbc;
+    QString text = odbc.trimmed();
+    if (!text.endsWith(QLatin1Char(';')))
+        text += QLatin1Char(';');
+    return text + QLatin1String("UseDeclareFetch=1;Fetch=2000");
+}
+
+QString qodbcDatabaseName(const QString &odbc)
+{
+    // QODBC hands a text naming a DRIVER or SERVER key to the driver manager
+    // as it is and puts "DSN=" before anything else, so a string that starts
+    // with its own DSN key gives that key up here and gets it back from QODBC.
+    if (odbc.contains(QLatin1String("DRIVER="), Qt::CaseInsensitive) ||
+        odbc.contains(QLatin1String("SERVER="), Qt::CaseInsensitive))
+        return odbc;
+    static const QRegularExpression dsnKey(QStringLiteral("^\\s*DSN\\s*=\\s*"),
+                                           QRegularExpression::CaseInsensitiveOption);
+    QString name = odbc;
+    return name.remove(dsnKey);
+}
+
 QString odbcConnectionString(const AdoConnectionValues &values, const QString &driver)
 {
     QString server = values.dataSource.trimmed();

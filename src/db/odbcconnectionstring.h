@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <utility>
 
 namespace quorvale {
 
@@ -31,5 +32,23 @@ QString chooseSqlServerDriver(const QStringList &installed);
 // The ODBC connection string for a SQL Server data source ("host",
 // "host,port" or "host\instance") through the given driver.
 QString odbcConnectionString(const AdoConnectionValues &values, const QString &driver);
+
+// A data source "odbc:..." holds a complete ODBC connection string for any
+// driver, used as it stands. The ADO string's login, password and catalog
+// are added as UID, PWD and DATABASE only where the ODBC string names none.
+QString completedOdbcConnectionString(const QString &odbc, const AdoConnectionValues &values);
+
+// The keys (lower case) and values of an ODBC connection string, in order;
+// a "{...}" value may hold ';' and '=', and "}}" inside it is one brace.
+QList<std::pair<QString, QString>> odbcConnectionStringPairs(const QString &odbc);
+
+// PostgreSQL's driver hands over the first row of a result only after reading
+// all of it into memory, unless told to fetch through a cursor; this adds
+// that setting to a string for it that does not choose. Other drivers stream
+// a forward-only result on their own.
+QString streamingOdbcConnectionString(const QString &odbc);
+
+// The database name QODBC needs to connect with an ODBC connection string.
+QString qodbcDatabaseName(const QString &odbc);
 
 } // namespace quorvale

@@ -26,33 +26,6 @@ namespace {
     throw RuntimeError(3704, QStringLiteral("Operation is not allowed when the object is closed."));
 }
 
-// What the server engine's column type holds, for Field::text().
-FieldKind kindOfMetaType(int type)
-{
-    switch (type) {
-    case QMetaType::QDateTime:
-    case QMetaType::QDate:
-    case QMetaType::QTime:
-        return FieldKind::DateTime;
-    case QMetaType::Bool:
-        return FieldKind::Bit;
-    case QMetaType::Int:
-    case QMetaType::UInt:
-    case QMetaType::LongLong:
-    case QMetaType::ULongLong:
-    case QMetaType::Short:
-    case QMetaType::UShort:
-    case QMetaType::Double:
-    case QMetaType::Float:
-    case QMetaType::Char:
-    case QMetaType::UChar:
-    case QMetaType::SChar:
-        return FieldKind::Number;
-    default:
-        return FieldKind::Text;
-    }
-}
-
 } // namespace
 
 struct Recordset::Impl {
@@ -125,7 +98,7 @@ void Recordset::Open(const QString &source, const ConnectionPtr &connection, int
     } else {
         for (int i = 0; i < record.count(); ++i) {
             const QSqlField f = record.field(i);
-            columns.append(TsqlColumn{f.name(), kindOfMetaType(f.metaType().id())});
+            columns.append(TsqlColumn{f.name(), fieldKindOfMetaType(f.metaType().id())});
         }
     }
     d->connection = connection;

@@ -5,14 +5,17 @@
 #include "tools/createdbcommand.h"
 #include "tools/exportcommand.h"
 #include "tools/iconcommand.h"
+#include "tools/importcommand.h"
+#include "tools/snapshotcommand.h"
+#include "tools/sqlcommand.h"
 
 namespace quorvale {
 
 // A new subcommand is one more entry in this list; its help comes with it.
 QList<AdminCommand> adminCommands()
 {
-    return {createDbCommand(), configCommand(), exportCommand(), makeBackgroundCommand(),
-            makeIconCommand()};
+    return {createDbCommand(), configCommand(),         exportCommand(),   snapshotCommand(),
+            sqlCommand(),      importCommand(),         makeBackgroundCommand(), makeIconCommand()};
 }
 
 } // namespace quorvale

@@ -6,6 +6,20 @@
 
 namespace quorvale {
 
+namespace {
+
+bool isWide(char32_t c)
+{
+    return (c >= 0x1100 && c <= 0x115f) || (c >= 0x2e80 && c <= 0x303e) ||
+           (c >= 0x3041 && c <= 0x33ff) || (c >= 0x3400 && c <= 0x4dbf) ||
+           (c >= 0x4e00 && c <= 0x9fff) || (c >= 0xa000 && c <= 0xa4cf) ||
+           (c >= 0xac00 && c <= 0xd7a3) || (c >= 0xf900 && c <= 0xfaff) ||
+           (c >= 0xfe30 && c <= 0xfe4f) || (c >= 0xff00 && c <= 0xff60) ||
+           (c >= 0xffe0 && c <= 0xffe6) || (c >= 0x20000 && c <= 0x3fffd);
+}
+
+} // namespace
+
 QString printableText(const QString &text)
 {
     QString shown;
@@ -23,13 +37,10 @@ QString printableText(const QString &text)
 int displayWidth(const QString &text)
 {
     int width = 0;
-    for (const QChar c : text) {
-        const char16_t u = c.unicode();
-        const bool wide = (u >= 0x1100 && u <= 0x115f) || (u >= 0x2e80 && u <= 0xa4cf) ||
-                          (u >= 0xac00 && u <= 0xd7a3) || (u >= 0xf900 && u <= 0xfaff) ||
-                          (u >= 0xfe30 && u <= 0xfe4f) || (u >= 0xff00 && u <= 0xff60) ||
-                          (u >= 0xffe0 && u <= 0xffe6);
-        width += c.isLowSurrogate() ? 0 : wide ? 2 : 1;
+    for (char32_t c : text.toUcs4()) {
+        if (QChar::isMark(c))
+            continue;
+        width += isWide(c) ? 2 : 1;
     }
     return width;
 }

@@ -10,7 +10,7 @@ namespace quorvale {
 // acting on the terminal.
 QString printableText(const QString &text);
 
-// Columns the text takes on a terminal: Chinese characters take two.
+// Columns a text takes on a terminal: East Asian wide characters two, marks none.
 int displayWidth(const QString &text);
 
 // Rows as an aligned table, one line each, columns two blanks apart.

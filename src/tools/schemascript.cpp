@@ -2,9 +2,9 @@
 
 #include "db/connection.h"
 #include "runtime/runtimeerror.h"
+#include "tsql/tsqlbatches.h"
 
 #include <QFile>
-#include <QRegularExpression>
 
 namespace quorvale {
 
@@ -19,33 +19,20 @@ QString schemaScript()
 
 QStringList scriptBatches(const QString &script)
 {
-    static const QRegularExpression goLine(QStringLiteral("^\\s*GO\\s*$"),
-                                           QRegularExpression::CaseInsensitiveOption);
     QStringList batches;
-    QStringList current;
-    bool hasStatement = false;
-    const auto flush = [&] {
-        if (hasStatement)
-            batches << current.join(QLatin1Char('\n')).trimmed();
-        current.clear();
-        hasStatement = false;
-    };
-    const QStringList lines = script.split(QLatin1Char('\n'));
-    for (QString line : lines) {
-        if (line.endsWith(QLatin1Char('\r')))
-            line.chop(1);
-        if (goLine.match(line).hasMatch()) {
-            flush();
-            continue;
+    for (const TsqlBatch &batch : tsqlBatches(script)) {
+        QStringList statement;
+        for (QString line : batch.text.split(QLatin1Char('\n'))) {
+            if (line.endsWith(QLatin1Char('\r')))
+                line.chop(1);
+            const QString trimmed = line.trimmed();
+            // Comment lines are left out so that the engine sees the statement alone.
+            if (!trimmed.isEmpty() && !trimmed.startsWith(QLatin1String("--")))
+                statement << line;
         }
-        const QString trimmed = line.trimmed();
-        // Comment lines are left out so that the engine sees the statement alone.
-        if (trimmed.isEmpty() || trimmed.startsWith(QLatin1String("--")))
-            continue;
-        current << line;
-        hasStatement = true;
+        if (!statement.isEmpty())
+            batches << statement.join(QLatin1Char('\n')).trimmed();
     }
-    flush();
     return batches;
 }
 

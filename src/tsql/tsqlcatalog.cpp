@@ -60,6 +60,7 @@ const TsqlTable *TsqlCatalog::table(const QString &name)
                 c.name = info.value(1).toString();
                 c.type = info.value(2).toString();
                 c.kind = fieldKindOfType(c.type);
+                c.notNull = info.value(3).toInt() != 0;
                 // IDENTITY becomes SQLite's INTEGER PRIMARY KEY, or a declared type naming it.
                 c.identity = (c.type == QLatin1String("INTEGER") && info.value(5).toInt() > 0) ||
                              c.type.contains(QLatin1String("identity"), Qt::CaseInsensitive);

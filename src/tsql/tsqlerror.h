@@ -11,17 +11,20 @@ namespace quorvale {
 // turns it into the program's own error.
 class TsqlError : public std::exception {
   public:
-    explicit TsqlError(QString message)
-        : m_message(std::move(message)), m_utf8(m_message.toUtf8())
+    explicit TsqlError(QString message, int position = 0)
+        : m_message(std::move(message)), m_utf8(m_message.toUtf8()), m_position(position)
     {
     }
 
     const QString &message() const { return m_message; }
+    // 1-based character position in the statement text; 0 when the error has none.
+    int position() const { return m_position; }
     const char *what() const noexcept override { return m_utf8.constData(); }
 
   private:
     QString m_message;
     QByteArray m_utf8;
+    int m_position = 0;
 };
 
 } // namespace quorvale

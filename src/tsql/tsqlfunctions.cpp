@@ -1,12 +1,12 @@
 #include "tsql/tsqlfunctions.h"
 
+#include "tsql/tsqlsqliteapi.h"
 #include "tsql/tsqltranslator.h"
 
 #include <QCollator>
 #include <QLocale>
 #include <QString>
 #include <algorithm>
-#include <sqlite3.h>
 #include <string>
 #include <vector>
 

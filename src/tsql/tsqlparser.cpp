@@ -109,10 +109,13 @@ void TsqlParser::statement(QList<TsqlStatement> &out)
         out.append(select());
     } else if (t.isKeyword("INSERT")) {
         out.append(insert());
+        out.last().changesRows = true;
     } else if (t.isKeyword("UPDATE")) {
         out.append(update());
+        out.last().changesRows = true;
     } else if (t.isKeyword("DELETE")) {
         out.append(deleteStatement());
+        out.last().changesRows = true;
     } else if (t.isKeyword("CREATE")) {
         create(out);
     } else if (t.isKeyword("DROP")) {

@@ -36,7 +36,11 @@ class TsqlParser {
         }
         if (peek().kind == TsqlToken::Kind::End)
             return false;
+        const qsizetype first = out.size();
+        const int position = peek().position;
         statement(out);
+        for (qsizetype i = first; i < out.size(); ++i)
+            out[i].position = position;
         return true;
     }
 
@@ -121,11 +125,13 @@ class TsqlParser {
     {
         throw TsqlError(QStringLiteral("Incorrect syntax near '%1' (position %2).")
                             .arg(t.display())
-                            .arg(t.position));
+                            .arg(t.position),
+                        t.position);
     }
     [[noreturn]] static void error(const QString &message, const TsqlToken &t)
     {
-        throw TsqlError(QStringLiteral("%1 (position %2).").arg(message).arg(t.position));
+        throw TsqlError(QStringLiteral("%1 (position %2).").arg(message).arg(t.position),
+                        t.position);
     }
     static bool isReserved(const TsqlToken &t);
     // A name: a plain identifier that is not a keyword, or a bracketed one.

@@ -13,6 +13,8 @@ struct TsqlStatement {
     QList<TsqlColumn> columns; // result columns of a query, in order
     bool returnsRows = false;
     bool changesSchema = false;
+    bool changesRows = false; // INSERT, UPDATE, DELETE: the caller may report rows affected
+    int position = 0;         // 1-based character position of the statement in its batch
 };
 
 } // namespace quorvale

@@ -15,6 +15,7 @@ struct TsqlTable {
         QString type; // declared type, e.g. "nvarchar(50)", "datetime"
         FieldKind kind = FieldKind::Text;
         bool identity = false; // filled by the engine; left out of an INSERT without a column list
+        bool notNull = false;
     };
     QString name;
     QList<Column> columns;

@@ -19,7 +19,9 @@ bool isNamePart(QChar c)
 
 [[noreturn]] void fail(const QString &what, int index)
 {
-    throw TsqlError(QStringLiteral("Incorrect syntax near '%1' (position %2).").arg(what).arg(index + 1));
+    throw TsqlError(
+        QStringLiteral("Incorrect syntax near '%1' (position %2).").arg(what).arg(index + 1),
+        index + 1);
 }
 
 } // namespace

@@ -109,6 +109,63 @@ TEST(OdbcConnectionString, DriverPreference)
     EXPECT_EQ(chooseSqlServerDriver(L{"MySQL", "SQLite3"}), QString());
 }
 
+TEST(OdbcConnectionString, OdbcDataSourcesAsTheyStand)
+{
+    const struct {
+        const char *dataSource;
+        const char *userId;
+        const char *password;
+        const char *catalog;
+        const char *expected; // what QODBC is given
+    } cases[] = {
+        {"DRIVER={PostgreSQL Unicode};Servername=/tmp/pg;Database=wygl", "", "", "",
+         "DRIVER={PostgreSQL Unicode};Servername=/tmp/pg;Database=wygl"},
+        // The settings fill in what the string leaves out, never what it names.
+        {"DRIVER={PostgreSQL Unicode};Servername=db01;", "report", "p;w", "wygl",
+         "DRIVER={PostgreSQL Unicode};Servername=db01;UID=report;PWD={p;w};DATABASE=wygl"},
+        {"Driver={X};uid=me;Password={a;b=c};initial catalog=q", "sa", "secret", "other",
+         "Driver={X};uid=me;Password={a;b=c};initial catalog=q"},
+        // A braced value holding a key's name is not that key.
+        {"DRIVER={X};Extra={UID=x;PWD=y}", "sa", "", "", "DRIVER={X};Extra={UID=x;PWD=y};UID=sa"},
+        // QODBC puts "DSN=" back before a string without DRIVER or SERVER.
+        {"DSN=company;Database=wygl", "", "", "", "company;Database=wygl"},
+    };
+    for (const auto &c : cases) {
+        AdoConnectionValues v;
+        v.userId = QString::fromUtf8(c.userId);
+        v.password = QString::fromUtf8(c.password);
+        v.initialCatalog = QString::fromUtf8(c.catalog);
+        EXPECT_EQ(qodbcDatabaseName(completedOdbcConnectionString(c.dataSource, v)).toStdString(),
+                  c.expected);
+    }
+    // The data source survives the ADO string's own quoting.
+    const QString odbc = "DRIVER={PostgreSQL Unicode};Servername=/tmp/o'k;PWD={x;y}";
+    EXPECT_EQ(parseAdoConnectionString(Connection::odbcDataSourceConnectionString(odbc)).dataSource,
+              "odbc:" + odbc);
+    EXPECT_EQ(
+        streamingOdbcConnectionString("DRIVER={PostgreSQL Unicode};Servername=h").toStdString(),
+        "DRIVER={PostgreSQL Unicode};Servername=h;UseDeclareFetch=1;Fetch=2000");
+    for (const char *unchanged : {"DRIVER={PostgreSQL Unicode};UseDeclareFetch=0",
+                                  "DRIVER={ODBC Driver 18 for SQL Server};SERVER=postgresql01"})
+        EXPECT_EQ(streamingOdbcConnectionString(unchanged).toStdString(), unchanged);
+}
+
+TEST(OdbcConnection, OdbcDataSourceReachesItsDriver)
+{
+    Connection c;
+    c.ConnectionString = Connection::odbcDataSourceConnectionString(
+        "DRIVER={PostgreSQL Unicode};Servername=/nonexistent-quorvale;Port=5432;Database=x");
+    c.ConnectionTimeout = 3;
+    try {
+        c.Open();
+        FAIL() << "opened a server that does not exist";
+    } catch (const RuntimeError &e) {
+        // libpq's own words, through psqlODBC: the string reached that driver.
+        EXPECT_TRUE(e.description().contains("/nonexistent-quorvale")) << e.what();
+    }
+    EXPECT_FALSE(c.isOpen());
+}
+
 // A server that does not answer fails the open with the driver's own words.
 TEST(OdbcConnection, UnreachableServerFailsWithDriverText)
 {

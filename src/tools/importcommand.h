@@ -1,0 +1,10 @@
+#pragma once
+
+#include "tools/admincommand.h"
+
+namespace quorvale {
+
+// import --table NAME FILE.csv
+AdminCommand importCommand();
+
+} // namespace quorvale
