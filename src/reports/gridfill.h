@@ -22,8 +22,9 @@ using WidthRule = std::function<void(const QStringList &row, int gridRow, QVecto
 
 // The fill engine every report shares: rows are built as texts and handed to
 // the grid in chunks, so a large result neither repaints per cell nor
-// freezes the window between chunks. Rows built before a failing record
-// always reach the grid before the error travels on.
+// freezes the window between chunks. Rows built before a failing record,
+// and that record's row filled up to the failing cell, always reach the
+// grid before the error travels on.
 class GridFill {
   public:
     static constexpr int DefaultChunkRows = 2000;
