@@ -37,8 +37,6 @@ class GridFill {
     FlexGrid &grid() const { return m_grid; }
     void setWidthRule(WidthRule rule);
 
-    // Drops every row below the header (Rows = 1).
-    void reset();
     enum class EarlierRows { Keep, DropAfterOpen };
     // Opens the statement forward-only and read-only and adds one row per
     // record. DropAfterOpen drops the earlier rows once the statement is
@@ -55,6 +53,9 @@ class GridFill {
     int cols() const { return m_cols; }
 
   private:
+    // Drops every row below the header (Rows = 1).
+    void reset();
+
     FlexGrid &m_grid;
     FillProgress m_progress;
     int m_chunkRows;

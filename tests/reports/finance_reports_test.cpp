@@ -2,10 +2,12 @@
 
 #include "reports/calendarpopup.h"
 #include "reports/financereport.h"
+#include "reports/frm收款日报表.h"
 #include "reports/frm财务数据欠收表房产.h"
 #include "reports/frm财务数据欠收表车位.h"
 #include "reports/frm财务数据预收表房产.h"
 #include "reports/frm财务数据预收表车位.h"
+#include "reports/frm车位基础表.h"
 
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
@@ -228,6 +230,47 @@ TEST_F(FinanceReports, PropertyAdvanceReceiptsAndTheLastRowMadeCurrent)
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->2栋->101 2024-03-01", "一处->2栋->101 2024-04-01",
                      "一处->2栋->101 2024-05-01"}));
+}
+
+TEST_F(FinanceReports, EveryReportKeepsItsRowsWhenItsStatementFailsToOpen)
+{
+    ledger(1, 1, 0, 0, "202401", "01", 100);
+    ledger(20, 0, 500, 0, "202402", "11", 80);
+    ledger(30, 1, 0, 0, "202404", "01", 50, QDate(2024, 3, 15));
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15));
+    const ConnectionPtr working = DbConn;
+    const auto lost = [](ReportWindow *) { DbConn = std::make_shared<Connection>(); };
+    // A date the window accepts and the database refuses.
+    const auto cutOff = [](ReportWindow *w) { text(w, "Text2")->setText(u("2024年3月31日")); };
+    const struct {
+        std::function<ReportWindow *()> open;
+        std::function<void(ReportWindow *)> fail;
+    } cases[] = {
+        {[this] { return open<frm收款日报表>(); }, lost},
+        {[this] { return open<frm车位基础表>(); }, lost},
+        {[this] { return open<frm财务数据欠收表房产>(); }, cutOff},
+        {[this] { return open<frm财务数据欠收表车位>(); }, cutOff},
+        {[this] { return open<frm财务数据预收表车位>(); }, lost},
+        {[this] { return open<frm财务数据预收表房产>(); }, lost},
+    };
+    for (const auto &c : cases) {
+        DbConn = working;
+        ReportWindow *w = c.open();
+        SCOPED_TRACE(w->objectName().toStdString());
+        choose(w, u("01"));
+        if (QLineEdit *month = text(w, "Text1"))
+            month->setText(u("202402"));
+        pressCompute(w);
+        const QList<QStringList> before = rows(*w->grid());
+        ASSERT_FALSE(before.isEmpty());
+        boxes.clear();
+        c.fail(w);
+        pressCompute(w);
+        ASSERT_EQ(boxes.size(), 1);
+        EXPECT_EQ(boxes[0].style, vb::Information);
+        EXPECT_FALSE(boxes[0].title.isEmpty());
+        EXPECT_EQ(rows(*w->grid()), before);
+    }
 }
 
 struct RefusalCase {

@@ -230,22 +230,6 @@ TEST_F(ReportSkeleton, DatabaseErrorMidFillKeepsTheRowsAlreadyRead)
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
-TEST_F(ReportSkeleton, StatementThatFailsToOpenKeepsTheEarlierRows)
-{
-    officeWithRooms(3);
-    auto *w = open<frm收款日报表>();
-    choose(w, "01");
-    w->ReportCommand(ReportWindow::Compute);
-    ASSERT_EQ(w->grid()->Rows(), 4);
-    db.execute("DROP TABLE 业主表");
-    w->ReportCommand(ReportWindow::Compute);
-    ASSERT_EQ(boxes.size(), 1);
-    EXPECT_EQ(boxes[0].style, vb::Information);
-    EXPECT_FALSE(boxes[0].title.isEmpty());
-    EXPECT_EQ(w->grid()->Rows(), 4);
-    EXPECT_EQ(w->grid()->TextMatrix(3, 10), "103");
-}
-
 TEST_F(ReportSkeleton, LargeFillArrivesInChunksAndBlocksReentry)
 {
     officeWithRooms(25);
