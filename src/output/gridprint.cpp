@@ -61,6 +61,19 @@ void printColumnRules(Printer &printer, const GridPrintTable &table, double top,
     }
 }
 
+// The printed columns centred on the printer's paper; left is negative when
+// the table is wider than the paper.
+GridPrintTable centredTable(Printer &printer, const FlexGrid &grid, int trailing)
+{
+    GridPrintTable table;
+    table.grid = &grid;
+    const int printed = qMax(0, grid.Cols() - trailing);
+    for (int c = 0; c < printed; ++c)
+        table.widths.append(float(grid.ColWidth(c)));
+    table.left = (printer.ScaleWidth() - table.width()) / 2;
+    return table;
+}
+
 } // namespace
 
 double GridPrintTable::width() const
@@ -159,21 +172,11 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
     printer.Print(numbering);
 }
 
-void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
-               int trailing)
+namespace {
+
+void printTable(Printer &printer, GridPrintTable table, const PrintTitles &titles, bool signature)
 {
-    GridPrintTable table;
-    table.grid = &grid;
-    const double innerWidth = printer.ScaleWidth();
-    const int printed = qMax(0, grid.Cols() - trailing);
-    for (int c = 0; c < printed; ++c)
-        table.widths.append(float(grid.ColWidth(c)));
-    table.left = (innerWidth - table.width()) / 2;
-
-    // No icon, on purpose: the user may well want the clipped print.
-    if (table.left < 0 && MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) == vb::Yes)
-        return;
-
+    const FlexGrid &grid = *table.grid;
     const double headingHeight = LineHeight(printer);
     const double bodyHeight = BodyLineHeight(printer);
     const double h = printer.TextHeight(QStringLiteral("的"));
@@ -227,6 +230,22 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
     printer.EndDoc();
 }
 
+} // namespace
+
+bool ConfirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing)
+{
+    // No icon, on purpose: the user may well want the clipped print.
+    return centredTable(printer, grid, trailing).left >= 0 ||
+           MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) != vb::Yes;
+}
+
+void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
+               int trailing)
+{
+    if (ConfirmTableWidth(printer, grid, trailing))
+        printTable(printer, centredTable(printer, grid, trailing), titles, signature);
+}
+
 void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing)
 {
     std::unique_ptr<Printer> printer = Printer::defaultPrinter();
@@ -236,8 +255,14 @@ void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, 
 void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                  int trailing)
 {
+    // The preview draws its pages again on every page setup and for the
+    // final print; the question belongs to the print, not to each drawing.
     showPrintPreview(
-        parent, [&](Printer &printer) { PrintGrid(printer, grid, titles, signature, trailing); });
+        parent,
+        [&](Printer &printer) {
+            printTable(printer, centredTable(printer, grid, trailing), titles, signature);
+        },
+        [&](Printer &printer) { return ConfirmTableWidth(printer, grid, trailing); });
 }
 
 void AutoFitColumns(FlexGrid &grid, const QFont &font)

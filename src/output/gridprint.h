@@ -38,9 +38,14 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
                int trailing);
 // The same on the system's default printer.
 void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing);
-// The same in a print preview window.
+// The same in a print preview window: the width question is asked once,
+// before the window opens; Yes opens nothing.
 void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                  int trailing);
+
+// The width question: true when the printed columns fit the printer's paper
+// or the user answers No, choosing the table cut off at both edges.
+bool ConfirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing);
 
 // Heading block and column-heading row of one page, from the top of the
 // page; returns the y of the table's top rule. The body font stays set.
