@@ -1,7 +1,6 @@
 #include "loginfixture.h"
 #include "runtime/runtimeerror.h"
 #include "session/frmabout.h"
-#include "session/mdibackground.h"
 #include "sessiontesting.h"
 
 #include <QAction>
@@ -250,21 +249,42 @@ TEST_F(MainWindow, ItemsWithoutWindowOpenNothing)
     EXPECT_TRUE(ends.empty());
 }
 
-TEST_F(MainWindow, BackgroundIsStretchedAndOptional)
+TEST_F(MainWindow, BackgroundPictureIsReadAtEveryResize)
 {
     QFile::remove(mainBackgroundPath());
-    MdiForm1 *plain = open();
-    EXPECT_TRUE(plain->mdiArea()->background().texture().isNull());
-    EXPECT_TRUE(boxes.empty());
-    delete plain;
+    MdiForm1 *main = open();
+    QMdiArea *area = main->mdiArea();
+    const QBrush plain = area->background();
+    EXPECT_TRUE(plain.texture().isNull());
 
-    ASSERT_TRUE(drawMainBackground(QSize(320, 240)).save(mainBackgroundPath(), "BMP"));
-    MdiForm1 *pictured = open();
-    pictured->resize(700, 500);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(pictured->mdiArea()->background().texture().size(),
-              pictured->mdiArea()->viewport()->size());
-    QFile::remove(mainBackgroundPath());
+    struct Step {
+        const char *what;
+        QColor picture; // invalid: no file
+        QSize size;
+    };
+    const Step steps[] = {{"appears", Qt::red, {700, 500}},
+                          {"changes", Qt::blue, {800, 550}},
+                          {"goes", QColor(), {700, 500}}};
+    for (const Step &step : steps) {
+        QFile::remove(mainBackgroundPath());
+        if (step.picture.isValid()) {
+            QImage picture(32, 24, QImage::Format_RGB32);
+            picture.fill(step.picture);
+            ASSERT_TRUE(picture.save(mainBackgroundPath(), "BMP"));
+        }
+        main->resize(step.size);
+        QCoreApplication::processEvents();
+        const QPixmap shown = area->background().texture();
+        if (step.picture.isValid()) {
+            // Stretched over the whole client area.
+            EXPECT_EQ(shown.size(), area->viewport()->size()) << step.what;
+            EXPECT_EQ(shown.toImage().pixelColor(shown.width() - 1, 0).name(), step.picture.name())
+                << step.what;
+        } else {
+            EXPECT_TRUE(area->background() == plain) << step.what;
+        }
+    }
+    EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(MainWindow, AboutWindowShowsVersionAndHasNoSystemInformationHere)
