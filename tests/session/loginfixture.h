@@ -44,7 +44,7 @@ inline std::unique_ptr<FixtureDb> makeStaffDb()
                    {QStringLiteral("员工代号"), QStringLiteral("岗位代号"),
                     QStringLiteral("主要岗位"), QStringLiteral("离岗日期")},
                    {{QStringLiteral("1001"), QStringLiteral("G01"), true, QVariant()},
-                    {QStringLiteral("1001"), QStringLiteral("G02"), false, QVariant()},
+                    {QStringLiteral("1001"), QStringLiteral("G02"), QVariant(), QVariant()},
                     {QStringLiteral("1001"), QStringLiteral("G03"), false, QDate(2023, 6, 30)},
                     {QStringLiteral("1002"), QStringLiteral("G01"), true, QVariant()},
                     {QStringLiteral("1003"), QStringLiteral("G01"), true, QVariant()}});

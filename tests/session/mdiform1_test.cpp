@@ -126,7 +126,11 @@ TEST_F(MainWindow, PrivilegesEnableOnlyGrantedItems)
                     // Another module's rows do not apply.
                     {"GR2", "财务数据欠收表车位", true, "考勤"},
                     {"GR2", "联系我们", false, "报表"},
-                    {"GR2", "不存在的菜单", true, "报表"}});
+                    {"GR2", "不存在的菜单", true, "报表"},
+                    // A Null value grants nothing, like a False one.
+                    {"GR1", "关于软件", QVariant(), "报表"},
+                    {"GR1", "财务数据预收表车位", QVariant(), "报表"},
+                    {"GR2", "财务数据预收表车位", true, "报表"}});
     open()->权限设置(QStringLiteral("报表"));
     EXPECT_TRUE(boxes.empty());
 
@@ -137,12 +141,12 @@ TEST_F(MainWindow, PrivilegesEnableOnlyGrantedItems)
         {"财务数据欠收表房产", false},
         {"财务数据欠收表车位", false},
         {"财务数据预收表房产", false},
-        {"财务数据预收表车位", false},
+        {"财务数据预收表车位", true},
         {"hb20190829", true},
         {"退出系统", true},
         {"退出", true},
         {"关于", true},
-        {"关于软件", true},
+        {"关于软件", false},
         // Exempt from switching off, but a row still sets it.
         {"联系我们", false},
     };
