@@ -99,7 +99,6 @@ TEST_F(PropertyCustomers, FillsRoomsWithFloorsAddressKindAndCurrentOwner)
     auto *w = open<frm收款日报表>();
     const auto byRoom = compute(w);
     ASSERT_EQ(w->grid()->Rows(), 1 + int(cases.size()));
-    EXPECT_EQ(w->grid()->Cols(), 71);
     for (const Case &c : cases)
         EXPECT_EQ(byRoom.value(c.room).value(9), c.floor) << c.room.toStdString();
 
@@ -234,7 +233,6 @@ TEST_F(ParkingCustomers, NamesAndDatesComeFromTheOpenApplicationElseTheSpace)
     auto *w = open<frm车位基础表>();
     choose(w, "01");
     w->ReportCommand(ReportWindow::Compute);
-    EXPECT_EQ(w->grid()->Cols(), 64);
     const auto got = rows(*w->grid());
     ASSERT_EQ(got.size(), 4);
     struct Expect {

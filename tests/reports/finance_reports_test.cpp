@@ -76,7 +76,6 @@ TEST_F(FinanceReports, PropertyArrearsListOutstandingMonthsUpToTheChosenOneAfter
 
     const FlexGrid &grid = *w->grid();
     EXPECT_TRUE(boxes.isEmpty());
-    ASSERT_EQ(grid.Cols(), 15);
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->2栋->101 2024-01-01", "一处->2栋->101 2024-02-01",
                      "一处->2栋->101 2024-03-01", "一处->10栋->1001 2023-12-01"}));
@@ -107,8 +106,6 @@ TEST_F(FinanceReports, ParkingArrearsListNeverReceivedFeesOfRentedThenOwnedSpace
     pressCompute(w);
 
     const FlexGrid &grid = *w->grid();
-    ASSERT_EQ(grid.Cols(), 16);
-    EXPECT_EQ(grid.TextMatrix(0, 0), u("房号") + QString(65, QLatin1Char(' ')));
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->地下车库->A-01 2024-02-01", "一处->地下车库->A-01 2024-02-01",
                      "一处->->B-02 2024-01-01"}));
@@ -133,7 +130,6 @@ TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
     pressCompute(w);
 
     const FlexGrid &grid = *w->grid();
-    ASSERT_EQ(grid.Cols(), 20);
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->地下车库->A-01 2024-03-01", "一处->地下车库->A-01 2024-06-01",
                      "一处->地下车库->A-01 2024-06-01", "一处->->B-02 2024-04-01"}));

@@ -3,6 +3,10 @@
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
 #include "reports/frm收款日报表.h"
+#include "reports/frm财务数据欠收表房产.h"
+#include "reports/frm财务数据欠收表车位.h"
+#include "reports/frm财务数据预收表房产.h"
+#include "reports/frm财务数据预收表车位.h"
 #include "reports/frm车位基础表.h"
 #include "reports/officelist.h"
 #include "reports/reportregistry.h"
@@ -105,6 +109,50 @@ TEST_F(ReportSkeleton, OfficeListFollowsTheAuditRightInCodeOrder)
         }
     }
     EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(ReportSkeleton, EveryWindowHasItsDesignedHeadingBlanksIncluded)
+{
+    // The owner, contract and tenant columns both customer sheets end with.
+    const QString customerTail =
+        "|<性别|<手机号码|<商务电话|<联系电话|<工作单位|<紧急联系人|<紧急联系电话|<业主原住址"
+        "|<邮政编码|<企业法人代表|<企业联系人|<企业联系电话|<企业传真号码|<企业联系地址"
+        "|<企业邮政编码|<出售合同号|<许可证号|<合同上名称|<合同上证件号码|<签约日期|<起始日期"
+        "|<结束日期|<售楼单价|<售楼总价|<交付日期|<入伙通知书编号|<开户银行|<银行卡号"
+        "|<入伙日期|<装修申请日期|<装修状态|<入住日期|<当前是否出租|<出租签约日期|<租户类型"
+        "|<承租人姓名|<承租人企业名称|<承租人证件号码|<承租人性别|<承租人证件类型"
+        "|<承租人手机号码|<承租人商务电话|<承租人原住址|<承租人邮政编码|<承租人企业法人代表"
+        "|<承租人企业联系人|<承租人联系电话|<承租人企业传真号码|<承租人企业联系地址"
+        "|<承租人企业邮政编码";
+    const QString advance =
+        "房号|<收费对象类型|<收费项目|<收费标准名称|<单价|<计费周期起始日期|<计费周期结束日期"
+        "|<应收日期|<应收金额|<减免金额|<减免类型|<已收金额|<缴款日期|<结算方式|<发票号码"
+        "|<预收款余额|<预收款收取日期|<预收款结算方式|<预收款发票号码|<收费开始日期";
+    const auto blanks = [](int n) { return QString(n, QLatin1Char(' ')); };
+    const std::pair<ReportWindow *, QString> cases[] = {
+        {open<frm收款日报表>(),
+         "管理处    |<小区编号   |<小区名称     |<组团编号|<组团名称           |<大楼编号"
+         "|<大楼名称|<单元编号|<单元名称|<楼层编号|<房间编号|<别墅编号|<储藏室编号|<计费面积"
+         "|<是否是主房号|<客户性质|<个人业主名称|<企业业主名称|<证件类型|<证件号码|<房产性质" +
+             customerTail},
+        {open<frm车位基础表>(),
+         "管理处     |<小区编号     |<小区名称       |<停车场编号  |<停车场名称       "
+         "|<车区编号|<车区名称|<车位编号|<计费面积|<客户性质|<个人业主名称|<企业业主名称"
+         "|<证件类型|<证件号码" +
+             customerTail},
+        {open<frm财务数据欠收表房产>(),
+         "房号|<收费对象类型|<收费项目|<收费标准名称|<单价|>计费周期起始日期|>计费周期结束日期"
+         "|>应收日期|>应收金额|<减免金额|<减免类型|<已收金额|<缴款日期|<结算方式|<发票号码"},
+        {open<frm财务数据欠收表车位>(),
+         "房号" + blanks(65) + "|<收费对象类型|<收费对象客户姓名|<收费项目" + blanks(9) +
+             "|<收费标准名称|<单价" + blanks(2) + "|<计费周期起始日期|<计费周期结束日期|<应收日期" +
+             blanks(10) + "|>应收金额" + blanks(3) + "|<减免金额|<减免类型|<已收金额|<缴款日期" +
+             blanks(3) + "|<结算方式" + blanks(7) + "|<发票号码" + blanks(13)},
+        {open<frm财务数据预收表车位>(), advance},
+        {open<frm财务数据预收表房产>(), advance},
+    };
+    for (const auto &[w, heading] : cases)
+        EXPECT_EQ(w->grid()->FormatString(), heading) << w->objectName().toStdString();
 }
 
 TEST_F(ReportSkeleton, CommandsWithoutAnOfficeAskForOneAndExitStillCloses)
