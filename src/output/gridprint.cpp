@@ -1,6 +1,7 @@
 #include "output/gridprint.h"
 
 #include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 #include "ui/printer.h"
@@ -155,7 +156,7 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
     const double h = printer.TextHeight(QStringLiteral("的"));
     const double innerWidth = printer.ScaleWidth();
 
-    const QString date = kPrintDate + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
+    const QString date = kPrintDate + vbrt::Date().toString(QStringLiteral("yyyy-MM-dd"));
     printer.setCurrentX(left + tableWidth - printer.TextWidth(date));
     printer.setCurrentY(y + h);
     printer.Print(date);

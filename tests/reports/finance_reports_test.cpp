@@ -11,7 +11,6 @@
 
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
-#include "runtime/vb.h"
 
 #include <QApplication>
 #include <QCalendarWidget>
@@ -404,7 +403,7 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
     PrintTitles printed;
     ReportWindow::setPrintTarget(
         [&printed](QWidget *, const FlexGrid &, const PrintTitles &titles) { printed = titles; });
-    const QDate today = QDate::currentDate();
+    vbrt::setToday(QDate(2026, 1, 5));
     for (const auto &c : cases) {
         ReportWindow *w = c.open();
         choose(w, u("01"));
@@ -413,6 +412,7 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
         EXPECT_EQ(exporter->sourceGrid(), w->grid()) << c.sheet;
         EXPECT_EQ(exporter->Text1(1)->text(), u(c.title));
         EXPECT_EQ(exporter->Text1(2)->text(), u(c.sheet));
+        EXPECT_EQ(exporter->tagText(), u("统计时间:2026年01月05日"));
         exporter->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 
@@ -424,8 +424,7 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
         EXPECT_EQ(printed.title, u("(一处)收款日报表"));
         EXPECT_EQ(printed.secondLine, c.pickerDates
                                           ? u("日期范围:2024年01月02日-2024年03月04日")
-                                          : u("日期范围:") + vbrt::formatChineseDate(today) +
-                                                u("-") + vbrt::formatChineseDate(today))
+                                          : u("日期范围:2026年01月05日-2026年01月05日"))
             << c.sheet;
     }
     ReportWindow::setPrintTarget({});

@@ -10,7 +10,6 @@
 #include "reports/frm车位基础表.h"
 #include "reports/officelist.h"
 #include "reports/reportregistry.h"
-#include "runtime/vb.h"
 #include "session/mdiform1.h"
 #include "ui/printer.h"
 
@@ -228,6 +227,7 @@ TEST_F(ReportSkeleton, ClickedRowIsPaintedMintAndThePreviousOneRestored)
 TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
 {
     officeWithRooms(2);
+    vbrt::setToday(QDate(2026, 1, 5));
     struct Case {
         bool parking;
         QString title;
@@ -245,7 +245,7 @@ TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
         EXPECT_EQ(export_->sourceGrid(), w->grid());
         EXPECT_EQ(export_->Text1(1)->text(), c.title);
         EXPECT_EQ(export_->Text1(2)->text(), c.templateName);
-        EXPECT_EQ(export_->tagText(), "统计时间:" + vbrt::formatChineseDate(QDate::currentDate()));
+        EXPECT_EQ(export_->tagText(), "统计时间:2026年01月05日");
         EXPECT_TRUE(export_->isVisible());
         export_->close();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -306,6 +306,7 @@ TEST_F(ReportSkeleton, LargeFillArrivesInChunksAndBlocksReentry)
 TEST_F(ReportSkeleton, PrintBranchPrintsTheOfficeTitleAndTodaysRange)
 {
     officeWithRooms(3);
+    vbrt::setToday(QDate(2026, 1, 5));
     QTemporaryDir dir;
     const QString pdf = dir.filePath("grid.pdf");
     ReportWindow::setPrintTarget([&](QWidget *, const FlexGrid &grid, const PrintTitles &titles) {
@@ -325,9 +326,9 @@ TEST_F(ReportSkeleton, PrintBranchPrintsTheOfficeTitleAndTodaysRange)
     text.start("pdftotext", {"-enc", "UTF-8", pdf, "-"});
     ASSERT_TRUE(text.waitForFinished(30000));
     const QString printed = QString::fromUtf8(text.readAllStandardOutput());
-    const QString today = vbrt::formatChineseDate(QDate::currentDate());
     EXPECT_TRUE(printed.contains("(一区)收款日报表")) << printed.toStdString();
-    EXPECT_TRUE(printed.contains("日期范围:" + today + "-" + today)) << printed.toStdString();
+    EXPECT_TRUE(printed.contains("日期范围:2026年01月05日-2026年01月05日"))
+        << printed.toStdString();
 }
 
 TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
