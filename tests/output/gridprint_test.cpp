@@ -1,18 +1,20 @@
 #include "output/gridprint.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 #include "ui/printer.h"
-#include "runtime/runtimeerror.h"
 
 #include <QApplication>
 #include <QDate>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
-#include <QStandardPaths>
 #include <QPrintPreviewDialog>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cmath>
@@ -44,8 +46,38 @@ void fill(FlexGrid &grid, int dataRows, int cols = 4)
     grid.appendRows(rows);
 }
 
-// The text of each page, in order; pdftotext is a test dependency.
-QStringList pdfPages(const QString &path)
+// A printed word and its box in points from the top left of its page.
+struct Word {
+    QString text;
+    double xMin = 0, yMin = 0, xMax = 0, yMax = 0;
+};
+
+struct PdfPage {
+    double width = 0, height = 0;
+    QList<Word> words;
+
+    // Blanks aside, since a blank or a change of script splits words.
+    bool contains(QString text) const
+    {
+        QString all;
+        for (const Word &w : words)
+            all += w.text;
+        return all.contains(text.remove(QLatin1Char(' ')));
+    }
+    Word word(const QString &text) const
+    {
+        for (const Word &w : words) {
+            if (w.text == text)
+                return w;
+        }
+        ADD_FAILURE() << "no word " << text.toStdString();
+        return {};
+    }
+};
+
+// The words of each page with their positions, as pdftotext -bbox reads
+// them; pdftotext (poppler-utils) is a test dependency.
+QList<PdfPage> pdfPages(const QString &path)
 {
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
     if (tool.isEmpty()) {
@@ -53,16 +85,31 @@ QStringList pdfPages(const QString &path)
         return {};
     }
     QProcess process;
-    process.start(tool, {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    process.start(tool, {QStringLiteral("-bbox"), path, QStringLiteral("-")});
     process.waitForFinished(60000);
-    QString text = QString::fromUtf8(process.readAllStandardOutput());
-    if (text.endsWith(QLatin1Char('\f')))
-        text.chop(1);
-    return text.split(QLatin1Char('\f'));
+    static const QRegularExpression pageTag(
+        QString::fromLatin1(R"x(<page width="([\d.]+)" height="([\d.]+)">)x"));
+    static const QRegularExpression wordTag(QString::fromLatin1(
+        R"x(<word xMin="([-\d.]+)" yMin="([-\d.]+)" xMax="([-\d.]+)" yMax="([-\d.]+)">(.*)</word>)x"));
+    QList<PdfPage> pages;
+    for (const QString &line : QString::fromUtf8(process.readAllStandardOutput()).split('\n')) {
+        if (const auto m = pageTag.match(line); m.hasMatch()) {
+            pages.append({m.captured(1).toDouble(), m.captured(2).toDouble(), {}});
+        } else if (const auto w = wordTag.match(line); w.hasMatch() && !pages.isEmpty()) {
+            QString text = w.captured(5);
+            text.replace(QLatin1String("&lt;"), QLatin1String("<"))
+                .replace(QLatin1String("&gt;"), QLatin1String(">"))
+                .replace(QLatin1String("&quot;"), QLatin1String("\""))
+                .replace(QLatin1String("&amp;"), QLatin1String("&"));
+            pages.last().words.append({text, w.captured(1).toDouble(), w.captured(2).toDouble(),
+                                       w.captured(3).toDouble(), w.captured(4).toDouble()});
+        }
+    }
+    return pages;
 }
 
 struct Printed {
-    QStringList pages;
+    QList<PdfPage> pages;
     QVector<MsgBoxCall> boxes;
     bool fileWritten = false;
 };
@@ -128,7 +175,7 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
         EXPECT_TRUE(printed.boxes.isEmpty());
         ASSERT_EQ(printed.pages.size(), c.pages);
         for (int p = 0; p < c.pages; ++p) {
-            const QString &page = printed.pages[p];
+            const PdfPage &page = printed.pages[p];
             for (const QString &expected :
                  {kCompany, kTitle, kSecond, QStringLiteral("列头0"), QStringLiteral("列头3"),
                   QStringLiteral("打印日期 ") + today,
@@ -149,16 +196,48 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
     }
 }
 
-TEST(GridPrint, SignatureLineOnlyWhenAsked)
+TEST(GridPrint, FooterMeetsTheTablesRightEdgeAndCentresThePageNumberAtTheFoot)
 {
+    vbrt::setToday(QDate(2026, 1, 5));
     FlexGrid grid;
     fill(grid, 3);
+    const int widths[] = {2000, 1500, 2500, 1000};
+    for (int c = 0; c < 4; ++c)
+        grid.setColWidth(c, widths[c]);
+    QTemporaryDir dir;
+    auto paper = Printer::pdfFile(dir.filePath(QStringLiteral("metrics.pdf")));
+    paper->setFontName(grid.font().family());
+    paper->setFontSize(grid.font().pointSizeF());
+    const double signatureWidth =
+        paper->TextWidth(QStringLiteral("审核                制单              "));
+    const double points = 1.0 / 20; // twips to points
+
     for (bool signature : {false, true}) {
+        SCOPED_TRACE(signature);
         const Printed printed = printToPdf(grid, signature, 0);
         ASSERT_EQ(printed.pages.size(), 1);
-        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("审核")), signature);
-        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("制单")), signature);
+        const PdfPage &page = printed.pages[0];
+        // The printable area sits in the middle of the sheet.
+        const double marginX = (page.width - paper->ScaleWidth() * points) / 2;
+        const double marginY = (page.height - paper->ScaleHeight() * points) / 2;
+        const double tableRight = marginX + (paper->ScaleWidth() + 7000) / 2 * points;
+
+        const Word date = page.word(QStringLiteral("2026-01-05"));
+        EXPECT_NEAR(date.xMax, tableRight, 0.5);
+        EXPECT_TRUE(page.contains(QStringLiteral("打印日期 2026-01-05")));
+        const Word first = page.word(QStringLiteral("第1页"));
+        const Word last = page.word(QStringLiteral("共1页"));
+        EXPECT_NEAR((first.xMin + last.xMax) / 2, page.width / 2, 0.5);
+        EXPECT_NEAR(last.yMax, page.height - marginY, 2);
+        EXPECT_EQ(page.contains(QStringLiteral("制单")), signature);
+        if (signature) {
+            const Word sign = page.word(QStringLiteral("审核"));
+            EXPECT_NEAR(sign.xMin, marginX + (paper->ScaleWidth() - signatureWidth) / 2.5 * points,
+                        0.5);
+            EXPECT_NEAR(sign.yMin, date.yMin, 0.5);
+        }
     }
+    vbrt::setToday({});
 }
 
 TEST(GridPrint, TrailingColumnsAreLeftOut)
@@ -220,9 +299,9 @@ TEST(GridPrint, TableWiderThanThePaperAsksOncePerPrintThroughThePreview)
         bool prints;
     };
     // Three columns; the last one takes up whatever makes the table the wanted width.
-    for (const Case &c :
-         {Case{"exactly as wide", 0, vb::Yes, false, true},
-          Case{"wider, Yes", 1, vb::Yes, true, false}, Case{"wider, No", 800, vb::No, true, true}}) {
+    for (const Case &c : {Case{"exactly as wide", 0, vb::Yes, false, true},
+                          Case{"wider, Yes", 1, vb::Yes, true, false},
+                          Case{"wider, No", 800, vb::No, true, true}}) {
         SCOPED_TRACE(c.name);
         FlexGrid grid;
         fill(grid, 2, 3);
@@ -241,7 +320,12 @@ TEST(GridPrint, TableWiderThanThePaperAsksOncePerPrintThroughThePreview)
         EXPECT_EQ(printed.fileWritten, c.prints);
         if (c.prints) {
             ASSERT_EQ(printed.pages.size(), 1);
-            EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("行2-1")));
+            // Centred: answering No leaves the first column left of the paper's edge.
+            const PdfPage &page = printed.pages[0];
+            const double edge = (page.width - paper / 20) / 2;
+            const double left = (paper - (4000 + last)) / 2 / 20;
+            EXPECT_NEAR(page.word(QStringLiteral("行2-0")).xMin, edge + left, 0.5);
+            EXPECT_EQ(page.word(QStringLiteral("行2-0")).xMin<edge - 10, c.overhang> 0);
         }
     }
 }
