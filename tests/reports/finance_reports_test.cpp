@@ -11,12 +11,15 @@
 
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
+#include "support/xlsxdump.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QDateEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
 
@@ -422,13 +425,56 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
         }
         w->ReportCommand(ReportWindow::Print);
         EXPECT_EQ(printed.title, u("(一处)收款日报表"));
-        EXPECT_EQ(printed.secondLine, c.pickerDates
-                                          ? u("日期范围:2024年01月02日-2024年03月04日")
-                                          : u("日期范围:2026年01月05日-2026年01月05日"))
+        EXPECT_EQ(printed.secondLine, c.pickerDates ? u("日期范围:2024年01月02日-2024年03月04日")
+                                                    : u("日期范围:2026年01月05日-2026年01月05日"))
             << c.sheet;
     }
     ReportWindow::setPrintTarget({});
     EXPECT_TRUE(boxes.isEmpty());
+}
+
+TEST_F(FinanceReports, PhoneAndInvoiceColumnsReachTheWorkbookAsTextThroughTheWindows)
+{
+    db.execute(QStringLiteral("UPDATE 业主表 SET 移动电话 = '013800138000' WHERE ZH_ID = 1"));
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15), {}, u("007"));
+    QTemporaryDir dir;
+    // frmToExcel keeps source column 22 (手机号码) as text, frmToExcelnew column 15.
+    const struct {
+        std::function<ReportWindow *()> open;
+        ExportWindow::Variant variant;
+        const char *sheet, *textCell, *text, *numberCell;
+        int number;
+    } cases[] = {
+        {[this] { return open<frm收款日报表>(); }, ExportWindow::Variant::Customer, "房产数据模板",
+         "W2", "013800138000", "K2", 101},
+        {[this] { return open<frm财务数据预收表车位>(); }, ExportWindow::Variant::Finance,
+         "财务车位数据预收表", "P2", "007", "F2", 80},
+    };
+    for (const auto &c : cases) {
+        ReportWindow *w = c.open();
+        SCOPED_TRACE(w->objectName().toStdString());
+        choose(w, u("01"));
+        if (QLineEdit *month = text(w, "Text1"))
+            month->setText(u("202402"));
+        pressCompute(w);
+        w->ReportCommand(ReportWindow::Export);
+        const QString path = dir.filePath(w->objectName() + QStringLiteral(".xlsx"));
+        ExportWindow *exporter = ExportWindow::shared(c.variant);
+        exporter->Text1(0)->setText(path);
+        exporter->findChild<QAction *>(QStringLiteral("输出"))->trigger();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        EXPECT_TRUE(boxes.isEmpty());
+
+        const QJsonObject cells =
+            testing::dumpWorkbook(path)[QStringLiteral("data")][u(c.sheet)][QStringLiteral("cells")]
+                .toObject();
+        const QJsonObject text = cells[QString::fromLatin1(c.textCell)].toObject();
+        EXPECT_EQ(text[QStringLiteral("value")].toString(), u(c.text));
+        EXPECT_TRUE(text[QStringLiteral("quotePrefix")].toBool());
+        const QJsonObject number = cells[QString::fromLatin1(c.numberCell)].toObject();
+        EXPECT_EQ(number[QStringLiteral("value")].toInt(-1), c.number);
+        EXPECT_FALSE(number[QStringLiteral("quotePrefix")].toBool());
+    }
 }
 
 // The designed rules, one appended row at a time, as the reference.
