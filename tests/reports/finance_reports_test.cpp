@@ -386,70 +386,41 @@ TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
     EXPECT_EQ(advance->findChild<QPushButton *>(QStringLiteral("Command4")), nullptr);
 }
 
-TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
+// Every window hands its grid to its export window, whose workbook keeps
+// source column 22 (frmToExcel) or 15 (frmToExcelnew) as text, and prints
+// the same title with its own date range.
+TEST_F(FinanceReports, EachWindowExportsThroughItsExportWindowAndPrintsItsTitles)
 {
+    db.execute(QStringLiteral("UPDATE 业主表 SET 移动电话 = '013800138000' WHERE ZH_ID = 1"));
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15), {}, u("007"));
+    const auto customer = ExportWindow::Variant::Customer;
+    const auto finance = ExportWindow::Variant::Finance;
     const struct {
         std::function<ReportWindow *()> open;
-        const char *title;
-        const char *sheet;
+        ExportWindow::Variant variant;
+        const char *exporter, *title, *sheet;
         bool pickerDates;
+        const char *textCell = nullptr, *text = nullptr, *numberCell = nullptr;
+        int number = 0;
     } cases[] = {
-        {[this] { return open<frm财务数据欠收表房产>(); }, "(一处) 财务房产数据欠收表",
-         "财务房产数据欠收表", false},
-        {[this] { return open<frm财务数据欠收表车位>(); }, "(一处) 财务车位数据欠收表",
-         "财务车位数据欠收表", false},
-        {[this] { return open<frm财务数据预收表车位>(); }, "(一处) 车位数据预收表",
-         "财务车位数据预收表", true},
-        {[this] { return open<frm财务数据预收表房产>(); }, "(一处) 财务房产数据预收表",
-         "财务房产数据预收表", true},
+        {[this] { return open<frm收款日报表>(); }, customer, "frmToExcel", "(一处) 房产数据",
+         "房产数据模板", false, "W2", "013800138000", "K2", 101},
+        {[this] { return open<frm车位基础表>(); }, customer, "frmToExcel", "(一处) 车位数据模板",
+         "车位数据模板", false},
+        {[this] { return open<frm财务数据欠收表房产>(); }, finance, "frmToExcelnew",
+         "(一处) 财务房产数据欠收表", "财务房产数据欠收表", false},
+        {[this] { return open<frm财务数据欠收表车位>(); }, finance, "frmToExcelnew",
+         "(一处) 财务车位数据欠收表", "财务车位数据欠收表", false},
+        {[this] { return open<frm财务数据预收表车位>(); }, finance, "frmToExcelnew",
+         "(一处) 车位数据预收表", "财务车位数据预收表", true, "P2", "007", "F2", 80},
+        {[this] { return open<frm财务数据预收表房产>(); }, finance, "frmToExcelnew",
+         "(一处) 财务房产数据预收表", "财务房产数据预收表", true},
     };
     PrintTitles printed;
     ReportWindow::setPrintTarget(
         [&printed](QWidget *, const FlexGrid &, const PrintTitles &titles) { printed = titles; });
     vbrt::setToday(QDate(2026, 1, 5));
-    for (const auto &c : cases) {
-        ReportWindow *w = c.open();
-        choose(w, u("01"));
-        w->ReportCommand(ReportWindow::Export);
-        ExportWindow *exporter = ExportWindow::shared(ExportWindow::Variant::Finance);
-        EXPECT_EQ(exporter->sourceGrid(), w->grid()) << c.sheet;
-        EXPECT_EQ(exporter->Text1(1)->text(), u(c.title));
-        EXPECT_EQ(exporter->Text1(2)->text(), u(c.sheet));
-        EXPECT_EQ(exporter->tagText(), u("统计时间:2026年01月05日"));
-        exporter->close();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-
-        if (c.pickerDates) {
-            setPicker(w, "DTPicker1", QDate(2024, 1, 2));
-            setPicker(w, "DTPicker2", QDate(2024, 3, 4));
-        }
-        w->ReportCommand(ReportWindow::Print);
-        EXPECT_EQ(printed.title, u("(一处)收款日报表"));
-        EXPECT_EQ(printed.secondLine, c.pickerDates ? u("日期范围:2024年01月02日-2024年03月04日")
-                                                    : u("日期范围:2026年01月05日-2026年01月05日"))
-            << c.sheet;
-    }
-    ReportWindow::setPrintTarget({});
-    EXPECT_TRUE(boxes.isEmpty());
-}
-
-TEST_F(FinanceReports, PhoneAndInvoiceColumnsReachTheWorkbookAsTextThroughTheWindows)
-{
-    db.execute(QStringLiteral("UPDATE 业主表 SET 移动电话 = '013800138000' WHERE ZH_ID = 1"));
-    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15), {}, u("007"));
     QTemporaryDir dir;
-    // frmToExcel keeps source column 22 (手机号码) as text, frmToExcelnew column 15.
-    const struct {
-        std::function<ReportWindow *()> open;
-        ExportWindow::Variant variant;
-        const char *sheet, *textCell, *text, *numberCell;
-        int number;
-    } cases[] = {
-        {[this] { return open<frm收款日报表>(); }, ExportWindow::Variant::Customer, "房产数据模板",
-         "W2", "013800138000", "K2", 101},
-        {[this] { return open<frm财务数据预收表车位>(); }, ExportWindow::Variant::Finance,
-         "财务车位数据预收表", "P2", "007", "F2", 80},
-    };
     for (const auto &c : cases) {
         ReportWindow *w = c.open();
         SCOPED_TRACE(w->objectName().toStdString());
@@ -458,23 +429,41 @@ TEST_F(FinanceReports, PhoneAndInvoiceColumnsReachTheWorkbookAsTextThroughTheWin
             month->setText(u("202402"));
         pressCompute(w);
         w->ReportCommand(ReportWindow::Export);
-        const QString path = dir.filePath(w->objectName() + QStringLiteral(".xlsx"));
         ExportWindow *exporter = ExportWindow::shared(c.variant);
+        EXPECT_TRUE(exporter->isVisible());
+        EXPECT_EQ(exporter->objectName(), u(c.exporter));
+        EXPECT_EQ(exporter->sourceGrid(), w->grid());
+        EXPECT_EQ(exporter->Text1(1)->text(), u(c.title));
+        EXPECT_EQ(exporter->Text1(2)->text(), u(c.sheet));
+        EXPECT_EQ(exporter->tagText(), u("统计时间:2026年01月05日"));
+        const QString path = dir.filePath(w->objectName() + QStringLiteral(".xlsx"));
         exporter->Text1(0)->setText(path);
         exporter->findChild<QAction *>(QStringLiteral("输出"))->trigger();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        EXPECT_TRUE(boxes.isEmpty());
+        if (c.textCell) {
+            const QJsonObject cells =
+                testing::dumpWorkbook(
+                    path)[QStringLiteral("data")][u(c.sheet)][QStringLiteral("cells")]
+                    .toObject();
+            const QJsonObject text = cells[QString::fromLatin1(c.textCell)].toObject();
+            EXPECT_EQ(text[QStringLiteral("value")].toString(), u(c.text));
+            EXPECT_TRUE(text[QStringLiteral("quotePrefix")].toBool());
+            const QJsonObject number = cells[QString::fromLatin1(c.numberCell)].toObject();
+            EXPECT_EQ(number[QStringLiteral("value")].toInt(-1), c.number);
+            EXPECT_FALSE(number[QStringLiteral("quotePrefix")].toBool());
+        }
 
-        const QJsonObject cells =
-            testing::dumpWorkbook(path)[QStringLiteral("data")][u(c.sheet)][QStringLiteral("cells")]
-                .toObject();
-        const QJsonObject text = cells[QString::fromLatin1(c.textCell)].toObject();
-        EXPECT_EQ(text[QStringLiteral("value")].toString(), u(c.text));
-        EXPECT_TRUE(text[QStringLiteral("quotePrefix")].toBool());
-        const QJsonObject number = cells[QString::fromLatin1(c.numberCell)].toObject();
-        EXPECT_EQ(number[QStringLiteral("value")].toInt(-1), c.number);
-        EXPECT_FALSE(number[QStringLiteral("quotePrefix")].toBool());
+        if (c.pickerDates) {
+            setPicker(w, "DTPicker1", QDate(2024, 1, 2));
+            setPicker(w, "DTPicker2", QDate(2024, 3, 4));
+        }
+        w->ReportCommand(ReportWindow::Print);
+        EXPECT_EQ(printed.title, u("(一处)收款日报表"));
+        EXPECT_EQ(printed.secondLine, c.pickerDates ? u("日期范围:2024年01月02日-2024年03月04日")
+                                                    : u("日期范围:2026年01月05日-2026年01月05日"));
     }
+    ReportWindow::setPrintTarget({});
+    EXPECT_TRUE(boxes.isEmpty());
 }
 
 // The designed rules, one appended row at a time, as the reference.

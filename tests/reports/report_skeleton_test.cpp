@@ -1,7 +1,5 @@
 #include "customerfixture.h"
 
-#include "output/exportwindow.h"
-#include "output/gridprint.h"
 #include "reports/frm收款日报表.h"
 #include "reports/frm财务数据欠收表房产.h"
 #include "reports/frm财务数据欠收表车位.h"
@@ -11,17 +9,12 @@
 #include "reports/officelist.h"
 #include "reports/reportregistry.h"
 #include "session/mdiform1.h"
-#include "ui/printer.h"
 
-#include <QDate>
 #include <QHeaderView>
-#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
-#include <QProcess>
 #include <QPushButton>
 #include <QSqlDriver>
-#include <QTemporaryDir>
 #include <QTest>
 #include <sqlite3.h>
 
@@ -230,35 +223,6 @@ TEST_F(ReportSkeleton, ClickedRowIsPaintedMintAndThePreviousOneRestored)
     EXPECT_TRUE(boxes.isEmpty());
 }
 
-TEST_F(ReportSkeleton, ExportHandsGridTitleAndTemplateToTheCustomerExportWindow)
-{
-    officeWithRooms(2);
-    vbrt::setToday(QDate(2026, 1, 5));
-    struct Case {
-        bool parking;
-        QString title;
-        QString templateName;
-    };
-    const QList<Case> cases = {{false, "(一区) 房产数据", "房产数据模板"},
-                               {true, "(一区) 车位数据模板", "车位数据模板"}};
-    for (const Case &c : cases) {
-        ReportWindow *w =
-            c.parking ? static_cast<ReportWindow *>(open<frm车位基础表>()) : open<frm收款日报表>();
-        choose(w, "01");
-        w->ReportCommand(ReportWindow::Export);
-        ExportWindow *export_ = ExportWindow::shared(ExportWindow::Variant::Customer);
-        EXPECT_EQ(export_->objectName(), "frmToExcel");
-        EXPECT_EQ(export_->sourceGrid(), w->grid());
-        EXPECT_EQ(export_->Text1(1)->text(), c.title);
-        EXPECT_EQ(export_->Text1(2)->text(), c.templateName);
-        EXPECT_EQ(export_->tagText(), "统计时间:2026年01月05日");
-        EXPECT_TRUE(export_->isVisible());
-        export_->close();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    EXPECT_TRUE(boxes.isEmpty());
-}
-
 TEST_F(ReportSkeleton, DatabaseErrorMidFillKeepsTheRowsAlreadyRead)
 {
     officeWithRooms(9);
@@ -307,34 +271,6 @@ TEST_F(ReportSkeleton, LargeFillArrivesInChunksAndBlocksReentry)
     EXPECT_EQ(w->grid()->Rows(), 26);
     EXPECT_EQ(w->grid()->TextMatrix(25, 10), "125");
     EXPECT_TRUE(w->command1(ReportWindow::Compute)->isEnabled());
-}
-
-TEST_F(ReportSkeleton, PrintBranchPrintsTheOfficeTitleAndTodaysRange)
-{
-    officeWithRooms(3);
-    vbrt::setToday(QDate(2026, 1, 5));
-    QTemporaryDir dir;
-    const QString pdf = dir.filePath("grid.pdf");
-    ReportWindow::setPrintTarget([&](QWidget *, const FlexGrid &grid, const PrintTitles &titles) {
-        auto printer = Printer::pdfFile(pdf);
-        PrintGrid(*printer, grid, titles, false, 0);
-    });
-    auto *w = open<frm车位基础表>();
-    choose(w, "01");
-    w->ReportCommand(ReportWindow::Compute);
-    w->ReportCommand(ReportWindow::Print);
-    ReportWindow::setPrintTarget({});
-    // The sheet is wider than the paper: the engine asks, and "No" prints on.
-    for (const MsgBoxCall &box : boxes)
-        EXPECT_NE(box.style, vb::Information) << box.title.toStdString();
-
-    QProcess text;
-    text.start("pdftotext", {"-enc", "UTF-8", pdf, "-"});
-    ASSERT_TRUE(text.waitForFinished(30000));
-    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
-    EXPECT_TRUE(printed.contains("(一区)收款日报表")) << printed.toStdString();
-    EXPECT_TRUE(printed.contains("日期范围:2026年01月05日-2026年01月05日"))
-        << printed.toStdString();
 }
 
 TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
