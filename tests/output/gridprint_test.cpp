@@ -96,13 +96,9 @@ QList<PdfPage> pdfPages(const QString &path)
         if (const auto m = pageTag.match(line); m.hasMatch()) {
             pages.append({m.captured(1).toDouble(), m.captured(2).toDouble(), {}});
         } else if (const auto w = wordTag.match(line); w.hasMatch() && !pages.isEmpty()) {
-            QString text = w.captured(5);
-            text.replace(QLatin1String("&lt;"), QLatin1String("<"))
-                .replace(QLatin1String("&gt;"), QLatin1String(">"))
-                .replace(QLatin1String("&quot;"), QLatin1String("\""))
-                .replace(QLatin1String("&amp;"), QLatin1String("&"));
-            pages.last().words.append({text, w.captured(1).toDouble(), w.captured(2).toDouble(),
-                                       w.captured(3).toDouble(), w.captured(4).toDouble()});
+            pages.last().words.append({w.captured(5), w.captured(1).toDouble(),
+                                       w.captured(2).toDouble(), w.captured(3).toDouble(),
+                                       w.captured(4).toDouble()});
         }
     }
     return pages;
