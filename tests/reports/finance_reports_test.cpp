@@ -238,10 +238,7 @@ TEST_F(FinanceReports, EveryReportKeepsItsRowsWhenItsStatementFailsToOpen)
         DbConn = working;
         ReportWindow *w = c.open();
         SCOPED_TRACE(w->objectName().toStdString());
-        choose(w, u("01"));
-        if (QLineEdit *month = text(w, "Text1"))
-            month->setText(u("202402"));
-        pressCompute(w);
+        computeOffice01(w);
         const QList<QStringList> before = rows(*w->grid());
         ASSERT_FALSE(before.isEmpty());
         boxes.clear();
@@ -407,10 +404,7 @@ TEST_F(FinanceReports, EachWindowExportsThroughItsExportWindowAndPrintsItsTitles
     for (const auto &c : cases) {
         ReportWindow *w = c.open();
         SCOPED_TRACE(w->objectName().toStdString());
-        choose(w, u("01"));
-        if (QLineEdit *month = text(w, "Text1"))
-            month->setText(u("202402"));
-        pressCompute(w);
+        computeOffice01(w);
         w->ReportCommand(ReportWindow::Export);
         ExportWindow *exporter = ExportWindow::shared(c.variant);
         EXPECT_TRUE(exporter->isVisible());
