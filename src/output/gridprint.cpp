@@ -231,19 +231,21 @@ void printTable(Printer &printer, GridPrintTable table, const PrintTitles &title
     printer.EndDoc();
 }
 
-} // namespace
-
-bool ConfirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing)
+// The width question: true when the table fits the paper or the user
+// answers No, taking the table cut off at both edges.
+bool confirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing)
 {
     // No icon, on purpose: the user may well want the clipped print.
     return centredTable(printer, grid, trailing).left >= 0 ||
            MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) != vb::Yes;
 }
 
+} // namespace
+
 void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                int trailing)
 {
-    if (ConfirmTableWidth(printer, grid, trailing))
+    if (confirmTableWidth(printer, grid, trailing))
         printTable(printer, centredTable(printer, grid, trailing), titles, signature);
 }
 
@@ -263,7 +265,7 @@ void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &title
         [&](Printer &printer) {
             printTable(printer, centredTable(printer, grid, trailing), titles, signature);
         },
-        [&](Printer &printer) { return ConfirmTableWidth(printer, grid, trailing); });
+        [&](Printer &printer) { return confirmTableWidth(printer, grid, trailing); });
 }
 
 void AutoFitColumns(FlexGrid &grid, const QFont &font)

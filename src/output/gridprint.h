@@ -43,10 +43,6 @@ void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, 
 void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                  int trailing);
 
-// The width question: true when the printed columns fit the printer's paper
-// or the user answers No, choosing the table cut off at both edges.
-bool ConfirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing);
-
 // Heading block and column-heading row of one page, from the top of the
 // page; returns the y of the table's top rule. The body font stays set.
 double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
