@@ -24,9 +24,9 @@ namespace {
 class ReportSkeleton : public CustomerFixture {
   protected:
     // Office 01 with `count` rooms numbered 101, 102, ...
-    void officeWithRooms(int count, const QVariant &commercial = 0)
+    void officeWithRooms(int count)
     {
-        office("01", "一区", commercial);
+        office("01", "一区");
         db.insert("楼表", {{"L_ID", 1}, {"管理处", "01"}, {"地址1", "1"}, {"字1", "栋"}});
         QList<QVariantList> rooms;
         for (int i = 1; i <= count; ++i)
@@ -168,22 +168,6 @@ TEST_F(ReportSkeleton, CommandsWithoutAnOfficeAskForOneAndExitStillCloses)
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_TRUE(guard.isNull());
     EXPECT_TRUE(boxes.isEmpty());
-}
-
-TEST_F(ReportSkeleton, CommercialOfficesAreSilentlyNotComputed)
-{
-    officeWithRooms(3, 1);
-    auto *w = open<frm收款日报表>();
-    choose(w, "01");
-    w->command1(ReportWindow::Compute)->click();
-    EXPECT_EQ(w->grid()->Rows(), 1);
-    EXPECT_TRUE(boxes.isEmpty());
-
-    db.execute("UPDATE 设置管理处 SET 商用物业 = NULL");
-    auto *again = open<frm收款日报表>();
-    choose(again, "01");
-    again->command1(ReportWindow::Compute)->click();
-    EXPECT_EQ(again->grid()->Rows(), 4);
 }
 
 TEST_F(ReportSkeleton, ClickedRowIsPaintedMintAndThePreviousOneRestored)
