@@ -53,7 +53,7 @@ GO
 CREATE TABLE 岗位员工new (
     员工代号 varchar(20) NOT NULL,
     岗位代号 varchar(20) NOT NULL,
-    主要岗位 bit NOT NULL DEFAULT 0,
+    主要岗位 bit NULL DEFAULT 0,
     上岗日期 datetime NULL,
     离岗日期 datetime NULL,
     CONSTRAINT PK_岗位员工new PRIMARY KEY (员工代号, 岗位代号)
@@ -68,7 +68,7 @@ GO
 CREATE TABLE GroupPrivilege (
     GroupID varchar(20) NOT NULL,
     FormName varchar(50) NOT NULL,
-    Popedom bit NOT NULL DEFAULT 0,
+    Popedom bit NULL DEFAULT 0,
     Memo nvarchar(50) NOT NULL,
     CONSTRAINT PK_GroupPrivilege PRIMARY KEY (GroupID, Memo, FormName)
 )

@@ -26,6 +26,8 @@ public:
     // NULL -> "", numbers in shortest decimal form (85.5, 120), datetimes as
     // yyyy-MM-dd at midnight else yyyy-MM-dd HH:mm:ss, bits as 0/1.
     QString text() const;
+    // NULL is false, as a flag's NULL counts as 0: a NULL privilege grants
+    // nothing and a NULL main-post mark is not the main post.
     bool toBool() const;
 
 private:

@@ -32,6 +32,9 @@ const QString kCloseKey = QStringLiteral("退出");
 const QString kNeedTitle = QStringLiteral("请输入标题内容");
 const QString kNeedFile = QStringLiteral("请确定输出的文件名");
 const QString kExportFailed = QStringLiteral("输出到Execl失败: ");
+const QString kNoColumnChosen = QStringLiteral("没有选中要输出的列");
+// Excel's "application-defined or object-defined error".
+constexpr int kApplicationDefinedError = 1004;
 // The misspellings are the window's own; *.xlsx is listed so workbooks can be picked.
 const QString kFileFilter = QStringLiteral("Excel Flie *.xls (*.xls *.xlsx);;All flie *.* (*)");
 
@@ -176,7 +179,12 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
         options.path = exportTargetPath(path);
         options.sheet = templateName;
         options.title = title;
-        writeGridToWorkbook(*grid, columnchooser::chosenColumns(*m_grid1, grid->Cols()), options);
+        const QVector<int> chosen = columnchooser::chosenColumns(*m_grid1, grid->Cols());
+        // With no column chosen the written block has no last cell to put
+        // borders round: the export fails before the workbook is touched.
+        if (chosen.isEmpty())
+            throw RuntimeError(kApplicationDefinedError, kNoColumnChosen);
+        writeGridToWorkbook(*grid, chosen, options);
         if (m_check1->isChecked()) {
             if (openWorkbookHook())
                 openWorkbookHook()(options.path);

@@ -1,6 +1,7 @@
 #include "output/gridprint.h"
 
 #include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 #include "ui/printer.h"
@@ -59,6 +60,19 @@ void printColumnRules(Printer &printer, const GridPrintTable &table, double top,
         const double x = table.columnLeft(c);
         printer.Line(x, top, x, bottom);
     }
+}
+
+// The printed columns centred on the printer's paper; left is negative when
+// the table is wider than the paper.
+GridPrintTable centredTable(Printer &printer, const FlexGrid &grid, int trailing)
+{
+    GridPrintTable table;
+    table.grid = &grid;
+    const int printed = qMax(0, grid.Cols() - trailing);
+    for (int c = 0; c < printed; ++c)
+        table.widths.append(float(grid.ColWidth(c)));
+    table.left = (printer.ScaleWidth() - table.width()) / 2;
+    return table;
 }
 
 } // namespace
@@ -142,7 +156,7 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
     const double h = printer.TextHeight(QStringLiteral("的"));
     const double innerWidth = printer.ScaleWidth();
 
-    const QString date = kPrintDate + QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
+    const QString date = kPrintDate + vbrt::Date().toString(QStringLiteral("yyyy-MM-dd"));
     printer.setCurrentX(left + tableWidth - printer.TextWidth(date));
     printer.setCurrentY(y + h);
     printer.Print(date);
@@ -159,21 +173,11 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
     printer.Print(numbering);
 }
 
-void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
-               int trailing)
+namespace {
+
+void printTable(Printer &printer, GridPrintTable table, const PrintTitles &titles, bool signature)
 {
-    GridPrintTable table;
-    table.grid = &grid;
-    const double innerWidth = printer.ScaleWidth();
-    const int printed = qMax(0, grid.Cols() - trailing);
-    for (int c = 0; c < printed; ++c)
-        table.widths.append(float(grid.ColWidth(c)));
-    table.left = (innerWidth - table.width()) / 2;
-
-    // No icon, on purpose: the user may well want the clipped print.
-    if (table.left < 0 && MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) == vb::Yes)
-        return;
-
+    const FlexGrid &grid = *table.grid;
     const double headingHeight = LineHeight(printer);
     const double bodyHeight = BodyLineHeight(printer);
     const double h = printer.TextHeight(QStringLiteral("的"));
@@ -227,6 +231,24 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
     printer.EndDoc();
 }
 
+// The width question: true when the table fits the paper or the user
+// answers No, taking the table cut off at both edges.
+bool confirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing)
+{
+    // No icon, on purpose: the user may well want the clipped print.
+    return centredTable(printer, grid, trailing).left >= 0 ||
+           MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) != vb::Yes;
+}
+
+} // namespace
+
+void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
+               int trailing)
+{
+    if (confirmTableWidth(printer, grid, trailing))
+        printTable(printer, centredTable(printer, grid, trailing), titles, signature);
+}
+
 void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing)
 {
     std::unique_ptr<Printer> printer = Printer::defaultPrinter();
@@ -236,8 +258,14 @@ void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, 
 void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                  int trailing)
 {
+    // The preview draws its pages again on every page setup and for the
+    // final print; the question belongs to the print, not to each drawing.
     showPrintPreview(
-        parent, [&](Printer &printer) { PrintGrid(printer, grid, titles, signature, trailing); });
+        parent,
+        [&](Printer &printer) {
+            printTable(printer, centredTable(printer, grid, trailing), titles, signature);
+        },
+        [&](Printer &printer) { return confirmTableWidth(printer, grid, trailing); });
 }
 
 void AutoFitColumns(FlexGrid &grid, const QFont &font)

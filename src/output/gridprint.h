@@ -38,7 +38,8 @@ void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles
                int trailing);
 // The same on the system's default printer.
 void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing);
-// The same in a print preview window.
+// The same in a print preview window: the width question is asked once,
+// before the window opens; Yes opens nothing.
 void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
                  int trailing);
 

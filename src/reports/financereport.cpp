@@ -13,7 +13,6 @@ void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connectio
 {
     const FinanceReportTraits &traits = financeTraits(kind);
     const QStringList statements = financeStatements(kind, params);
-    fill.reset();
     fill.setWidthRule(financeColumnFit(traits.fit, grid, grid.font()));
 
     const bool newRowCurrent = traits.fit == ColumnFit::NewRow;
@@ -24,13 +23,18 @@ void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connectio
     const auto finish = [&] {
         if (!newRowCurrent)
             return;
-        if (grid.Rows() > 1)
+        if (fill.rowsAdded() > 0)
             grid.setRow(grid.Rows() - 1);
         grid.setRedraw(true);
     };
     try {
-        for (const QString &statement : statements)
-            fill.run(connection, statement, FinanceRowBuilder(kind));
+        // The earlier result goes only once the first statement is open; the
+        // second statement's rows follow the first's.
+        auto earlier = GridFill::EarlierRows::DropAfterOpen;
+        for (const QString &statement : statements) {
+            fill.run(connection, statement, FinanceRowBuilder(kind), earlier);
+            earlier = GridFill::EarlierRows::Keep;
+        }
     } catch (...) {
         finish();
         throw;

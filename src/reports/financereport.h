@@ -8,10 +8,11 @@ namespace quorvale {
 
 class FlexGrid;
 
-// A finance report's query procedure without its window: empties the grid
-// to its heading row, runs the report's statements one after the other and
-// appends their rows, widening columns by the report's rule. Rows already
-// added stay when a statement fails; the error travels on.
+// A finance report's query procedure without its window: runs the report's
+// statements one after the other and appends their rows, widening columns by
+// the report's rule. The grid is emptied to its heading row once the first
+// statement is open, so one that fails to open leaves the earlier result;
+// rows already added stay when a later step fails. The error travels on.
 void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
                           const ReportParams &params, FlexGrid &grid, GridFill &fill);
 

@@ -44,7 +44,7 @@ FinanceReportWindow::FinanceReportWindow(FinanceReportKind kind, QWidget *parent
 void FinanceReportWindow::load()
 {
     trapped([this] {
-        const QDate today = QDate::currentDate();
+        const QDate today = vbrt::Date();
         fillStatusBar();
         if (financeTraits(m_kind).advance) {
             fillOfficeList();

@@ -48,7 +48,14 @@ void GridFill::run(const ConnectionPtr &connection, const QString &statement,
         const QStringList empty(m_cols, QString());
         while (!records.eof()) {
             QStringList row = empty;
-            build(records, row);
+            try {
+                build(records, row);
+            } catch (...) {
+                // The row is added before its cells are filled: a failing
+                // cell leaves it in the grid with the cells before it.
+                add(std::move(row));
+                throw;
+            }
             add(std::move(row));
             records.MoveNext();
         }

@@ -22,8 +22,9 @@ using WidthRule = std::function<void(const QStringList &row, int gridRow, QVecto
 
 // The fill engine every report shares: rows are built as texts and handed to
 // the grid in chunks, so a large result neither repaints per cell nor
-// freezes the window between chunks. Rows built before a failing record
-// always reach the grid before the error travels on.
+// freezes the window between chunks. Rows built before a failing record,
+// and that record's row filled up to the failing cell, always reach the
+// grid before the error travels on.
 class GridFill {
   public:
     static constexpr int DefaultChunkRows = 2000;
@@ -36,8 +37,6 @@ class GridFill {
     FlexGrid &grid() const { return m_grid; }
     void setWidthRule(WidthRule rule);
 
-    // Drops every row below the header (Rows = 1).
-    void reset();
     enum class EarlierRows { Keep, DropAfterOpen };
     // Opens the statement forward-only and read-only and adds one row per
     // record. DropAfterOpen drops the earlier rows once the statement is
@@ -54,6 +53,9 @@ class GridFill {
     int cols() const { return m_cols; }
 
   private:
+    // Drops every row below the header (Rows = 1).
+    void reset();
+
     FlexGrid &m_grid;
     FillProgress m_progress;
     int m_chunkRows;

@@ -351,7 +351,7 @@ bool ReportWindow::prepareReport(ReportParams &)
 
 QPair<QDate, QDate> ReportWindow::printDateRange() const
 {
-    const QDate today = QDate::currentDate();
+    const QDate today = vbrt::Date();
     return {today, today};
 }
 
@@ -412,7 +412,7 @@ void ReportWindow::runCompute()
 void ReportWindow::exportGrid()
 {
     ExportWindow *window = ExportWindow::shared(m_definition.exportVariant);
-    window->setTagText(kStatTime + vbrt::formatChineseDate(QDate::currentDate()));
+    window->setTagText(kStatTime + vbrt::formatChineseDate(vbrt::Date()));
     const QString title =
         QLatin1Char('(') + officeName() + QLatin1Char(')') + m_definition.exportTitleSuffix;
     window->Config(m_grid, m_definition.exportTemplate, title);

@@ -9,7 +9,23 @@ namespace quorvale::vbrt {
 
 namespace {
 bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; }
+
+QDate &fixedToday()
+{
+    static QDate date;
+    return date;
+}
 } // namespace
+
+QDate Date()
+{
+    return fixedToday().isValid() ? fixedToday() : QDate::currentDate();
+}
+
+void setToday(const QDate &date)
+{
+    fixedToday() = date;
+}
 
 double Val(const QString &text)
 {

@@ -105,6 +105,7 @@ MdiForm1::MdiForm1(QWidget *parent) : QMainWindow(parent)
     m_mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_mdiArea);
     m_mdiArea->viewport()->installEventFilter(this);
+    m_plainBackground = m_mdiArea->background();
 
     buildMenu();
 
@@ -113,8 +114,6 @@ MdiForm1::MdiForm1(QWidget *parent) : QMainWindow(parent)
     m_userLabel = new QLabel(this);
     statusBar()->addWidget(picture1);
     statusBar()->addWidget(m_userLabel, 1);
-
-    m_background.load(mainBackgroundPath());
 
     if (const QScreen *screen = QGuiApplication::primaryScreen()) {
         const QRect available = screen->availableGeometry();
@@ -273,13 +272,15 @@ bool MdiForm1::eventFilter(QObject *watched, QEvent *event)
 
 void MdiForm1::updateBackground()
 {
-    if (m_background.isNull())
-        return;
+    // Read afresh at every resize, so a picture put in place or changed while
+    // the program runs shows at the next one; without one the area stays plain.
+    m_mdiArea->setBackground(m_plainBackground);
+    const QImage picture(mainBackgroundPath());
     const QSize size = m_mdiArea->viewport()->size();
-    if (size.isEmpty())
+    if (picture.isNull() || size.isEmpty())
         return;
-    m_mdiArea->setBackground(QBrush(QPixmap::fromImage(
-        m_background.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))));
+    m_mdiArea->setBackground(QBrush(
+        QPixmap::fromImage(picture.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation))));
 }
 
 void MdiForm1::closeEvent(QCloseEvent *event)

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QBrush>
 #include <QHash>
-#include <QImage>
 #include <QList>
 #include <QMainWindow>
 #include <QPointer>
@@ -72,7 +72,7 @@ class MdiForm1 : public QMainWindow {
     QLabel *m_userLabel;
     QList<QAction *> m_menuItems;
     QHash<QString, QPointer<QWidget>> m_openWindows;
-    QImage m_background;
+    QBrush m_plainBackground;
 };
 
 // Sets HasProjectAudit from the audit-right rows of the session's department

@@ -21,10 +21,16 @@ void printToPdfFile(const QPrinter &settings, const std::function<void(Printer &
     outputs.commit();
 }
 
-void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job)
+void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job,
+                      const std::function<bool(Printer &)> &ready)
 {
     QPrinter device(QPrinter::HighResolution);
     Printer::applyDefaultPageSetup(device);
+    if (ready) {
+        Printer paper(&device);
+        if (!ready(paper))
+            return;
+    }
     QPrintPreviewDialog dialog(&device, parent);
     std::exception_ptr failure;
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter *target) {

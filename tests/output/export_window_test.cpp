@@ -145,9 +145,11 @@ TEST_F(ExportWindowTest, MessagesAndFailuresKeepTheWindowAndTheFile)
     quorvale::testing::makeWorkbookFixture(book);
     const QString needTitle = QStringLiteral("请输入标题内容");
     const QString failed = QStringLiteral("输出到Execl失败: ");
+    const QString noneMarked = failed + QStringLiteral("没有选中要输出的列");
     struct Case {
         QString path, title, sheet;
         QList<MsgBoxCall> boxes; // a failure's description follows the prompt given
+        bool unmarkAll = false;
     } cases[] = {
         {book, {}, QStringLiteral("表"), {{needTitle, 0, programTitle()}}},
         {book, QStringLiteral("标题"), {}, {{needTitle, 0, programTitle()}}},
@@ -161,6 +163,13 @@ TEST_F(ExportWindowTest, MessagesAndFailuresKeepTheWindowAndTheFile)
          QStringLiteral("标题"),
          QStringLiteral("表"),
          {{failed, 64, programTitle()}}},
+        // Nothing marked leaves no last cell for the borders: the export fails.
+        {book, QStringLiteral("标题"), QStringLiteral("表"), {{noneMarked, 64, programTitle()}}, true},
+        {dir.filePath(QStringLiteral("new.xlsx")),
+         QStringLiteral("标题"),
+         QStringLiteral("表"),
+         {{noneMarked, 64, programTitle()}},
+         true},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.path.toStdString() + " " + c.sheet.toStdString());
@@ -172,6 +181,8 @@ TEST_F(ExportWindowTest, MessagesAndFailuresKeepTheWindowAndTheFile)
         text1(0)->setText(c.path);
         text1(1)->setText(c.title);
         text1(2)->setText(c.sheet);
+        for (int col = 0; c.unmarkAll && col < window->Grid1()->Cols(); ++col)
+            window->Grid1()->setTextMatrix(1, col, QString());
         press("输出");
         ASSERT_EQ(boxes.size(), c.boxes.size());
         for (int i = 0; i < boxes.size(); ++i) {

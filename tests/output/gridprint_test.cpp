@@ -1,15 +1,22 @@
 #include "output/gridprint.h"
+#include "runtime/runtimeerror.h"
+#include "runtime/vb.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 #include "ui/printer.h"
-#include "runtime/runtimeerror.h"
 
+#include <QApplication>
 #include <QDate>
 #include <QFile>
 #include <QFileInfo>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
+#include <QPrinter>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -39,8 +46,38 @@ void fill(FlexGrid &grid, int dataRows, int cols = 4)
     grid.appendRows(rows);
 }
 
-// The text of each page, in order; pdftotext is a test dependency.
-QStringList pdfPages(const QString &path)
+// A printed word and its box in points from the top left of its page.
+struct Word {
+    QString text;
+    double xMin = 0, yMin = 0, xMax = 0, yMax = 0;
+};
+
+struct PdfPage {
+    double width = 0, height = 0;
+    QList<Word> words;
+
+    // Blanks aside, since a blank or a change of script splits words.
+    bool contains(QString text) const
+    {
+        QString all;
+        for (const Word &w : words)
+            all += w.text;
+        return all.contains(text.remove(QLatin1Char(' ')));
+    }
+    Word word(const QString &text) const
+    {
+        for (const Word &w : words) {
+            if (w.text == text)
+                return w;
+        }
+        ADD_FAILURE() << "no word " << text.toStdString();
+        return {};
+    }
+};
+
+// The words of each page with their positions, as pdftotext -bbox reads
+// them; pdftotext (poppler-utils) is a test dependency.
+QList<PdfPage> pdfPages(const QString &path)
 {
     const QString tool = QStandardPaths::findExecutable(QStringLiteral("pdftotext"));
     if (tool.isEmpty()) {
@@ -48,22 +85,34 @@ QStringList pdfPages(const QString &path)
         return {};
     }
     QProcess process;
-    process.start(tool, {QStringLiteral("-layout"), path, QStringLiteral("-")});
+    process.start(tool, {QStringLiteral("-bbox"), path, QStringLiteral("-")});
     process.waitForFinished(60000);
-    QString text = QString::fromUtf8(process.readAllStandardOutput());
-    if (text.endsWith(QLatin1Char('\f')))
-        text.chop(1);
-    return text.split(QLatin1Char('\f'));
+    static const QRegularExpression pageTag(
+        QString::fromLatin1(R"x(<page width="([\d.]+)" height="([\d.]+)">)x"));
+    static const QRegularExpression wordTag(QString::fromLatin1(
+        R"x(<word xMin="([-\d.]+)" yMin="([-\d.]+)" xMax="([-\d.]+)" yMax="([-\d.]+)">(.*)</word>)x"));
+    QList<PdfPage> pages;
+    for (const QString &line : QString::fromUtf8(process.readAllStandardOutput()).split('\n')) {
+        if (const auto m = pageTag.match(line); m.hasMatch()) {
+            pages.append({m.captured(1).toDouble(), m.captured(2).toDouble(), {}});
+        } else if (const auto w = wordTag.match(line); w.hasMatch() && !pages.isEmpty()) {
+            pages.last().words.append({w.captured(5), w.captured(1).toDouble(),
+                                       w.captured(2).toDouble(), w.captured(3).toDouble(),
+                                       w.captured(4).toDouble()});
+        }
+    }
+    return pages;
 }
 
 struct Printed {
-    QStringList pages;
+    QList<PdfPage> pages; // none when nothing was written
     QVector<MsgBoxCall> boxes;
-    bool fileWritten = false;
+    bool previewOpened = false;
 };
 
-Printed printToPdf(const FlexGrid &grid, bool signature, int trailing, int answer = vb::No,
-                   const PrintTitles &titles = {kTitle, kSecond})
+// Runs print with the path of a PDF file, answering every question with
+// answer, and reads back what it wrote.
+Printed printed(int answer, const std::function<void(const QString &pdf, Printed &)> &print)
 {
     Printed result;
     QTemporaryDir dir;
@@ -72,15 +121,39 @@ Printed printToPdf(const FlexGrid &grid, bool signature, int trailing, int answe
         result.boxes.append(call);
         return answer;
     });
-    {
-        std::unique_ptr<Printer> printer = Printer::pdfFile(path);
-        PrintGrid(*printer, grid, titles, signature, trailing);
-    }
+    print(path, result);
     setMsgBoxResponder({});
-    result.fileWritten = QFileInfo(path).size() > 0;
-    if (result.fileWritten)
+    if (QFileInfo(path).size() > 0)
         result.pages = pdfPages(path);
     return result;
+}
+
+Printed printToPdf(const FlexGrid &grid, bool signature, int trailing,
+                   const PrintTitles &titles = {kTitle, kSecond})
+{
+    return printed(vb::No, [&](const QString &pdf, Printed &) {
+        PrintGrid(*Printer::pdfFile(pdf), grid, titles, signature, trailing);
+    });
+}
+
+// Prints through the preview window as a user does: when the preview opens,
+// its print button prints into the PDF file.
+Printed previewAndPrint(const FlexGrid &grid, int answer)
+{
+    return printed(answer, [&](const QString &pdf, Printed &result) {
+        QTimer::singleShot(0, [&] {
+            auto *dialog = qobject_cast<QPrintPreviewDialog *>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            result.previewOpened = true;
+            dialog->printer()->setOutputFormat(QPrinter::PdfFormat);
+            dialog->printer()->setOutputFileName(pdf);
+            dialog->findChild<QPrintPreviewWidget *>()->print();
+            dialog->accept();
+        });
+        PreviewGrid(nullptr, grid, {kTitle, kSecond}, false, 0);
+        QCoreApplication::processEvents();
+    });
 }
 
 // Rows per page as the engine works it out from the same printer metrics.
@@ -109,7 +182,6 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
     fill(grid, 1);
     const int perPage = rowsPerPage(grid);
     ASSERT_GT(perPage, 10);
-    const QString today = QDate::currentDate().toString(QStringLiteral("yyyy-MM-dd"));
 
     struct Case {
         int dataRows;
@@ -123,15 +195,13 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
         EXPECT_TRUE(printed.boxes.isEmpty());
         ASSERT_EQ(printed.pages.size(), c.pages);
         for (int p = 0; p < c.pages; ++p) {
-            const QString &page = printed.pages[p];
+            const PdfPage &page = printed.pages[p];
             for (const QString &expected :
                  {kCompany, kTitle, kSecond, QStringLiteral("列头0"), QStringLiteral("列头3"),
-                  QStringLiteral("打印日期 ") + today,
                   QStringLiteral("第%1页 共%2页").arg(p + 1).arg(c.pages)}) {
                 EXPECT_TRUE(page.contains(expected))
                     << "page " << p + 1 << " lacks " << expected.toStdString();
             }
-            EXPECT_FALSE(page.contains(QStringLiteral("审核")));
         }
         // Each data row on exactly one page, the first rows of page 2 where they belong.
         const QString lastRow = QStringLiteral("行%1-0").arg(c.dataRows);
@@ -144,64 +214,95 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
     }
 }
 
-TEST(GridPrint, SignatureLineOnlyWhenAsked)
+// Two trailing columns are left out: neither measured nor printed.
+TEST(GridPrint, FooterMeetsTheTablesRightEdgeAndCentresThePageNumberAtTheFoot)
 {
+    vbrt::setToday(QDate(2026, 1, 5));
     FlexGrid grid;
-    fill(grid, 3);
+    fill(grid, 3, 6);
+    const int widths[] = {2000, 1500, 2500, 1000, 3000, 3000};
+    for (int c = 0; c < 6; ++c)
+        grid.setColWidth(c, widths[c]);
+    QTemporaryDir dir;
+    auto paper = Printer::pdfFile(dir.filePath(QStringLiteral("metrics.pdf")));
+    paper->setFontName(grid.font().family());
+    paper->setFontSize(grid.font().pointSizeF());
+    const double signatureWidth =
+        paper->TextWidth(QStringLiteral("审核                制单              "));
+    const double points = 1.0 / 20; // twips to points
+
     for (bool signature : {false, true}) {
-        const Printed printed = printToPdf(grid, signature, 0);
+        SCOPED_TRACE(signature);
+        const Printed printed = printToPdf(grid, signature, 2);
         ASSERT_EQ(printed.pages.size(), 1);
-        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("审核")), signature);
-        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("制单")), signature);
+        const PdfPage &page = printed.pages[0];
+        for (int c = 0; c < 6; ++c) {
+            EXPECT_EQ(page.contains(QStringLiteral("列头%1").arg(c)), c < 4) << c;
+            EXPECT_EQ(page.contains(QStringLiteral("行2-%1").arg(c)), c < 4) << c;
+        }
+        // The printable area sits in the middle of the sheet.
+        const double marginX = (page.width - paper->ScaleWidth() * points) / 2;
+        const double marginY = (page.height - paper->ScaleHeight() * points) / 2;
+        const double tableRight = marginX + (paper->ScaleWidth() + 7000) / 2 * points;
+
+        const Word date = page.word(QStringLiteral("2026-01-05"));
+        EXPECT_NEAR(date.xMax, tableRight, 0.5);
+        EXPECT_TRUE(page.contains(QStringLiteral("打印日期 2026-01-05")));
+        const Word first = page.word(QStringLiteral("第1页"));
+        const Word last = page.word(QStringLiteral("共1页"));
+        EXPECT_NEAR((first.xMin + last.xMax) / 2, page.width / 2, 0.5);
+        EXPECT_NEAR(last.yMax, page.height - marginY, 2);
+        EXPECT_EQ(page.contains(QStringLiteral("制单")), signature);
+        if (signature) {
+            const Word sign = page.word(QStringLiteral("审核"));
+            EXPECT_NEAR(sign.xMin, marginX + (paper->ScaleWidth() - signatureWidth) / 2.5 * points,
+                        0.5);
+            EXPECT_NEAR(sign.yMin, date.yMin, 0.5);
+        }
     }
+    vbrt::setToday({});
 }
 
-TEST(GridPrint, TrailingColumnsAreLeftOut)
-{
-    FlexGrid grid;
-    fill(grid, 2, 6);
-    const Printed printed = printToPdf(grid, false, 2);
-    ASSERT_EQ(printed.pages.size(), 1);
-    for (int c = 0; c < 6; ++c) {
-        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("列头%1").arg(c)), c < 4) << c;
-        EXPECT_EQ(printed.pages[0].contains(QStringLiteral("行2-%1").arg(c)), c < 4) << c;
-    }
-}
-
-TEST(GridPrint, TableWiderThanThePaperAsksFirst)
+TEST(GridPrint, TableWiderThanThePaperAsksOncePerPrintThroughThePreview)
 {
     const double paper = paperWidth();
     const QString prompt = QStringLiteral("纸张宽度不够，请设置更宽的纸张或把纸张改成横向打印\n"
                                           "是否要修改打印设置？");
     struct Case {
         const char *name;
-        int lastColumnExtra; // twips beyond the paper
+        int overhang; // twips the table is wider than the paper
         int answer;
         bool asks;
         bool prints;
     };
     // Three columns; the last one takes up whatever makes the table the wanted width.
-    for (const Case &c :
-         {Case{"exactly as wide", 0, vb::Yes, false, true},
-          Case{"wider, Yes", 1, vb::Yes, true, false}, Case{"wider, No", 1, vb::No, true, true}}) {
+    for (const Case &c : {Case{"exactly as wide", 0, vb::Yes, false, true},
+                          Case{"wider, Yes", 1, vb::Yes, true, false},
+                          Case{"wider, No", 800, vb::No, true, true}}) {
         SCOPED_TRACE(c.name);
         FlexGrid grid;
         fill(grid, 2, 3);
         grid.setColWidth(0, 2000);
         grid.setColWidth(1, 2000);
-        const int last = c.lastColumnExtra == 0 ? int(std::floor(paper)) - 4000
-                                                : int(std::ceil(paper)) - 4000 + c.lastColumnExtra;
+        const int last = c.overhang == 0 ? int(std::floor(paper)) - 4000
+                                         : int(std::ceil(paper)) - 4000 + c.overhang;
         grid.setColWidth(2, last);
-        const Printed printed = printToPdf(grid, false, 0, c.answer);
-        ASSERT_EQ(printed.boxes.size(), c.asks ? 1 : 0);
-        if (c.asks) {
+        const Printed printed = previewAndPrint(grid, c.answer);
+        EXPECT_EQ(printed.boxes.size(), c.asks ? 1 : 0);
+        if (c.asks && !printed.boxes.isEmpty()) {
             EXPECT_EQ(printed.boxes[0].prompt, prompt);
             EXPECT_EQ(printed.boxes[0].style, vb::YesNo);
         }
-        EXPECT_EQ(printed.fileWritten, c.prints);
+        EXPECT_EQ(printed.previewOpened, c.prints);
+        EXPECT_EQ(printed.pages.isEmpty(), !c.prints);
         if (c.prints) {
             ASSERT_EQ(printed.pages.size(), 1);
-            EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("行2-1")));
+            // Centred: answering No leaves the first column left of the paper's edge.
+            const PdfPage &page = printed.pages[0];
+            const double edge = (page.width - paper / 20) / 2;
+            const double left = (paper - (4000 + last)) / 2 / 20;
+            EXPECT_NEAR(page.word(QStringLiteral("行2-0")).xMin, edge + left, 0.5);
+            EXPECT_EQ(page.word(QStringLiteral("行2-0")).xMin<edge - 10, c.overhang> 0);
         }
     }
 }
@@ -210,7 +311,7 @@ TEST(GridPrint, HeaderOnlyGridPrintsItsHeadingPage)
 {
     FlexGrid grid;
     fill(grid, 0);
-    const Printed printed = printToPdf(grid, false, 0, vb::No, {kTitle, QString()});
+    const Printed printed = printToPdf(grid, false, 0, {kTitle, QString()});
     ASSERT_EQ(printed.pages.size(), 1);
     EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("列头1")));
     EXPECT_TRUE(printed.pages[0].contains(QStringLiteral("第1页 共1页")));

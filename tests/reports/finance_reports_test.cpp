@@ -2,20 +2,24 @@
 
 #include "reports/calendarpopup.h"
 #include "reports/financereport.h"
+#include "reports/frm收款日报表.h"
 #include "reports/frm财务数据欠收表房产.h"
 #include "reports/frm财务数据欠收表车位.h"
 #include "reports/frm财务数据预收表房产.h"
 #include "reports/frm财务数据预收表车位.h"
+#include "reports/frm车位基础表.h"
 
 #include "output/exportwindow.h"
 #include "output/gridprint.h"
-#include "runtime/vb.h"
+#include "support/xlsxdump.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QDateEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <cmath>
 
@@ -74,7 +78,6 @@ TEST_F(FinanceReports, PropertyArrearsListOutstandingMonthsUpToTheChosenOneAfter
 
     const FlexGrid &grid = *w->grid();
     EXPECT_TRUE(boxes.isEmpty());
-    ASSERT_EQ(grid.Cols(), 15);
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->2栋->101 2024-01-01", "一处->2栋->101 2024-02-01",
                      "一处->2栋->101 2024-03-01", "一处->10栋->1001 2023-12-01"}));
@@ -105,8 +108,6 @@ TEST_F(FinanceReports, ParkingArrearsListNeverReceivedFeesOfRentedThenOwnedSpace
     pressCompute(w);
 
     const FlexGrid &grid = *w->grid();
-    ASSERT_EQ(grid.Cols(), 16);
-    EXPECT_EQ(grid.TextMatrix(0, 0), u("房号") + QString(65, QLatin1Char(' ')));
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->地下车库->A-01 2024-02-01", "一处->地下车库->A-01 2024-02-01",
                      "一处->->B-02 2024-01-01"}));
@@ -131,31 +132,13 @@ TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
     pressCompute(w);
 
     const FlexGrid &grid = *w->grid();
-    ASSERT_EQ(grid.Cols(), 20);
     EXPECT_EQ(placesAndMonths(grid),
               cells({"一处->地下车库->A-01 2024-03-01", "一处->地下车库->A-01 2024-06-01",
                      "一处->地下车库->A-01 2024-06-01", "一处->->B-02 2024-04-01"}));
     const QList<QStringList> all = rows(grid);
-    EXPECT_EQ(all[0], cells({"一处->地下车库->A-01",
-                             "业主",
-                             "",
-                             "停车费",
-                             "停车费",
-                             "80",
-                             "2024-03-01",
-                             "2024-03-31",
-                             "2024-03-01",
-                             "80",
-                             "",
-                             "",
-                             "80",
-                             "2024-03-15",
-                             "现金",
-                             "F1",
-                             "",
-                             "",
-                             "",
-                             ""}));
+    EXPECT_EQ(all[0].join(QLatin1Char('|')),
+              u("一处->地下车库->A-01|业主||停车费|停车费|80|2024-03-01|2024-03-31|2024-03-01|80|||"
+                "80|2024-03-15|现金|F1||||"));
     EXPECT_EQ(all[3][5] + all[3][9] + all[3][12], u("000"));
 
     setMonths(w, "202402", "202405");
@@ -230,6 +213,49 @@ TEST_F(FinanceReports, PropertyAdvanceReceiptsAndTheLastRowMadeCurrent)
                      "一处->2栋->101 2024-05-01"}));
 }
 
+TEST_F(FinanceReports, EveryWindowKeepsItsRowsWhenTheStatementFailsOrTheOfficeIsCommercial)
+{
+    ledger(1, 1, 0, 0, "202401", "01", 100);
+    ledger(20, 0, 500, 0, "202402", "11", 80);
+    ledger(30, 1, 0, 0, "202404", "01", 50, QDate(2024, 3, 15));
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15));
+    const ConnectionPtr working = DbConn;
+    const auto lost = [](ReportWindow *) { DbConn = std::make_shared<Connection>(); };
+    // A date the window accepts and the database refuses.
+    const auto cutOff = [](ReportWindow *w) { text(w, "Text2")->setText(u("2024年3月31日")); };
+    const struct {
+        std::function<ReportWindow *()> open;
+        std::function<void(ReportWindow *)> fail;
+    } cases[] = {
+        {[this] { return open<frm收款日报表>(); }, lost},
+        {[this] { return open<frm车位基础表>(); }, lost},
+        {[this] { return open<frm财务数据欠收表房产>(); }, cutOff},
+        {[this] { return open<frm财务数据欠收表车位>(); }, cutOff},
+        {[this] { return open<frm财务数据预收表车位>(); }, lost},
+        {[this] { return open<frm财务数据预收表房产>(); }, lost},
+    };
+    for (const auto &c : cases) {
+        DbConn = working;
+        ReportWindow *w = c.open();
+        SCOPED_TRACE(w->objectName().toStdString());
+        computeOffice01(w); // its commercial mark is Null, which counts as 0
+        const QList<QStringList> before = rows(*w->grid());
+        ASSERT_FALSE(before.isEmpty());
+        boxes.clear();
+        c.fail(w);
+        pressCompute(w);
+        ASSERT_EQ(boxes.size(), 1);
+        EXPECT_EQ(boxes[0].style, vb::Information);
+        EXPECT_FALSE(boxes[0].title.isEmpty());
+        EXPECT_EQ(rows(*w->grid()), before);
+        // A commercial office is left out without a word: nothing runs.
+        choose(w, u("02"));
+        pressCompute(w);
+        EXPECT_EQ(boxes.size(), 1);
+        EXPECT_EQ(rows(*w->grid()), before);
+    }
+}
+
 struct RefusalCase {
     const char *name;
     const char *text1, *text3, *text4, *text2;
@@ -298,12 +324,6 @@ TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)
     EXPECT_EQ(property->feeCodeList().text(), u("'01','03'"));
     EXPECT_EQ(parking->feeCodeList().text(), u("'11'"));
 
-    // A commercial office is refused without a word.
-    choose(property, u("02"));
-    property->ReportCommand(ReportWindow::Compute);
-    EXPECT_TRUE(boxes.isEmpty());
-    EXPECT_EQ(property->grid()->Rows(), 1);
-
     // Without a current item of its category the query stops without a word.
     db.execute(QStringLiteral("UPDATE SetupSFXM SET 终止日期 = '2024-01-01'"));
     auto *empty = open<frm财务数据欠收表车位>();
@@ -345,37 +365,69 @@ TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
     EXPECT_EQ(advance->findChild<QPushButton *>(QStringLiteral("Command4")), nullptr);
 }
 
-TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
+// Every window hands its grid to its export window, whose workbook keeps
+// source column 22 (frmToExcel) or 15 (frmToExcelnew) as text, and prints
+// the same title with its own date range.
+TEST_F(FinanceReports, EachWindowExportsThroughItsExportWindowAndPrintsItsTitles)
 {
+    db.execute(QStringLiteral("UPDATE 业主表 SET 移动电话 = '013800138000' WHERE ZH_ID = 1"));
+    ledger(40, 0, 500, 0, "202403", "11", 80, QDate(2024, 3, 15), {}, u("007"));
+    const auto customer = ExportWindow::Variant::Customer;
+    const auto finance = ExportWindow::Variant::Finance;
     const struct {
         std::function<ReportWindow *()> open;
-        const char *title;
-        const char *sheet;
+        ExportWindow::Variant variant;
+        const char *exporter, *title, *sheet;
         bool pickerDates;
+        const char *textCell = nullptr, *text = nullptr, *numberCell = nullptr;
+        int number = 0;
     } cases[] = {
-        {[this] { return open<frm财务数据欠收表房产>(); }, "(一处) 财务房产数据欠收表",
-         "财务房产数据欠收表", false},
-        {[this] { return open<frm财务数据欠收表车位>(); }, "(一处) 财务车位数据欠收表",
-         "财务车位数据欠收表", false},
-        {[this] { return open<frm财务数据预收表车位>(); }, "(一处) 车位数据预收表",
-         "财务车位数据预收表", true},
-        {[this] { return open<frm财务数据预收表房产>(); }, "(一处) 财务房产数据预收表",
-         "财务房产数据预收表", true},
+        {[this] { return open<frm收款日报表>(); }, customer, "frmToExcel", "(一处) 房产数据",
+         "房产数据模板", false, "W2", "013800138000", "K2", 101},
+        {[this] { return open<frm车位基础表>(); }, customer, "frmToExcel", "(一处) 车位数据模板",
+         "车位数据模板", false},
+        {[this] { return open<frm财务数据欠收表房产>(); }, finance, "frmToExcelnew",
+         "(一处) 财务房产数据欠收表", "财务房产数据欠收表", false},
+        {[this] { return open<frm财务数据欠收表车位>(); }, finance, "frmToExcelnew",
+         "(一处) 财务车位数据欠收表", "财务车位数据欠收表", false},
+        {[this] { return open<frm财务数据预收表车位>(); }, finance, "frmToExcelnew",
+         "(一处) 车位数据预收表", "财务车位数据预收表", true, "P2", "007", "F2", 80},
+        {[this] { return open<frm财务数据预收表房产>(); }, finance, "frmToExcelnew",
+         "(一处) 财务房产数据预收表", "财务房产数据预收表", true},
     };
     PrintTitles printed;
     ReportWindow::setPrintTarget(
         [&printed](QWidget *, const FlexGrid &, const PrintTitles &titles) { printed = titles; });
-    const QDate today = QDate::currentDate();
+    vbrt::setToday(QDate(2026, 1, 5));
+    QTemporaryDir dir;
     for (const auto &c : cases) {
         ReportWindow *w = c.open();
-        choose(w, u("01"));
+        SCOPED_TRACE(w->objectName().toStdString());
+        computeOffice01(w);
         w->ReportCommand(ReportWindow::Export);
-        ExportWindow *exporter = ExportWindow::shared(ExportWindow::Variant::Finance);
-        EXPECT_EQ(exporter->sourceGrid(), w->grid()) << c.sheet;
+        ExportWindow *exporter = ExportWindow::shared(c.variant);
+        EXPECT_TRUE(exporter->isVisible());
+        EXPECT_EQ(exporter->objectName(), u(c.exporter));
+        EXPECT_EQ(exporter->sourceGrid(), w->grid());
         EXPECT_EQ(exporter->Text1(1)->text(), u(c.title));
         EXPECT_EQ(exporter->Text1(2)->text(), u(c.sheet));
-        exporter->close();
+        EXPECT_EQ(exporter->tagText(), u("统计时间:2026年01月05日"));
+        const QString path = dir.filePath(w->objectName() + QStringLiteral(".xlsx"));
+        exporter->Text1(0)->setText(path);
+        exporter->findChild<QAction *>(QStringLiteral("输出"))->trigger();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        if (c.textCell) {
+            const QJsonObject cells =
+                testing::dumpWorkbook(
+                    path)[QStringLiteral("data")][u(c.sheet)][QStringLiteral("cells")]
+                    .toObject();
+            const QJsonObject text = cells[QString::fromLatin1(c.textCell)].toObject();
+            EXPECT_EQ(text[QStringLiteral("value")].toString(), u(c.text));
+            EXPECT_TRUE(text[QStringLiteral("quotePrefix")].toBool());
+            const QJsonObject number = cells[QString::fromLatin1(c.numberCell)].toObject();
+            EXPECT_EQ(number[QStringLiteral("value")].toInt(-1), c.number);
+            EXPECT_FALSE(number[QStringLiteral("quotePrefix")].toBool());
+        }
 
         if (c.pickerDates) {
             setPicker(w, "DTPicker1", QDate(2024, 1, 2));
@@ -383,11 +435,8 @@ TEST_F(FinanceReports, ExportAndPrintHandOffPerWindow)
         }
         w->ReportCommand(ReportWindow::Print);
         EXPECT_EQ(printed.title, u("(一处)收款日报表"));
-        EXPECT_EQ(printed.secondLine, c.pickerDates
-                                          ? u("日期范围:2024年01月02日-2024年03月04日")
-                                          : u("日期范围:") + vbrt::formatChineseDate(today) +
-                                                u("-") + vbrt::formatChineseDate(today))
-            << c.sheet;
+        EXPECT_EQ(printed.secondLine, c.pickerDates ? u("日期范围:2024年01月02日-2024年03月04日")
+                                                    : u("日期范围:2026年01月05日-2026年01月05日"));
     }
     ReportWindow::setPrintTarget({});
     EXPECT_TRUE(boxes.isEmpty());

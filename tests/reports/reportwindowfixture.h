@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reports/reportwindow.h"
+#include "runtime/vb.h"
 #include "session/dbconnection.h"
 #include "session/sessionvalues.h"
 #include "support/fixturedb.h"
@@ -37,6 +38,7 @@ class ReportWindowFixture : public ::testing::Test {
         for (const QPointer<ReportWindow> &w : windows)
             delete w.data();
         setMsgBoxResponder({});
+        vbrt::setToday({});
         DbConn.reset();
     }
 

@@ -104,25 +104,33 @@ TEST_F(Login, SeveralPostsAreOfferedAndChosenByDoubleClick)
     QStringList entries;
     for (int i = 0; i < list1()->count(); ++i)
         entries << list1()->item(i)->text();
-    // The post he left (收费员) is not offered.
-    EXPECT_THAT(entries, UnorderedElementsAre(QStringLiteral("第一管理处 主任(主要)"),
-                                              QStringLiteral("财务部 出纳(兼职)")));
+    // The post he left (收费员) is not offered; the entries keep the blanks.
+    const QString cashierEntry = QStringLiteral(" 财务部 出纳  (兼职)");
+    EXPECT_THAT(entries,
+                UnorderedElementsAre(QStringLiteral("第一管理处    主任 (主要)"), cashierEntry));
 
-    const int cashier = entries.indexOf(QStringLiteral("财务部 出纳(兼职)"));
+    const int cashier = entries.indexOf(cashierEntry);
     list1()->setCurrentRow(cashier);
     login->choosePost();
     EXPECT_EQ(session(), "1001|张三|B02|财务部|G02|出纳|D1|管理处类|P1|管理类");
     EXPECT_TRUE(mainShown());
 }
 
-TEST_F(Login, FocusOnTheUserNumberHidesThePostList)
+TEST_F(Login, FocusSelectsTheWholeTextAndOnTheUserNumberHidesThePostList)
 {
     signIn(QStringLiteral("1001"), QStringLiteral("123"));
     ASSERT_TRUE(list1()->isVisibleTo(login));
-    QEvent focusIn(QEvent::FocusIn);
-    auto *user = login->findChild<QLineEdit *>(QStringLiteral("TxtUser"));
-    QCoreApplication::sendEvent(user, &focusIn);
-    EXPECT_FALSE(list1()->isVisibleTo(login));
+    for (const char *name : {"txtPassword", "TxtUser"}) {
+        auto *box = login->findChild<QLineEdit *>(QString::fromLatin1(name));
+        box->deselect();
+        // A click gives no selection of its own, unlike the Tab key.
+        QFocusEvent focusIn(QEvent::FocusIn, Qt::MouseFocusReason);
+        QCoreApplication::sendEvent(box, &focusIn);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(box->selectionStart(), 0) << name;
+        EXPECT_EQ(box->selectedText(), box->text()) << name;
+        EXPECT_EQ(list1()->isVisibleTo(login), box->objectName() == "txtPassword") << name;
+    }
 }
 
 TEST_F(Login, EnterMovesToTheNextControlWithoutSigningIn)

@@ -1,7 +1,6 @@
 #include "loginfixture.h"
 #include "runtime/runtimeerror.h"
 #include "session/frmabout.h"
-#include "session/mdibackground.h"
 #include "sessiontesting.h"
 
 #include <QAction>
@@ -127,7 +126,11 @@ TEST_F(MainWindow, PrivilegesEnableOnlyGrantedItems)
                     // Another module's rows do not apply.
                     {"GR2", "财务数据欠收表车位", true, "考勤"},
                     {"GR2", "联系我们", false, "报表"},
-                    {"GR2", "不存在的菜单", true, "报表"}});
+                    {"GR2", "不存在的菜单", true, "报表"},
+                    // A Null value grants nothing, like a False one.
+                    {"GR1", "关于软件", QVariant(), "报表"},
+                    {"GR1", "财务数据预收表车位", QVariant(), "报表"},
+                    {"GR2", "财务数据预收表车位", true, "报表"}});
     open()->权限设置(QStringLiteral("报表"));
     EXPECT_TRUE(boxes.empty());
 
@@ -138,12 +141,12 @@ TEST_F(MainWindow, PrivilegesEnableOnlyGrantedItems)
         {"财务数据欠收表房产", false},
         {"财务数据欠收表车位", false},
         {"财务数据预收表房产", false},
-        {"财务数据预收表车位", false},
+        {"财务数据预收表车位", true},
         {"hb20190829", true},
         {"退出系统", true},
         {"退出", true},
         {"关于", true},
-        {"关于软件", true},
+        {"关于软件", false},
         // Exempt from switching off, but a row still sets it.
         {"联系我们", false},
     };
@@ -250,21 +253,42 @@ TEST_F(MainWindow, ItemsWithoutWindowOpenNothing)
     EXPECT_TRUE(ends.empty());
 }
 
-TEST_F(MainWindow, BackgroundIsStretchedAndOptional)
+TEST_F(MainWindow, BackgroundPictureIsReadAtEveryResize)
 {
     QFile::remove(mainBackgroundPath());
-    MdiForm1 *plain = open();
-    EXPECT_TRUE(plain->mdiArea()->background().texture().isNull());
-    EXPECT_TRUE(boxes.empty());
-    delete plain;
+    MdiForm1 *main = open();
+    QMdiArea *area = main->mdiArea();
+    const QBrush plain = area->background();
+    EXPECT_TRUE(plain.texture().isNull());
 
-    ASSERT_TRUE(drawMainBackground(QSize(320, 240)).save(mainBackgroundPath(), "BMP"));
-    MdiForm1 *pictured = open();
-    pictured->resize(700, 500);
-    QCoreApplication::processEvents();
-    EXPECT_EQ(pictured->mdiArea()->background().texture().size(),
-              pictured->mdiArea()->viewport()->size());
-    QFile::remove(mainBackgroundPath());
+    struct Step {
+        const char *what;
+        QColor picture; // invalid: no file
+        QSize size;
+    };
+    const Step steps[] = {{"appears", Qt::red, {700, 500}},
+                          {"changes", Qt::blue, {800, 550}},
+                          {"goes", QColor(), {700, 500}}};
+    for (const Step &step : steps) {
+        QFile::remove(mainBackgroundPath());
+        if (step.picture.isValid()) {
+            QImage picture(32, 24, QImage::Format_RGB32);
+            picture.fill(step.picture);
+            ASSERT_TRUE(picture.save(mainBackgroundPath(), "BMP"));
+        }
+        main->resize(step.size);
+        QCoreApplication::processEvents();
+        const QPixmap shown = area->background().texture();
+        if (step.picture.isValid()) {
+            // Stretched over the whole client area.
+            EXPECT_EQ(shown.size(), area->viewport()->size()) << step.what;
+            EXPECT_EQ(shown.toImage().pixelColor(shown.width() - 1, 0).name(), step.picture.name())
+                << step.what;
+        } else {
+            EXPECT_TRUE(area->background() == plain) << step.what;
+        }
+    }
+    EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(MainWindow, AboutWindowShowsVersionAndHasNoSystemInformationHere)

@@ -5,6 +5,6 @@ s/\bnvarchar\(/varchar(/g
 s/\bsmalldatetime\b/timestamp(0)/g
 s/\bdatetime\b/timestamp(3)/g
 s/\bmoney\b/numeric(19, 4)/g
-s/\bbit NOT NULL DEFAULT 0\b/boolean NOT NULL DEFAULT false/g
+s/\bbit (NOT NULL|NULL) DEFAULT 0\b/boolean \1 DEFAULT false/g
 s/\bbit\b/boolean/g
 s/^[[:space:]]*GO[[:space:]]*$/;/
