@@ -80,7 +80,7 @@ TEST(AdminCli, CreatesDemoDatabaseAndReplacesOnlyWhenForced)
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"demo.db"});
 }
 
-TEST(AdminCli, ConfigWritesTheFourSettingsTheProgramReads)
+TEST(AdminCli, ConfigWritesTheFourSettingsTheProgramReadsForItsOwnerOnly)
 {
     // Values with the characters a connection string or an INI file cares about.
     const auto run = quorvale::testing::runAdmin({"config", "--server", "db01\\SQL2019,1433",
@@ -88,6 +88,9 @@ TEST(AdminCli, ConfigWritesTheFourSettingsTheProgramReads)
                                                   "--database=物业管理"});
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
     using quorvale::SettingsStore;
+    // The file holds the password.
+    EXPECT_EQ(QFileInfo(qEnvironmentVariable("XDG_CONFIG_HOME") + "/Quorvale.ini").permissions(),
+              QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser);
     EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "Svr"), "db01\\SQL2019,1433");
     EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "UID"), "report user");
     EXPECT_EQ(SettingsStore::GetSetting("Quorvale", "DBConfig", "PWD"), "p;w'd=1");

@@ -272,6 +272,20 @@ TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
          {"--report", "财务数据欠收表房产", "--office", "2", "--cutoff", "2024-02-30"},
          2,
          "not a date"},
+        // The window would take these as text and find other rows than 202611.
+        {"month with a blank",
+         {"--report", "财务数据欠收表房产", "--office", "2", "--month", " 202611"},
+         2,
+         "not a month"},
+        {"seven-digit month",
+         {"--report", "财务数据欠收表车位", "--office", "2", "--months", "202601:2026111"},
+         2,
+         "not a month"},
+        {"reversed receipts",
+         {"--report", "财务数据预收表车位", "--office", "2", "--receipts", "2026-11-30:2026-11-01"},
+         2,
+         "first date is after the last"},
+        {"empty PDF name", {"--report", "房产客户", "--office", "2", "--pdf", ""}, 2, "--pdf needs"},
         {"missing folder",
          {"--report", "房产客户", "--office", "2", "--xlsx", "/nonexistent/dir/a.xlsx"},
          4,
@@ -286,7 +300,8 @@ TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
             arguments += signInArgs();
         if (!arguments.contains("--xlsx"))
             arguments += QStringList{"--xlsx", book};
-        arguments += QStringList{"--pdf", pdf};
+        if (!arguments.contains("--pdf"))
+            arguments += QStringList{"--pdf", pdf};
         const auto run = exportWith(arguments);
         EXPECT_EQ(run.status, c.status) << run.err.toStdString();
         EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.message))) << run.err.toStdString();

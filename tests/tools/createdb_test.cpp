@@ -1,11 +1,8 @@
 #include "db/recordset.h"
-#include "runtime/runtimeerror.h"
 #include "tools/databasefile.h"
 #include "tools/embeddeddatabase.h"
 #include "tools/schemascript.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -37,12 +34,6 @@ const QList<std::pair<QString, QString>> kTables = {
     {"WYZJ", "zh_ID,DJ_ID,cw_id,FWXZ_DH,ZJ_CNY,ZJ_JE,ZJ_LX,ZJ_SKRQ,发票号码,收款方式"},
 };
 
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 TEST(CreateDb, EmptySchemaHasEveryTableAndColumnTheStatementsName)
@@ -58,31 +49,6 @@ TEST(CreateDb, EmptySchemaHasEveryTableAndColumnTheStatementsName)
         EXPECT_TRUE(rs.eof());
         EXPECT_EQ(rs.fieldCount(), columns.count(',') + 1);
     }
-}
-
-TEST(CreateDb, RefusesToReplaceAFileUnlessForcedAndLeavesNoTemporaries)
-{
-    QTemporaryDir dir;
-    const QString path = dir.filePath("quorvale.db");
-    QFile existing(path);
-    ASSERT_TRUE(existing.open(QIODevice::WriteOnly));
-    existing.write("keep me");
-    existing.close();
-
-    EXPECT_THROW(createDatabaseFile(path, {}), RuntimeError);
-    EXPECT_EQ(contents(path), QByteArray("keep me"));
-
-    DatabaseFileOptions forced;
-    forced.force = true;
-    createDatabaseFile(path, forced);
-    EXPECT_TRUE(contents(path).startsWith("SQLite format 3"));
-    EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{"quorvale.db"});
-}
-
-TEST(CreateDb, MissingFolderIsAFileError)
-{
-    QTemporaryDir dir;
-    EXPECT_THROW(createDatabaseFile(dir.filePath("no/such/folder/x.db"), {}), RuntimeError);
 }
 
 TEST(SchemaScript, SplitsAtGoLinesOnly)
