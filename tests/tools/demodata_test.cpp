@@ -1,3 +1,5 @@
+#include "reports/customerreports.h"
+#include "session/sessionqueries.h"
 #include "support/fixturedb.h"
 
 #include <QDate>
@@ -37,24 +39,6 @@ class DemoData : public ::testing::Test {
 
 FixtureDb *DemoData::s_db = nullptr;
 
-// The sign-in's post query, as the login window runs it.
-QString postQuery(const QString &user)
-{
-    return "Select "
-           "员工档案.姓名,职能部门类别.部门类别代号,职能部门类别.部门类别名称,岗位类别."
-           "岗位类别编号,"
-           "岗位类别名称, 职能部门new.职能部门编号 , 职能部门new.职能部门名称, "
-           "岗位信息new.岗位代号, "
-           "岗位信息new.岗位名称, 岗位员工new.主要岗位 From 岗位员工new"
-           " Inner joIn 岗位信息new on 岗位员工new.岗位代号 = 岗位信息new.岗位代号"
-           " Inner joIn 职能部门new on 岗位信息new.职能部门代号 = 职能部门new.职能部门编号"
-           " Inner joIn 岗位类别 on 岗位信息new.岗位类别代号 = 岗位类别.岗位类别编号"
-           " Inner joIn 职能部门类别 on 职能部门new.职能部门类别代号 = 职能部门类别.部门类别代号"
-           " Inner joIn 员工档案 on 岗位员工new.员工代号 = 员工档案.工号"
-           " Where 岗位员工new.员工代号='" +
-           user + "' and 员工档案.离职日期 is null AND (岗位员工new.离岗日期 IS NULL)";
-}
-
 } // namespace
 
 TEST_F(DemoData, OfficesListShortCodesFirstWithCommercialAndNullMarks)
@@ -92,7 +76,7 @@ TEST_F(DemoData, UsersHaveOneSeveralOrNoCurrentPost)
     const QList<std::pair<QString, int>> users = {
         {"1001", 1}, {"1002", 2}, {"1003", 0}, {"1004", 1}, {"1005", 1}};
     for (const auto &[user, posts] : users)
-        EXPECT_EQ(s_db->rows(postQuery(user)).size(), posts) << user.toStdString();
+        EXPECT_EQ(s_db->rows(currentPostsSql(user)).size(), posts) << user.toStdString();
     // The one who left still passes the password check.
     EXPECT_EQ(count("From 员工档案 Where 工号 ='1003' and 帐号密码='666666'"), 1);
 }
@@ -103,22 +87,13 @@ TEST_F(DemoData, ProjectAuditRightDependsOnDepartmentPostAndType)
         {"D03", "GW05", true},  {"D01", "GW01", true},  {"D01", "GW02", false},
         {"D03", "GW04", false}, {"D02", "GW03", false}, {"D02", "GW06", false}};
     for (const auto &[dept, post, right] : posts) {
-        const QString sql = "SELECT     ID, 类型, 部门代号, 岗位代号 From 专项审核权限表 WHERE     "
-                            "(部门代号 = N'" +
-                            dept + "')  AND (岗位代号 = N'" + post + "')  AND (类型 = N'项目管理')";
-        EXPECT_EQ(!s_db->rows(sql).isEmpty(), right) << post.toStdString();
+        EXPECT_EQ(!s_db->rows(projectAuditSql(dept, post)).isEmpty(), right) << post.toStdString();
     }
 }
 
 TEST_F(DemoData, MenuPrivilegesGrantAndWithhold)
 {
-    const auto rows = s_db->rows(
-        "SELECT DISTINCT 岗位权限设置.id , 岗位权限设置.组代号, 岗位权限设置.岗位代号, "
-        "岗位权限设置.授权, "
-        "GroupPrivilege.FormName, GroupPrivilege.Popedom FROM  岗位权限设置 INNER JOIN "
-        "GroupPrivilege ON "
-        "岗位权限设置.组代号 = GroupPrivilege.GroupID Where 授权 = 1 AND 岗位代号='GW02' AND "
-        "Memo='统计报表' ORDER BY GroupPrivilege.Popedom");
+    const auto rows = s_db->rows(privilegeSql("GW02", "统计报表"));
     ASSERT_FALSE(rows.isEmpty());
     EXPECT_EQ(rows.first()[5], "0");
     EXPECT_EQ(rows.last()[5], "1");
@@ -162,21 +137,7 @@ TEST_F(DemoData, LedgerRunsTwoYearsToThisMonthWithEveryPaymentState)
 
 TEST_F(DemoData, ParkingHasRentedOwnedSettledAndOrphanedSpaces)
 {
-    const auto spaces = s_db->rows(
-        "SELECT "
-        "设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,车位说明表."
-        "车位编号,"
-        "车位说明表.产权类别,车位说明表.计费日期,车位申请登记表.登记日期,车位说明表.产权人,"
-        "车位申请登记表.车主姓名"
-        " FROM 车库名 INNER JOIN 车位说明表 ON 车位说明表.车库编号 = 车库名.车库编号 and "
-        "车位说明表.管理处 = "
-        "车库名.管理处 INNER JOIN 设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 left join  "
-        "车位申请登记表 ON 车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 = "
-        "车位申请登记表.管理处 and 车位说明表.车位编号 = 车位申请登记表.车位编号 and "
-        "车位说明表.DJ_ID = "
-        "车位申请登记表.登记ID and 车位申请登记表.结账日期 is null Where 车库名.管理处 ='2'  order "
-        "by "
-        "车位说明表.车库编号,车位说明表.车位编号");
+    const auto spaces = s_db->rows(parkingCustomerStatement("2"));
     EXPECT_EQ(spaces.size(), count("From 车位说明表 Where 管理处 = '2'"));
     int applicant = 0, owner = 0, neither = 0, unnamedPark = 0;
     for (const QStringList &row : spaces) {
