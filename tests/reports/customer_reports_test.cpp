@@ -1,6 +1,5 @@
 #include "customerfixture.h"
 
-#include "reports/customerreports.h"
 #include "reports/frm收款日报表.h"
 #include "reports/frm车位基础表.h"
 
@@ -49,33 +48,6 @@ class PropertyCustomers : public CustomerFixture {
         return byRoom;
     }
 };
-
-TEST_F(PropertyCustomers, StatementIsTheDesignedTextAndDoublesQuotes)
-{
-    const QString expected = QStringLiteral(
-        "Select Case When 楼表.地址1 Is Not Null Then 楼表.地址1 Else '' End +  Case When 楼表.字1 "
-        "Is "
-        "Not Null Then 楼表.字1 Else '' End +  Case When 楼表.地址2 Is Not Null Then 楼表.地址2 "
-        "Else "
-        "'' End +  Case When 楼表.字2 Is Not Null Then 楼表.字2 Else '' End +  Case When "
-        "楼表.地址3 "
-        "Is Not Null Then 楼表.地址3 Else '' End +  Case When 楼表.字3 Is Not Null Then 楼表.字3 "
-        "Else "
-        "'' End +  Case When 楼表.地址4 Is Not Null Then 楼表.地址4 Else '' End +  Case When "
-        "楼表.字4 "
-        "Is Not Null Then 楼表.字4 Else '' End AS "
-        "DZ,设置管理处.GYD_DH,设置管理处.GYD_Name,室表.室,业主表.姓名,业主表.移动电话,室表."
-        "建筑面积, "
-        "FWXZK.FWXZ_xz,业主表.进户日期,业主表.开始收费日期 FROM 楼表 INNER JOIN 室表 ON 楼表.L_ID "
-        "= "
-        "室表.L_ID INNER JOIN 设置管理处 ON 设置管理处.GYD_DH = 楼表.管理处 left JOIN 业主表 ON "
-        "室表.S_ID = 业主表.S_ID and 业主表.说明='新进户' left JOIN FWXZK ON FWXZK.FWXZ_dh = "
-        "室表.房屋性质  Where 设置管理处.GYD_DH ='07'  ORDER BY  LEN(楼表.地址1), 楼表.地址1, "
-        "LEN(楼表.地址2), 楼表.地址2, LEN(楼表.地址3), 楼表.地址3, LEN(楼表.地址4), "
-        "楼表.地址4,len(室表.室),室表.室");
-    EXPECT_EQ(propertyCustomerStatement("07"), expected);
-    EXPECT_TRUE(propertyCustomerStatement("O'Neil").contains("GYD_DH ='O''Neil' "));
-}
 
 TEST_F(PropertyCustomers, FillsRoomsWithFloorsAddressKindAndCurrentOwner)
 {
@@ -198,24 +170,6 @@ class ParkingCustomers : public CustomerFixture {
                                      {"结账日期", settled}});
     }
 };
-
-TEST_F(ParkingCustomers, StatementIsTheDesignedTextAndDoublesQuotes)
-{
-    const QString expected = QStringLiteral(
-        "SELECT 设置管理处.GYD_DH,设置管理处.GYD_Name,车库名.车库名,车位说明表.车库编号,"
-        "车位说明表.车位编号,车位说明表.产权类别,车位说明表.计费日期,车位申请登记表.登记日期,"
-        "车位说明表.产权人,车位申请登记表.车主姓名 FROM 车库名 INNER JOIN 车位说明表 ON "
-        "车位说明表.车库编号 = 车库名.车库编号 and 车位说明表.管理处 = 车库名.管理处 INNER JOIN "
-        "设置管理处 ON 设置管理处.GYD_DH = 车位说明表.管理处 left join  车位申请登记表 ON "
-        "车位说明表.车库编号 = 车位申请登记表.车库编号 and 车位说明表.管理处 = "
-        "车位申请登记表.管理处 "
-        "and 车位说明表.车位编号 = 车位申请登记表.车位编号 and 车位说明表.DJ_ID = "
-        "车位申请登记表.登记ID and 车位申请登记表.结账日期 is null Where 车库名.管理处 ='07'  "
-        "order "
-        "by 车位说明表.车库编号,车位说明表.车位编号");
-    EXPECT_EQ(parkingCustomerStatement("07"), expected);
-    EXPECT_TRUE(parkingCustomerStatement("a'b").contains("管理处 ='a''b' "));
-}
 
 TEST_F(ParkingCustomers, NamesAndDatesComeFromTheOpenApplicationElseTheSpace)
 {
