@@ -74,6 +74,18 @@ class ReportWindowFixture : public ::testing::Test {
         return out;
     }
 
+    // The non-empty cells of a row as "column=text": what a fill rule wrote,
+    // and that it wrote nothing else.
+    static QStringList filledCells(const QStringList &row)
+    {
+        QStringList out;
+        for (int c = 0; c < row.size(); ++c) {
+            if (!row[c].isEmpty())
+                out << QString::number(c) + QLatin1Char('=') + row[c];
+        }
+        return out;
+    }
+
     FixtureDb db;
     QList<MsgBoxCall> boxes;
     QList<QPointer<ReportWindow>> windows;
