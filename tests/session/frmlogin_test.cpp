@@ -220,8 +220,7 @@ TEST_F(Login, CommandLineTextIsTheArgumentsAfterTheProgram)
         SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
                                    QStringLiteral("AllowCommandLineSession"),
                                    QString::fromLatin1(setting));
-        EXPECT_EQ(sessionCommandLine(arguments),
-                  honoured ? QStringLiteral("a,b c") : QString())
+        EXPECT_EQ(sessionCommandLine(arguments), honoured ? QStringLiteral("a,b c") : QString())
             << setting;
     }
 }
