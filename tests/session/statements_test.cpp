@@ -9,9 +9,6 @@ using namespace quorvale;
 
 TEST(ConnectionString, ValuesSplicedAsTheyStand)
 {
-    EXPECT_EQ(buildConnectionString(QString(), QString(), QString(), QString()),
-              QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User "
-                             "ID=;Initial Catalog='';Data Source=''"));
     EXPECT_EQ(buildConnectionString(QStringLiteral("srv01\\SQL"), QStringLiteral("wygl"),
                                     QStringLiteral("sa"), QStringLiteral("p w")),
               QStringLiteral("Provider=SQLOLEDB.1;Password=p w;Persist Security Info=False;User "
