@@ -1,4 +1,4 @@
-#include "customerfixture.h"
+#include "reportwindowfixture.h"
 
 #include "reports/frm收款日报表.h"
 #include "reports/frm财务数据欠收表房产.h"

@@ -8,8 +8,10 @@
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QPointer>
+#include <QPushButton>
 #include <gtest/gtest.h>
 
 namespace quorvale {
@@ -89,6 +91,19 @@ class ReportWindowFixture : public ::testing::Test {
     FixtureDb db;
     QList<MsgBoxCall> boxes;
     QList<QPointer<ReportWindow>> windows;
+};
+
+// The customer reports' offices are added by each test.
+class CustomerFixture : public ReportWindowFixture {
+  protected:
+    void SetUp() override { signIn("张三", "物业一部", "主管"); }
+
+    void office(const QString &code, const QString &name, const QVariant &commercial = 0,
+                const QString &dept = "D1")
+    {
+        db.insertRows("设置管理处", {"GYD_DH", "GYD_Name", "商用物业", "对应部门代号"},
+                      {{code, name, commercial, dept}});
+    }
 };
 
 } // namespace quorvale
