@@ -1,4 +1,3 @@
-#include "loginfixture.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/settings.h"
 #include "sessiontesting.h"

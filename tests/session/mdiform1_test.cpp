@@ -1,4 +1,3 @@
-#include "loginfixture.h"
 #include "runtime/runtimeerror.h"
 #include "session/frmabout.h"
 #include "sessiontesting.h"
