@@ -28,9 +28,9 @@ namespace {
 
 void setMonths(ReportWindow *w, const char *first, const char *last)
 {
-    w->findChildren<QRadioButton *>(QStringLiteral("Option1"))[1]->setChecked(true);
-    w->findChild<QLineEdit *>(QStringLiteral("Text3"))->setText(QString::fromUtf8(first));
-    w->findChild<QLineEdit *>(QStringLiteral("Text4"))->setText(QString::fromUtf8(last));
+    w->findChildren<QRadioButton *>("Option1")[1]->setChecked(true);
+    w->findChild<QLineEdit *>("Text3")->setText(QString::fromUtf8(first));
+    w->findChild<QLineEdit *>("Text4")->setText(QString::fromUtf8(last));
 }
 
 void setPicker(ReportWindow *w, const char *name, const QDate &date)
@@ -129,7 +129,7 @@ TEST_F(FinanceReports, ParkingAdvanceReceiptsByMonthModeAndReceiptMode)
     };
     EXPECT_TRUE(!enabled("DTPicker1") && !enabled("DTPicker2") && enabled("DTPicker3"));
     setMonths(w, "202402", "202405");
-    w->findChildren<QRadioButton *>(QStringLiteral("Option2"))[1]->click();
+    w->findChildren<QRadioButton *>("Option2")[1]->click();
     EXPECT_TRUE(enabled("DTPicker1") && enabled("DTPicker2") && !enabled("DTPicker3"));
     setPicker(w, "DTPicker1", QDate(2024, 2, 1));
     setPicker(w, "DTPicker2", QDate(2024, 4, 1));
@@ -167,7 +167,7 @@ TEST_F(FinanceReports, PropertyAdvanceReceiptsAndTheLastRowMadeCurrent)
     EXPECT_TRUE(grid.Redraw());
 
     setMonths(w, "202403", "202405");
-    w->findChildren<QRadioButton *>(QStringLiteral("Option2"))[1]->click();
+    w->findChildren<QRadioButton *>("Option2")[1]->click();
     setPicker(w, "DTPicker1", QDate(2024, 3, 10));
     setPicker(w, "DTPicker2", QDate(2024, 4, 2));
     w->ReportCommand(ReportWindow::Compute);
@@ -229,14 +229,14 @@ TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)
 {
     auto *property = open<frm财务数据欠收表房产>();
     auto *parking = open<frm财务数据预收表车位>();
-    QComboBox *combo3 = property->findChild<QComboBox *>(QStringLiteral("Combo3"));
+    QComboBox *combo3 = property->findChild<QComboBox *>("Combo3");
     EXPECT_EQ(combo3->count(), 2);
     EXPECT_EQ(combo3->itemText(1), "03 电梯费");
     EXPECT_EQ(property->feeCodeList().text(), "'01','03'");
     EXPECT_EQ(parking->feeCodeList().text(), "'11'");
 
     // Without a current item of its category the query stops without a word.
-    db.execute(QStringLiteral("UPDATE SetupSFXM SET 终止日期 = '2024-01-01'"));
+    db.execute("UPDATE SetupSFXM SET 终止日期 = '2024-01-01'");
     auto *empty = open<frm财务数据欠收表车位>();
     ledger(20, 0, 500, 0, "202402", "11", 80);
     choose(empty, "01");
@@ -255,7 +255,7 @@ TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
     QCalendarWidget *monthView = calendar->monthView();
     EXPECT_EQ(monthView->selectedDate(), QDate::currentDate());
 
-    arrears->findChild<QPushButton *>(QStringLiteral("Command4"))->click();
+    arrears->findChild<QPushButton *>("Command4")->click();
     EXPECT_TRUE(calendar->isVisibleTo(arrears));
     EXPECT_EQ(calendar->tag(), "2");
     monthView->setSelectedDate(QDate(2024, 2, 29));
@@ -264,16 +264,16 @@ TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
     EXPECT_FALSE(calendar->isVisibleTo(arrears));
 
     const QString before = text(arrears, "Text3")->text();
-    arrears->findChild<QPushButton *>(QStringLiteral("Command3"))->click();
-    arrears->findChild<QPushButton *>(QStringLiteral("Command3"))->click();
+    arrears->findChild<QPushButton *>("Command3")->click();
+    arrears->findChild<QPushButton *>("Command3")->click();
     EXPECT_FALSE(calendar->isVisibleTo(arrears)); // a second click hides it, writing nothing
     EXPECT_EQ(text(arrears, "Text3")->text(), before);
 
     auto *advance = open<frm财务数据预收表房产>();
-    advance->findChild<QPushButton *>(QStringLiteral("Command2"))->click();
+    advance->findChild<QPushButton *>("Command2")->click();
     Q_EMIT advance->picture6()->monthView()->clicked(QDate(2023, 11, 5));
     EXPECT_EQ(text(advance, "Text4")->text(), "202311");
-    EXPECT_EQ(advance->findChild<QPushButton *>(QStringLiteral("Command4")), nullptr);
+    EXPECT_EQ(advance->findChild<QPushButton *>("Command4"), nullptr);
 }
 
 // Every window hands its grid to its export window, whose workbook keeps
@@ -282,7 +282,7 @@ TEST_F(FinanceReports, CalendarOpensUnderItsBoxTogglesAndWritesTheBoxOfItsTag)
 // rows shown, and a commercial office runs nothing.
 TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
 {
-    db.execute(QStringLiteral("UPDATE 业主表 SET 移动电话 = '013800138000' WHERE ZH_ID = 1"));
+    db.execute("UPDATE 业主表 SET 移动电话 = '013800138000' WHERE ZH_ID = 1");
     ledger(1, 1, 0, 0, "202401", "01", 100);
     ledger(20, 0, 500, 0, "202402", "11", 80);
     ledger(30, 1, 0, 0, "202404", "01", 50, QDate(2024, 3, 15));
@@ -331,21 +331,19 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         EXPECT_EQ(exporter->Text1(1)->text(), QString::fromUtf8(c.title));
         EXPECT_EQ(exporter->Text1(2)->text(), QString::fromUtf8(c.sheet));
         EXPECT_EQ(exporter->tagText(), "统计时间:2026年01月05日");
-        const QString path = dir.filePath(w->objectName() + QStringLiteral(".xlsx"));
+        const QString path = dir.filePath(w->objectName() + ".xlsx");
         exporter->Text1(0)->setText(path);
-        exporter->findChild<QAction *>(QStringLiteral("输出"))->trigger();
+        exporter->findChild<QAction *>("输出")->trigger();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (c.textCell) {
             const QJsonObject cells =
-                testing::dumpWorkbook(path)[QStringLiteral("data")][QString::fromUtf8(c.sheet)]
-                                           [QStringLiteral("cells")]
-                                               .toObject();
+                testing::dumpWorkbook(path)["data"][QString::fromUtf8(c.sheet)]["cells"].toObject();
             const QJsonObject text = cells[QString::fromLatin1(c.textCell)].toObject();
-            EXPECT_EQ(text[QStringLiteral("value")].toString(), QString::fromUtf8(c.text));
-            EXPECT_TRUE(text[QStringLiteral("quotePrefix")].toBool());
+            EXPECT_EQ(text["value"].toString(), QString::fromUtf8(c.text));
+            EXPECT_TRUE(text["quotePrefix"].toBool());
             const QJsonObject number = cells[QString::fromLatin1(c.numberCell)].toObject();
-            EXPECT_EQ(number[QStringLiteral("value")].toInt(-1), c.number);
-            EXPECT_FALSE(number[QStringLiteral("quotePrefix")].toBool());
+            EXPECT_EQ(number["value"].toInt(-1), c.number);
+            EXPECT_FALSE(number["quotePrefix"].toBool());
         }
 
         if (c.pickerDates) {

@@ -78,9 +78,9 @@ class FinanceFixture : public ReportWindowFixture {
     // Runs "统计" for office 01; the finance windows take months from 202402.
     static void computeOffice01(ReportWindow *w)
     {
-        choose(w, QStringLiteral("01"));
+        choose(w, "01");
         if (QLineEdit *month = text(w, "Text1"))
-            month->setText(QStringLiteral("202402"));
+            month->setText("202402");
         w->ReportCommand(ReportWindow::Compute);
     }
 

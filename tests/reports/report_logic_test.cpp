@@ -30,12 +30,12 @@ TEST(MonthEndDate, LastDayOfTheMonthTextIncludingLeapYearsAndOutOfRangeMonths)
 ReportParams upToMonth()
 {
     ReportParams p;
-    p.officeCode = QStringLiteral("01");
-    p.feeCodeList = QStringLiteral("'01','02'");
-    p.month = QStringLiteral("202403");
-    p.firstMonth = QStringLiteral("202401");
-    p.lastMonth = QStringLiteral("202406");
-    p.receiptCutOffText = QStringLiteral("2024/03/31");
+    p.officeCode = "01";
+    p.feeCodeList = "'01','02'";
+    p.month = "202403";
+    p.firstMonth = "202401";
+    p.lastMonth = "202406";
+    p.receiptCutOffText = "2024/03/31";
     p.receiptCutOff = QDate(2024, 3, 31);
     p.receiptFrom = QDate(2024, 1, 1);
     p.receiptTo = QDate(2024, 2, 29);
@@ -206,9 +206,9 @@ TEST(ReportStatements, TextIsTheDesignedOneForEachReportAndMode)
 TEST(ReportStatements, QuotesInSplicedValuesAreDoubled)
 {
     ReportParams p = upToMonth();
-    p.officeCode = QStringLiteral("0'1");
-    p.month = QStringLiteral("2024'3");
-    p.receiptCutOffText = QStringLiteral("x' OR '1'='1");
+    p.officeCode = "0'1";
+    p.month = "2024'3";
+    p.receiptCutOffText = "x' OR '1'='1";
     const QString arrears = financeStatements(FinanceReportKind::PropertyArrears, p).first();
     const std::pair<QString, const char *> cases[] = {
         {officeStatement(OfficeQueryStyle::Property, false, "D'1"), "='D''1' Order"},
@@ -226,7 +226,7 @@ TEST(FinanceCheck, RefusalsInTheirOrderWithMessageTitleStyleAndFocus)
 {
     ReportParams noFees = upToMonth();
     noFees.feeCodeList.clear();
-    noFees.month = QStringLiteral("x"); // not looked at
+    noFees.month = "x"; // not looked at
     EXPECT_EQ(checkFinanceInput(FinanceReportKind::PropertyArrears, noFees).outcome,
               FinanceCheck::Outcome::SilentStop);
 
@@ -277,7 +277,7 @@ TEST(FinanceCheck, RefusalsInTheirOrderWithMessageTitleStyleAndFocus)
             p.receiptFrom = c.receiptFrom;
         const FinanceCheck check = checkFinanceInput(c.kind, p);
         const QString got = check.proceeds()
-                                ? QStringLiteral("proceed")
+                                ? "proceed"
                                 : QStringList{check.message, QString::number(check.style),
                                               check.title, check.focusControl}
                                       .join(QLatin1Char('|'));

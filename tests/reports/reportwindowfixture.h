@@ -25,7 +25,7 @@ class ReportWindowFixture : public ::testing::Test {
     {
         DbConn = db.connection();
         CurUserName = user;
-        CurDeptCode = QStringLiteral("D1");
+        CurDeptCode = "D1";
         CurDeptName = deptName;
         CurPostName = post;
         HasProjectAudit = false;

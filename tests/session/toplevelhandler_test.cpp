@@ -9,12 +9,12 @@ using TopLevelHandler = SessionTest;
 
 TEST_F(TopLevelHandler, UnhandledErrorIsShownAndEndsTheProgram)
 {
-    const QString subscript = QStringLiteral("实时错误 '9':\n\n下标越界");
+    const QString subscript = "实时错误 '9':\n\n下标越界";
     const std::pair<std::function<void()>, QString> cases[] = {
-        {[] { throw RuntimeError(9, QStringLiteral("下标越界")); }, subscript},
-        {[] { throw std::runtime_error("boom"); }, QStringLiteral("boom")},
+        {[] { throw RuntimeError(9, "下标越界"); }, subscript},
+        {[] { throw std::runtime_error("boom"); }, "boom"},
         // Nine fields: the tenth session value has nothing to copy.
-        {[] { (new FrmLogin)->load(QStringLiteral("1,2,3,4,5,6,7,8,9")); }, subscript},
+        {[] { (new FrmLogin)->load("1,2,3,4,5,6,7,8,9"); }, subscript},
     };
     for (const auto &[run, prompt] : cases) {
         boxes.clear();
@@ -27,7 +27,7 @@ TEST_F(TopLevelHandler, UnhandledErrorIsShownAndEndsTheProgram)
         EXPECT_EQ(ends, std::vector<int>{1});
     }
     // The short command line was copied up to the missing value; no main window opened.
-    EXPECT_EQ(CurUserNo, QStringLiteral("1"));
-    EXPECT_EQ(CurPostClassCode, QStringLiteral("9"));
+    EXPECT_EQ(CurUserNo, "1");
+    EXPECT_EQ(CurPostClassCode, "9");
     EXPECT_EQ(MdiForm1::instance(), nullptr);
 }
