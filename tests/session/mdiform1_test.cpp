@@ -62,7 +62,8 @@ TEST_F(MainWindow, MenuItemsInDesignedOrder)
                            "退出=退出", "关于=关于", "关于软件=关于软件", "联系我们=联系我们"}));
 }
 
-TEST_F(MainWindow, AuditRightFromTheRowsOfDepartmentAndPost)
+// Loading the main window reads the audit right and unloads the login.
+TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
 {
     struct Case {
         QList<QVariantList> rows;
@@ -79,18 +80,12 @@ TEST_F(MainWindow, AuditRightFromTheRowsOfDepartmentAndPost)
         if (!c.rows.isEmpty())
             addAuditRows(*db, c.rows);
         HasProjectAudit = !c.expected;
-        LoadProjectAuditRight();
+        new FrmLogin;
+        open();
         EXPECT_EQ(HasProjectAudit, c.expected) << c.rows.size();
+        EXPECT_EQ(FrmLogin::instance(), nullptr);
+        delete MdiForm1::instance();
     }
-}
-
-TEST_F(MainWindow, LoadSetsTheAuditRightAndUnloadsTheLogin)
-{
-    addAuditRows(*db, {{7, "项目管理", "B01", "G01"}});
-    new FrmLogin;
-    open();
-    EXPECT_TRUE(HasProjectAudit);
-    EXPECT_EQ(FrmLogin::instance(), nullptr);
 }
 
 TEST_F(MainWindow, FailingLoadIsNotTrapped)
@@ -150,9 +145,14 @@ TEST_F(MainWindow, PrivilegeErrorIsShownAndLeavesTheMenuAsFarAsItGot)
     EXPECT_TRUE(item("关于软件")->isEnabled());
 }
 
-TEST_F(MainWindow, ClosingByTheFrameAsks)
+TEST_F(MainWindow, ClosingByTheFrameAsksTheQuitItemDoesNot)
 {
     MdiForm1 *w = open();
+    item("退出")->trigger();
+    EXPECT_TRUE(boxes.empty());
+    EXPECT_EQ(ends, std::vector<int>{0});
+
+    ends.clear();
     answer = vb::No;
     EXPECT_FALSE(w->close());
     ASSERT_EQ(boxes.size(), 1u);
@@ -165,14 +165,6 @@ TEST_F(MainWindow, ClosingByTheFrameAsks)
     answer = vb::Yes;
     EXPECT_TRUE(w->close());
     EXPECT_EQ(boxes.size(), 2u);
-    EXPECT_EQ(ends, std::vector<int>{0});
-}
-
-TEST_F(MainWindow, QuitItemEndsWithoutAsking)
-{
-    open();
-    item("退出")->trigger();
-    EXPECT_TRUE(boxes.empty());
     EXPECT_EQ(ends, std::vector<int>{0});
 }
 
