@@ -75,12 +75,12 @@ class FinanceFixture : public ReportWindowFixture {
         return w->findChild<QLineEdit *>(QString::fromUtf8(name));
     }
 
-    // Runs "统计" for office 01; the finance windows take months from 202402.
-    static void computeOffice01(ReportWindow *w)
+    // Runs "统计" for office 01; the finance windows take their month in Text1.
+    static void computeOffice01(ReportWindow *w, const QString &month = "202402")
     {
         choose(w, "01");
-        if (QLineEdit *month = text(w, "Text1"))
-            month->setText("202402");
+        if (QLineEdit *box = text(w, "Text1"))
+            box->setText(month);
         w->ReportCommand(ReportWindow::Compute);
     }
 
