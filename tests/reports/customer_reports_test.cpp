@@ -47,25 +47,20 @@ TEST_F(PropertyCustomers, FillsRoomsWithFloorsAddressKindAndCurrentOwner)
     office("01", "一区");
     db.insert("FWXZK", {{"FWXZ_dh", "Z"}, {"FWXZ_xz", "住宅"}});
     building(1, {"幸福", "小区", QVariant(), QVariant(), "3", "栋"});
-    struct Case {
-        int id;
-        QString room;
-        QString floor;
-    };
-    const QList<Case> cases = {{1, "12", "1"},     {2, "101", "1"},  {3, "1001", "10"},
-                               {4, "0502", "5"},   {5, "B203", "1"}, {6, "0012", "1"},
-                               {7, "30105", "301"}};
-    for (const Case &c : cases)
-        room(c.id, 1, c.room, 85.5, "Z");
+    const std::pair<QString, QString> floors[] = {{"12", "1"},     {"101", "1"},  {"1001", "10"},
+                                                  {"0502", "5"},   {"B203", "1"}, {"0012", "1"},
+                                                  {"30105", "301"}};
+    for (int i = 0; i < int(std::size(floors)); ++i)
+        room(i + 1, 1, floors[i].first, 85.5, "Z");
     owner(10, 1, "前业主", "迁出");
     owner(11, 2, "前业主", "迁出");
     owner(12, 2, "李四", "新进户", QDate(2024, 3, 1), "13800000000");
 
     auto *w = open<frm收款日报表>();
     const auto byRoom = compute(w);
-    ASSERT_EQ(w->grid()->Rows(), 1 + int(cases.size()));
-    for (const Case &c : cases)
-        EXPECT_EQ(byRoom.value(c.room).value(9), c.floor) << c.room.toStdString();
+    ASSERT_EQ(w->grid()->Rows(), 1 + int(std::size(floors)));
+    for (const auto &[number, floor] : floors)
+        EXPECT_EQ(byRoom.value(number).value(9), floor) << number.toStdString();
 
     EXPECT_EQ(filledCells(byRoom.value("101")),
               QStringList({"0=一区", "1=01", "2=一区", "4=幸福小区3栋", "9=1", "10=101", "13=85.5",

@@ -56,21 +56,16 @@ TEST(OfficeStatement, KeepsEachWindowsBlanks)
         "Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='D1'";
     const QString all = "Select GYD_DH,GYD_Name,商用物业  From 设置管理处";
     const QString order = "Order By len(GYD_dh),GYD_DH";
-    struct Case {
-        OfficeQueryStyle style;
-        bool audit;
-        QString expected;
+    // The blanks before "Order By" for the department's offices and for all of them.
+    const std::tuple<OfficeQueryStyle, const char *, const char *> cases[] = {
+        {OfficeQueryStyle::Property, " ", " "},
+        {OfficeQueryStyle::Parking, "  ", "  "},
+        {OfficeQueryStyle::Finance, "   ", "  "},
     };
-    const QList<Case> cases = {
-        {OfficeQueryStyle::Property, false, dept + " " + order},
-        {OfficeQueryStyle::Parking, false, dept + "  " + order},
-        {OfficeQueryStyle::Finance, false, dept + "   " + order},
-        {OfficeQueryStyle::Property, true, all + " " + order},
-        {OfficeQueryStyle::Parking, true, all + "  " + order},
-        {OfficeQueryStyle::Finance, true, all + "  " + order},
-    };
-    for (const Case &c : cases)
-        EXPECT_EQ(officeStatement(c.style, c.audit, "D1"), c.expected) << int(c.style) << c.audit;
+    for (const auto &[style, deptGap, allGap] : cases) {
+        EXPECT_EQ(officeStatement(style, false, "D1"), dept + deptGap + order) << int(style);
+        EXPECT_EQ(officeStatement(style, true, "D1"), all + allGap + order) << int(style);
+    }
 }
 
 #define ADDRESS_SELECT                                                                             \
