@@ -28,7 +28,7 @@ const QString kCompany = "Orrisfield物业管理有限公司";
 const QString kTitle = "(A01 东湖花园)收款日报表";
 const QString kSecond = "日期范围:2024年03月01日-2024年03月31日";
 
-// Columns "编号|<名称|>金额|<备注"; row r holds 行r-c in each column c.
+// Columns 列头0.. (all but the first left-aligned); row r holds 行r-c in column c.
 void fill(FlexGrid &grid, int dataRows, int cols = 4)
 {
     QStringList headings;
