@@ -69,10 +69,9 @@ TEST(RegistryValue, ConversionByType)
 TEST(RegistryValue, NoRegistryOffWindows)
 {
 #ifndef Q_OS_WIN
-    QString value = QStringLiteral("old");
+    QString value = "old";
     EXPECT_FALSE(GetKeyValue(RegistryRoot::LocalMachine,
-                             QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
-                             QStringLiteral("PATH"), value));
+                             "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH", value));
     EXPECT_TRUE(value.isEmpty());
 #endif
 }
