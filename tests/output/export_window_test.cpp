@@ -1,8 +1,8 @@
 #include "export_test_print.h"
 #include "output/exportwindow.h"
+#include "support/xlsxdump.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
-#include "support/xlsxdump.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -31,7 +31,7 @@ class ExportWindowTest : public ::testing::Test {
         });
         ExportWindow::setOpenWorkbookHook([this](const QString &path) { opened << path; });
         source.setRows(1);
-        source.setFormatString(QStringLiteral("编号|<名称|<备注||<电话"));
+        source.setFormatString("编号|<名称|<备注||<电话");
         source.appendRows({{"1", "东湖", "x", "hidden", "0755123"}, {"2", "西湖", "y", "", ""}});
     }
     void TearDown() override
@@ -45,7 +45,7 @@ class ExportWindowTest : public ::testing::Test {
     ExportWindow *configured(ExportWindow::Variant variant, FlexGrid &grid)
     {
         window = ExportWindow::shared(variant);
-        window->Config(&grid, QStringLiteral("房产数据模板"), QStringLiteral("(东湖) 房产数据"));
+        window->Config(&grid, "房产数据模板", "(东湖) 房产数据");
         window->Show();
         return window;
     }
@@ -78,25 +78,24 @@ class ExportWindowTest : public ::testing::Test {
 TEST_F(ExportWindowTest, ConfigBuildsTheChooser)
 {
     FlexGrid two;
-    two.setFormatString(QStringLiteral("编号|欠费|"));
+    two.setFormatString("编号|欠费|");
     two.setRows(2);
     two.setFixedRows(2);
-    two.setTextMatrix(1, 0, QStringLiteral(" 编号 "));
-    two.setTextMatrix(1, 1, QStringLiteral("水费"));
+    two.setTextMatrix(1, 0, " 编号 ");
+    two.setTextMatrix(1, 1, "水费");
     for (auto variant : {ExportWindow::Variant::Customer, ExportWindow::Variant::Finance}) {
         configured(variant, two);
         FlexGrid *g = window->Grid1();
-        EXPECT_EQ(window->objectName(), variant == ExportWindow::Variant::Customer
-                                            ? QStringLiteral("frmToExcel")
-                                            : QStringLiteral("frmToExcelnew"));
-        EXPECT_EQ(g->TextMatrix(0, 0), QStringLiteral("编号"));
-        EXPECT_EQ(g->TextMatrix(0, 1), QStringLiteral("欠费(水费)"));
-        EXPECT_EQ(g->TextMatrix(1, 0), QStringLiteral("√"));
+        EXPECT_EQ(window->objectName(),
+                  variant == ExportWindow::Variant::Customer ? "frmToExcel" : "frmToExcelnew");
+        EXPECT_EQ(g->TextMatrix(0, 0), "编号");
+        EXPECT_EQ(g->TextMatrix(0, 1), "欠费(水费)");
+        EXPECT_EQ(g->TextMatrix(1, 0), "√");
         EXPECT_EQ(g->TextMatrix(1, 2), QString());
         EXPECT_EQ(g->ColWidth(2), 0);
-        EXPECT_EQ(text1(1)->text(), QStringLiteral("(东湖) 房产数据"));
-        EXPECT_EQ(text1(2)->text(), QStringLiteral("房产数据模板"));
-        const double fitted = g->TextWidth(QStringLiteral("欠费(水费)"), window->font());
+        EXPECT_EQ(text1(1)->text(), "(东湖) 房产数据");
+        EXPECT_EQ(text1(2)->text(), "房产数据模板");
+        const double fitted = g->TextWidth("欠费(水费)", window->font());
         if (variant == ExportWindow::Variant::Customer)
             EXPECT_EQ(g->ColWidth(1), qRound(fitted));
         else
@@ -108,71 +107,61 @@ TEST_F(ExportWindowTest, ConfigBuildsTheChooser)
 TEST_F(ExportWindowTest, MarkedColumnsAreExportedAndTheWindowCloses)
 {
     configured(ExportWindow::Variant::Customer, source);
-    const QString path = dir.filePath(QStringLiteral("out.xlsx"));
+    const QString path = dir.filePath("out.xlsx");
     text1(0)->setText(path);
     clickCell(1, true);
     clickCell(2, false);
     EXPECT_EQ(window->Grid1()->TextMatrix(1, 1), QString());
     EXPECT_EQ(window->Grid1()->ColAlignment(2), 4);
-    window->findChild<QCheckBox *>(QStringLiteral("Check1"))->setChecked(true);
+    window->findChild<QCheckBox *>("Check1")->setChecked(true);
     press("输出");
 
     EXPECT_TRUE(boxes.isEmpty());
     EXPECT_TRUE(window.isNull() || !window->isVisible());
     EXPECT_EQ(opened, QStringList{path});
     const QJsonObject cells =
-        dumpWorkbook(
-            path)[QStringLiteral("data")][QStringLiteral("房产数据模板")][QStringLiteral("cells")]
+        dumpWorkbook(path)["data"][QStringLiteral("房产数据模板")][QStringLiteral("cells")]
             .toObject();
     const std::pair<const char *, QJsonValue> expected[] = {
-        {"A1", QStringLiteral("编号")}, {"B1", QStringLiteral("备注")},
-        {"C1", QStringLiteral("电话")}, {"A2", 1},
-        {"B2", QStringLiteral("x")},    {"C2", 755123},
-        {"D1", QJsonValue::Undefined},  {"D2", QJsonValue::Undefined},
+        {"A1", "编号"}, {"B1", "备注"}, {"C1", "电话"}, {"D1", QJsonValue::Undefined},
+        {"A2", 1},      {"B2", "x"},    {"C2", 755123}, {"D2", QJsonValue::Undefined},
     };
     for (const auto &[ref, value] : expected)
-        EXPECT_EQ(cells[QString::fromLatin1(ref)][QStringLiteral("value")], value) << ref;
+        EXPECT_EQ(cells[QString::fromLatin1(ref)]["value"], value) << ref;
 }
 
 TEST_F(ExportWindowTest, MessagesAndFailuresKeepTheWindowAndTheFile)
 {
-    const QString legacy = dir.filePath(QStringLiteral("old.xls"));
+    const QString legacy = dir.filePath("old.xls");
     QFile file(legacy);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray::fromHex("d0cf11e0a1b11ae1") + QByteArray(504, '\0'));
     file.close();
-    const QString book = dir.filePath(QStringLiteral("book.xlsx"));
+    const QString book = dir.filePath("book.xlsx");
     quorvale::testing::makeWorkbookFixture(book);
-    const QString needTitle = QStringLiteral("请输入标题内容");
-    const QString failed = QStringLiteral("输出到Execl失败: ");
-    const QString noneMarked = failed + QStringLiteral("没有选中要输出的列");
+    // A failure's description follows the prompt given.
+    const QString failed = "输出到Execl失败: ";
+    const MsgBoxCall askTitle{"请输入标题内容", 0, programTitle()};
+    const MsgBoxCall fails{failed, 64, programTitle()};
+    const MsgBoxCall noneMarked{failed + "没有选中要输出的列", 64, programTitle()};
     struct Case {
-        QString path, title, sheet;
-        QList<MsgBoxCall> boxes; // a failure's description follows the prompt given
+        QString path;
+        const char *title, *sheet;
+        QList<MsgBoxCall> boxes;
         bool unmarkAll = false;
     } cases[] = {
-        {book, {}, QStringLiteral("表"), {{needTitle, 0, programTitle()}}},
-        {book, QStringLiteral("标题"), {}, {{needTitle, 0, programTitle()}}},
-        {{},
-         QStringLiteral("标题"),
-         QStringLiteral("表"),
-         {{QStringLiteral("请确定输出的文件名"), 0, exeName()}, {failed, 64, programTitle()}}},
-        {legacy, QStringLiteral("标题"), QStringLiteral("表"), {{failed, 64, programTitle()}}},
-        {book, QStringLiteral("标题"), QStringLiteral("坏/名"), {{failed, 64, programTitle()}}},
-        {dir.filePath(QStringLiteral("missing/new.xlsx")),
-         QStringLiteral("标题"),
-         QStringLiteral("表"),
-         {{failed, 64, programTitle()}}},
+        {book, "", "表", {askTitle}},
+        {book, "标题", "", {askTitle}},
+        {"", "标题", "表", {{"请确定输出的文件名", 0, exeName()}, fails}},
+        {legacy, "标题", "表", {fails}},
+        {book, "标题", "坏/名", {fails}},
+        {dir.filePath("missing/new.xlsx"), "标题", "表", {fails}},
         // Nothing marked leaves no last cell for the borders: the export fails.
-        {book, QStringLiteral("标题"), QStringLiteral("表"), {{noneMarked, 64, programTitle()}}, true},
-        {dir.filePath(QStringLiteral("new.xlsx")),
-         QStringLiteral("标题"),
-         QStringLiteral("表"),
-         {{noneMarked, 64, programTitle()}},
-         true},
+        {book, "标题", "表", {noneMarked}, true},
+        {dir.filePath("new.xlsx"), "标题", "表", {noneMarked}, true},
     };
     for (const Case &c : cases) {
-        SCOPED_TRACE(c.path.toStdString() + " " + c.sheet.toStdString());
+        SCOPED_TRACE(c.path.toStdString() + " " + c.sheet);
         QFile target(c.path);
         const QByteArray bytes = target.open(QIODevice::ReadOnly) ? target.readAll() : QByteArray();
         target.close();
@@ -206,7 +195,7 @@ TEST_F(ExportWindowTest, MessagesAndFailuresKeepTheWindowAndTheFile)
 
 TEST_F(ExportWindowTest, FileDialogFillsThePath)
 {
-    const QString existing = dir.filePath(QStringLiteral("old.xls"));
+    const QString existing = dir.filePath("old.xls");
     QFile touch(existing);
     ASSERT_TRUE(touch.open(QIODevice::WriteOnly));
     touch.close();
@@ -217,21 +206,21 @@ TEST_F(ExportWindowTest, FileDialogFillsThePath)
         return answer;
     });
     configured(ExportWindow::Variant::Customer, source);
-    text1(0)->setText(QStringLiteral("before"));
+    text1(0)->setText("before");
     const std::pair<QString, QString> cases[] = {
-        {{}, QStringLiteral("before")},
-        {dir.filePath(QStringLiteral("new")), dir.filePath(QStringLiteral("new.xlsx"))},
-        {dir.filePath(QStringLiteral("new.xls")), dir.filePath(QStringLiteral("new.xlsx"))},
+        {{}, "before"},
+        {dir.filePath("new"), dir.filePath("new.xlsx")},
+        {dir.filePath("new.xls"), dir.filePath("new.xlsx")},
         {existing, existing},
-        {dir.filePath(QStringLiteral("a.xlsx")), dir.filePath(QStringLiteral("a.xlsx"))},
+        {dir.filePath("a.xlsx"), dir.filePath("a.xlsx")},
     };
     for (const auto &[chosen, shown] : cases) {
         answer = chosen;
-        window->findChild<QPushButton *>(QStringLiteral("Command1"))->click();
+        window->findChild<QPushButton *>("Command1")->click();
         EXPECT_EQ(text1(0)->text(), shown);
     }
     EXPECT_EQ(folder, QCoreApplication::applicationDirPath());
-    EXPECT_TRUE(filter.startsWith(QStringLiteral("Excel Flie *.xls (")));
-    EXPECT_TRUE(filter.contains(QStringLiteral("*.xlsx")));
-    EXPECT_TRUE(filter.contains(QStringLiteral("All flie *.*")));
+    EXPECT_TRUE(filter.startsWith("Excel Flie *.xls ("));
+    EXPECT_TRUE(filter.contains("*.xlsx"));
+    EXPECT_TRUE(filter.contains("All flie *.*"));
 }

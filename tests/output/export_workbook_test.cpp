@@ -1,8 +1,8 @@
 #include "export_test_print.h"
 #include "output/gridexport.h"
 #include "output/headermerge.h"
-#include "ui/flexgrid.h"
 #include "support/xlsxdump.h"
+#include "ui/flexgrid.h"
 
 #include <QJsonArray>
 #include <QTemporaryDir>
@@ -29,7 +29,7 @@ void fillReport(FlexGrid &grid, int dataRows)
     for (int r = 1; r <= dataRows; ++r) {
         QStringList cells;
         for (int c = 0; c < 24; ++c)
-            cells << (c == 3 || c == 15 || c == 22 ? QStringLiteral("0755123")
+            cells << (c == 3 || c == 15 || c == 22 ? "0755123"
                                                    : QStringLiteral("r%1c%2").arg(r).arg(c));
         rows.append(cells);
     }
@@ -38,12 +38,12 @@ void fillReport(FlexGrid &grid, int dataRows)
 
 QJsonObject sheetOf(const QJsonObject &dump, const QString &sheet)
 {
-    return dump[QStringLiteral("data")][sheet].toObject();
+    return dump["data"][sheet].toObject();
 }
 
 const QJsonObject cell(const QJsonObject &sheet, const QString &ref)
 {
-    return sheet[QStringLiteral("cells")][ref].toObject();
+    return sheet["cells"][ref].toObject();
 }
 
 // The width Excel shows for a stored column width: whole pixels of the
@@ -78,44 +78,41 @@ TEST(GridExport, WritesChosenColumnsWithWidthsFontsBordersAndTextRule)
     for (const Case &c : cases) {
         SCOPED_TRACE(int(c.variant));
         QTemporaryDir dir;
-        const QString path = dir.filePath(QStringLiteral("out.xlsx"));
+        const QString path = dir.filePath("out.xlsx");
         FlexGrid grid;
         fillReport(grid, 3);
-        grid.setTextMatrix(2, 22, QStringLiteral("  "));
-        grid.setTextMatrix(2, 15, QStringLiteral("  "));
-        writeGridToWorkbook(grid, allColumnsBut(1), {c.variant, path, QStringLiteral("房产"), {}});
+        grid.setTextMatrix(2, 22, "  ");
+        grid.setTextMatrix(2, 15, "  ");
+        writeGridToWorkbook(grid, allColumnsBut(1), {c.variant, path, "房产", {}});
 
         const QJsonObject dump = dumpWorkbook(path);
-        EXPECT_EQ(dump[QStringLiteral("sheets")].toArray(),
-                  QJsonArray({QStringLiteral("Sheet1"), QStringLiteral("房产")}));
-        const QJsonObject sheet = sheetOf(dump, QStringLiteral("房产"));
-        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("value")], QStringLiteral("列0"));
-        EXPECT_EQ(cell(sheet, "B1")[QStringLiteral("value")], QStringLiteral("列2"));
-        EXPECT_EQ(cell(sheet, "W4")[QStringLiteral("value")], QStringLiteral("r3c23"));
-        EXPECT_EQ(cell(sheet, c.textRef)[QStringLiteral("value")], QStringLiteral("0755123"));
-        EXPECT_EQ(cell(sheet, c.textRef)[QStringLiteral("quotePrefix")], true);
-        EXPECT_EQ(cell(sheet, c.numberRef)[QStringLiteral("value")], 755123);
-        EXPECT_EQ(cell(sheet, "C2")[QStringLiteral("value")], 755123);
+        EXPECT_EQ(dump["sheets"].toArray(), QJsonArray({"Sheet1", "房产"}));
+        const QJsonObject sheet = sheetOf(dump, "房产");
+        EXPECT_EQ(cell(sheet, "A1")["value"], "列0");
+        EXPECT_EQ(cell(sheet, "B1")["value"], "列2");
+        EXPECT_EQ(cell(sheet, "W4")["value"], "r3c23");
+        EXPECT_EQ(cell(sheet, c.textRef)["value"], "0755123");
+        EXPECT_EQ(cell(sheet, c.textRef)["quotePrefix"], true);
+        EXPECT_EQ(cell(sheet, c.numberRef)["value"], 755123);
+        EXPECT_EQ(cell(sheet, "C2")["value"], 755123);
         // Blank phone texts are written as they are, not forced to text.
-        EXPECT_FALSE(cell(sheet, QString::fromLatin1(c.textRef).replace(
-                                     '2', '3'))[QStringLiteral("quotePrefix")]
-                         .toBool());
+        EXPECT_FALSE(
+            cell(sheet, QString::fromLatin1(c.textRef).replace('2', '3'))["quotePrefix"].toBool());
 
-        const QJsonObject widths = sheet[QStringLiteral("widths")].toObject();
+        const QJsonObject widths = sheet["widths"].toObject();
         const std::pair<const char *, double> expectedWidths[] = {
             {"A", 10.0}, {"B", 10.2}, {"W", 12.3}};
         for (const auto &[column, width] : expectedWidths)
             EXPECT_NEAR(shownWidth(widths[QString::fromLatin1(column)].toDouble()), width, 0.5 / 7)
                 << column;
 
-        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("size")], 14);
-        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("h")], QStringLiteral("center"));
+        EXPECT_EQ(cell(sheet, "A1")["size"], 14);
+        EXPECT_EQ(cell(sheet, "A1")["h"], "center");
         for (const char *ref : {"A2", "W3", "A4"})
-            EXPECT_EQ(cell(sheet, ref)[QStringLiteral("size")], 10.5) << ref;
-        const QJsonArray thin = {QStringLiteral("thin"), QStringLiteral("thin"),
-                                 QStringLiteral("thin"), QStringLiteral("thin")};
-        EXPECT_EQ(cell(sheet, "A1")[QStringLiteral("border")], thin);
-        EXPECT_EQ(cell(sheet, "W4")[QStringLiteral("border")], thin);
+            EXPECT_EQ(cell(sheet, ref)["size"], 10.5) << ref;
+        const QJsonArray thin = {"thin", "thin", "thin", "thin"};
+        EXPECT_EQ(cell(sheet, "A1")["border"], thin);
+        EXPECT_EQ(cell(sheet, "W4")["border"], thin);
         EXPECT_TRUE(cell(sheet, "X1").isEmpty());
         EXPECT_TRUE(cell(sheet, "A5").isEmpty());
     }
@@ -124,42 +121,41 @@ TEST(GridExport, WritesChosenColumnsWithWidthsFontsBordersAndTextRule)
 TEST(GridExport, RewritesAnExistingSheetInPlaceOrAppendsANewOne)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("book.xlsx"));
+    const QString path = dir.filePath("book.xlsx");
     quorvale::testing::makeWorkbookFixture(path);
     const QJsonObject before = dumpWorkbook(path);
     FlexGrid grid;
     fillReport(grid, 2);
 
-    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, QStringLiteral("报表"), {}});
+    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, "报表", {}});
     QJsonObject after = dumpWorkbook(path);
-    EXPECT_EQ(after[QStringLiteral("sheets")], before[QStringLiteral("sheets")]);
-    const QJsonObject report = sheetOf(after, QStringLiteral("报表"));
-    EXPECT_EQ(cell(report, "B2")[QStringLiteral("value")], QStringLiteral("r1c2"));
-    EXPECT_EQ(cell(report, "H20")[QStringLiteral("value")], QStringLiteral("keep me"));
+    EXPECT_EQ(after["sheets"], before["sheets"]);
+    const QJsonObject report = sheetOf(after, "报表");
+    EXPECT_EQ(cell(report, "B2")["value"], "r1c2");
+    EXPECT_EQ(cell(report, "H20")["value"], "keep me");
     // Outside the written block only the row formats reach existing cells.
-    EXPECT_EQ(cell(report, "Z1")[QStringLiteral("size")], 14);
-    EXPECT_EQ(cell(report, "C3")[QStringLiteral("size")], 10);
-    EXPECT_EQ(cell(report, "B3")[QStringLiteral("size")], 10.5);
+    EXPECT_EQ(cell(report, "Z1")["size"], 14);
+    EXPECT_EQ(cell(report, "C3")["size"], 10);
+    EXPECT_EQ(cell(report, "B3")["size"], 10.5);
     for (const char *part : {"xl/worksheets/sheet1.xml", "xl/worksheets/sheet2.xml"})
-        EXPECT_EQ(after[QStringLiteral("entries")][QString::fromLatin1(part)],
-                  before[QStringLiteral("entries")][QString::fromLatin1(part)])
+        EXPECT_EQ(after["entries"][QString::fromLatin1(part)],
+                  before["entries"][QString::fromLatin1(part)])
             << part;
 
-    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, QStringLiteral("新表"), {}});
+    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, "新表", {}});
     after = dumpWorkbook(path);
-    const QJsonArray sheets = after[QStringLiteral("sheets")].toArray();
+    const QJsonArray sheets = after["sheets"].toArray();
     ASSERT_EQ(sheets.size(), 4);
-    EXPECT_EQ(sheets.last(), QStringLiteral("新表"));
-    EXPECT_EQ(cell(sheetOf(after, QStringLiteral("新表")), "A3")[QStringLiteral("value")],
-              QStringLiteral("r2c0"));
+    EXPECT_EQ(sheets.last(), "新表");
+    EXPECT_EQ(cell(sheetOf(after, "新表"), "A3")["value"], "r2c0");
 }
 
 TEST(GridExport, TwoRowHeaderIsMerged)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("two.xlsx"));
+    const QString path = dir.filePath("two.xlsx");
     FlexGrid grid;
-    grid.setFormatString(QStringLiteral("编号|欠费|欠费|欠费|备注"));
+    grid.setFormatString("编号|欠费|欠费|欠费|备注");
     grid.setRows(3);
     grid.setFixedRows(2);
     const QStringList lower = {"编号", "物业费", "水费", "电费", "说明"};
@@ -167,13 +163,11 @@ TEST(GridExport, TwoRowHeaderIsMerged)
         grid.setTextMatrix(1, c, lower[c]);
     // Exporting again over the merged header must give the same sheet.
     for (int pass = 0; pass < 2; ++pass)
-        writeGridToWorkbook(grid, {0, 1, 2, 3, 4},
-                            {ExportVariant::Finance, path, QStringLiteral("欠费"), {}});
-    const QJsonObject sheet = sheetOf(dumpWorkbook(path), QStringLiteral("欠费"));
-    EXPECT_EQ(sheet[QStringLiteral("merges")],
-              QJsonArray({QStringLiteral("A1:A2"), QStringLiteral("B1:D1")}));
-    EXPECT_EQ(cell(sheet, "B1")[QStringLiteral("value")], QStringLiteral("欠费"));
-    EXPECT_EQ(cell(sheet, "C2")[QStringLiteral("value")], QStringLiteral("水费"));
+        writeGridToWorkbook(grid, {0, 1, 2, 3, 4}, {ExportVariant::Finance, path, "欠费", {}});
+    const QJsonObject sheet = sheetOf(dumpWorkbook(path), "欠费");
+    EXPECT_EQ(sheet["merges"], QJsonArray({"A1:A2", "B1:D1"}));
+    EXPECT_EQ(cell(sheet, "B1")["value"], "欠费");
+    EXPECT_EQ(cell(sheet, "C2")["value"], "水费");
 }
 
 TEST(HeaderMerges, RunsOfEqualUpperTextsAndSingleHeaders)

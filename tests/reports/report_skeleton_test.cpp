@@ -1,4 +1,4 @@
-#include "customerfixture.h"
+#include "reportwindowfixture.h"
 
 #include "reports/frm收款日报表.h"
 #include "reports/frm财务数据欠收表房产.h"
@@ -6,7 +6,6 @@
 #include "reports/frm财务数据预收表房产.h"
 #include "reports/frm财务数据预收表车位.h"
 #include "reports/frm车位基础表.h"
-#include "reports/officelist.h"
 #include "reports/reportregistry.h"
 #include "session/mdiform1.h"
 
@@ -50,30 +49,6 @@ class ReportSkeleton : public CustomerFixture {
         QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, grid->visualRect(index).center());
     }
 };
-
-TEST(OfficeStatement, KeepsEachWindowsBlanksAndDoublesQuotes)
-{
-    const QString dept =
-        "Select  GYD_DH,GYD_Name,商用物业  From 设置管理处  Where 对应部门代号='D1'";
-    const QString all = "Select GYD_DH,GYD_Name,商用物业  From 设置管理处";
-    const QString order = "Order By len(GYD_dh),GYD_DH";
-    struct Case {
-        OfficeQueryStyle style;
-        bool audit;
-        QString expected;
-    };
-    const QList<Case> cases = {
-        {OfficeQueryStyle::Property, false, dept + " " + order},
-        {OfficeQueryStyle::Parking, false, dept + "  " + order},
-        {OfficeQueryStyle::Finance, false, dept + "   " + order},
-        {OfficeQueryStyle::Property, true, all + " " + order},
-        {OfficeQueryStyle::Parking, true, all + "  " + order},
-        {OfficeQueryStyle::Finance, true, all + "  " + order},
-    };
-    for (const Case &c : cases)
-        EXPECT_EQ(officeStatement(c.style, c.audit, "D1"), c.expected) << int(c.style) << c.audit;
-    EXPECT_TRUE(officeStatement(OfficeQueryStyle::Property, false, "D'1").contains("='D''1' "));
-}
 
 TEST_F(ReportSkeleton, OfficeListFollowsTheAuditRightInCodeOrder)
 {

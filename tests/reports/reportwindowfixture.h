@@ -8,8 +8,10 @@
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QPointer>
+#include <QPushButton>
 #include <gtest/gtest.h>
 
 namespace quorvale {
@@ -23,7 +25,7 @@ class ReportWindowFixture : public ::testing::Test {
     {
         DbConn = db.connection();
         CurUserName = user;
-        CurDeptCode = QStringLiteral("D1");
+        CurDeptCode = "D1";
         CurDeptName = deptName;
         CurPostName = post;
         HasProjectAudit = false;
@@ -74,9 +76,34 @@ class ReportWindowFixture : public ::testing::Test {
         return out;
     }
 
+    // The non-empty cells of a row as "column=text": what a fill rule wrote,
+    // and that it wrote nothing else.
+    static QStringList filledCells(const QStringList &row)
+    {
+        QStringList out;
+        for (int c = 0; c < row.size(); ++c) {
+            if (!row[c].isEmpty())
+                out << QString::number(c) + QLatin1Char('=') + row[c];
+        }
+        return out;
+    }
+
     FixtureDb db;
     QList<MsgBoxCall> boxes;
     QList<QPointer<ReportWindow>> windows;
+};
+
+// The customer reports' offices are added by each test.
+class CustomerFixture : public ReportWindowFixture {
+  protected:
+    void SetUp() override { signIn("张三", "物业一部", "主管"); }
+
+    void office(const QString &code, const QString &name, const QVariant &commercial = 0,
+                const QString &dept = "D1")
+    {
+        db.insertRows("设置管理处", {"GYD_DH", "GYD_Name", "商用物业", "对应部门代号"},
+                      {{code, name, commercial, dept}});
+    }
 };
 
 } // namespace quorvale

@@ -1,4 +1,3 @@
-#include "loginfixture.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/settings.h"
 #include "sessiontesting.h"
@@ -28,12 +27,12 @@ class Login : public SessionTest {
 
     void signIn(const QString &user, const QString &password)
     {
-        login->findChild<QLineEdit *>(QStringLiteral("TxtUser"))->setText(user);
-        login->findChild<QLineEdit *>(QStringLiteral("txtPassword"))->setText(password);
+        login->findChild<QLineEdit *>("TxtUser")->setText(user);
+        login->findChild<QLineEdit *>("txtPassword")->setText(password);
         login->signIn();
     }
 
-    QListWidget *list1() const { return login->findChild<QListWidget *>(QStringLiteral("List1")); }
+    QListWidget *list1() const { return login->findChild<QListWidget *>("List1"); }
     bool mainShown() const { return MdiForm1::instance() && MdiForm1::instance()->isVisible(); }
 
     std::unique_ptr<FixtureDb> db;
@@ -86,7 +85,7 @@ TEST_F(Login, RefusalsKeepTheLoginWindow)
 
 TEST_F(Login, OnePostIsChosenAtOnce)
 {
-    signIn(QStringLiteral("1002"), QStringLiteral("  456 "));
+    signIn("1002", "  456 ");
     EXPECT_TRUE(boxes.empty());
     EXPECT_FALSE(list1()->isVisibleTo(login));
     EXPECT_EQ(session(), "1002|李四|B01|第一管理处|G01|主任|D1|管理处类|P1|管理类");
@@ -96,18 +95,17 @@ TEST_F(Login, OnePostIsChosenAtOnce)
 
 TEST_F(Login, SeveralPostsAreOfferedAndChosenByDoubleClick)
 {
-    signIn(QStringLiteral("1001"), QStringLiteral("123"));
+    signIn("1001", "123");
     EXPECT_TRUE(boxes.empty());
     EXPECT_FALSE(mainShown());
     ASSERT_TRUE(list1()->isVisibleTo(login));
-    EXPECT_TRUE(login->findChild<QLabel *>(QStringLiteral("Label2"))->isVisibleTo(login));
+    EXPECT_TRUE(login->findChild<QLabel *>("Label2")->isVisibleTo(login));
     QStringList entries;
     for (int i = 0; i < list1()->count(); ++i)
         entries << list1()->item(i)->text();
     // The post he left (收费员) is not offered; the entries keep the blanks.
-    const QString cashierEntry = QStringLiteral(" 财务部 出纳  (兼职)");
-    EXPECT_THAT(entries,
-                UnorderedElementsAre(QStringLiteral("第一管理处    主任 (主要)"), cashierEntry));
+    const QString cashierEntry = " 财务部 出纳  (兼职)";
+    EXPECT_THAT(entries, UnorderedElementsAre("第一管理处    主任 (主要)", cashierEntry));
 
     const int cashier = entries.indexOf(cashierEntry);
     list1()->setCurrentRow(cashier);
@@ -118,7 +116,7 @@ TEST_F(Login, SeveralPostsAreOfferedAndChosenByDoubleClick)
 
 TEST_F(Login, FocusSelectsTheWholeTextAndOnTheUserNumberHidesThePostList)
 {
-    signIn(QStringLiteral("1001"), QStringLiteral("123"));
+    signIn("1001", "123");
     ASSERT_TRUE(list1()->isVisibleTo(login));
     for (const char *name : {"txtPassword", "TxtUser"}) {
         auto *box = login->findChild<QLineEdit *>(QString::fromLatin1(name));
@@ -138,19 +136,19 @@ TEST_F(Login, EnterMovesToTheNextControlWithoutSigningIn)
     login->show();
     login->activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(login));
-    auto *user = login->findChild<QLineEdit *>(QStringLiteral("TxtUser"));
+    auto *user = login->findChild<QLineEdit *>("TxtUser");
     user->setFocus();
     QTest::keyClick(user, Qt::Key_Return);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("txtPassword"));
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), "txtPassword");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Enter);
-    EXPECT_EQ(QApplication::focusWidget()->objectName(), QStringLiteral("cmdOK"));
+    EXPECT_EQ(QApplication::focusWidget()->objectName(), "cmdOK");
     // Signing in with both boxes empty would have said so.
     EXPECT_TRUE(boxes.empty());
 }
 
 TEST_F(Login, SuperUserNeedsNoEmployeeRow)
 {
-    signIn(QStringLiteral("system"), QStringLiteral("velKo"));
+    signIn("system", "velKo");
     EXPECT_TRUE(boxes.empty());
     EXPECT_EQ(session(), "超级用户|||||||||");
     EXPECT_TRUE(mainShown());
@@ -158,27 +156,27 @@ TEST_F(Login, SuperUserNeedsNoEmployeeRow)
 
 TEST_F(Login, EveryPressOpensAFreshConnectionAndKeepsOnlyTheName)
 {
-    CurUserName = QStringLiteral("前一位");
-    CurDeptCode = QStringLiteral("X");
-    CurPostCode = QStringLiteral("Y");
-    signIn(QStringLiteral("1001"), QStringLiteral("bad"));
+    CurUserName = "前一位";
+    CurDeptCode = "X";
+    CurPostCode = "Y";
+    signIn("1001", "bad");
     const ConnectionPtr first = DbConn;
     ASSERT_TRUE(first);
-    EXPECT_EQ(CurUserName, QStringLiteral("前一位"));
+    EXPECT_EQ(CurUserName, "前一位");
     EXPECT_TRUE(CurDeptCode.isEmpty());
     EXPECT_TRUE(CurPostCode.isEmpty());
 
-    signIn(QStringLiteral("1001"), QStringLiteral("bad again"));
+    signIn("1001", "bad again");
     EXPECT_NE(DbConn, first);
     EXPECT_EQ(DbConnString,
               QStringLiteral("Provider=SQLOLEDB.1;Password=secret;Persist Security Info=False;User "
                              "ID=sa;Initial Catalog='quorvale';Data Source='") +
-                  db->server() + QStringLiteral("'"));
+                  db->server() + "'");
 }
 
 TEST_F(Login, VersionLabel)
 {
-    EXPECT_EQ(login->findChild<QLabel *>(QStringLiteral("Label1"))->text(),
+    EXPECT_EQ(login->findChild<QLabel *>("Label1")->text(),
               QStringLiteral("V%1.%2版").arg(QUORVALE_VERSION_MAJOR).arg(QUORVALE_VERSION_MINOR));
 }
 
@@ -189,16 +187,14 @@ TEST_F(Login, CommandLineSkipsTheLoginWindow)
         QString lastValue;
     };
     const Case cases[] = {
-        {QStringLiteral("1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1, 管理类 "),
-         QStringLiteral(" 管理类 ")},
-        {QStringLiteral("1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1,管理类,extra"),
-         QStringLiteral("管理类")},
+        {"1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1, 管理类 ", " 管理类 "},
+        {"1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1,管理类,extra", "管理类"},
     };
     for (const Case &c : cases) {
         auto *started = new FrmLogin;
         EXPECT_FALSE(started->load(c.args));
-        EXPECT_EQ(CurUserNo, QStringLiteral("1002"));
-        EXPECT_EQ(CurPostCode, QStringLiteral("G01"));
+        EXPECT_EQ(CurUserNo, "1002");
+        EXPECT_EQ(CurPostCode, "G01");
         EXPECT_EQ(CurPostClassName, c.lastValue);
         EXPECT_EQ(StartupArgs, c.args);
         EXPECT_TRUE(mainShown());
@@ -211,18 +207,14 @@ TEST_F(Login, CommandLineSkipsTheLoginWindow)
 
 TEST_F(Login, CommandLineTextIsTheArgumentsAfterTheProgram)
 {
-    const QStringList arguments = {QStringLiteral("/opt/quorvale"), QStringLiteral("a,b"),
-                                   QStringLiteral("c")};
-    EXPECT_EQ(commandLineText(arguments), QStringLiteral("a,b c"));
-    EXPECT_TRUE(commandLineText({QStringLiteral("/opt/quorvale")}).isEmpty());
+    const QStringList arguments = {"/opt/quorvale", "a,b", "c"};
+    EXPECT_EQ(commandLineText(arguments), "a,b c");
+    EXPECT_TRUE(commandLineText({"/opt/quorvale"}).isEmpty());
     // An administrator can close the door the command line opens.
     for (const auto &[setting, honoured] : {std::pair{"", true}, {"1", true}, {"0", false}}) {
-        SettingsStore::SaveSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
-                                   QStringLiteral("AllowCommandLineSession"),
+        SettingsStore::SaveSetting("Quorvale", "DBConfig", "AllowCommandLineSession",
                                    QString::fromLatin1(setting));
-        EXPECT_EQ(sessionCommandLine(arguments),
-                  honoured ? QStringLiteral("a,b c") : QString())
-            << setting;
+        EXPECT_EQ(sessionCommandLine(arguments), honoured ? "a,b c" : QString()) << setting;
     }
 }
 
@@ -237,8 +229,7 @@ using Connect = SessionTest;
 TEST_F(Connect, MissingSettingsFailTheOpenWithEmptyValues)
 {
 #ifndef Q_OS_WIN
-    QSettings(QSettings::IniFormat, QSettings::UserScope, QStringLiteral("Quorvale"))
-        .remove(QStringLiteral("DBConfig"));
+    QSettings(QSettings::IniFormat, QSettings::UserScope, "Quorvale").remove("DBConfig");
 #endif
     EXPECT_THROW(ConnectDatabase(), RuntimeError);
     EXPECT_EQ(DbConnString,

@@ -7,54 +7,38 @@
 
 using namespace quorvale;
 
-TEST(ConnectionString, ValuesSplicedAsTheyStand)
+// The designed texts: values spliced as they stand, but for the password's
+// trim and the doubled quotes in SQL literals.
+TEST(SessionStatements, TextsAreTheDesignedOnes)
 {
-    EXPECT_EQ(buildConnectionString(QString(), QString(), QString(), QString()),
-              QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User "
-                             "ID=;Initial Catalog='';Data Source=''"));
-    EXPECT_EQ(buildConnectionString(QStringLiteral("srv01\\SQL"), QStringLiteral("wygl"),
-                                    QStringLiteral("sa"), QStringLiteral("p w")),
-              QStringLiteral("Provider=SQLOLEDB.1;Password=p w;Persist Security Info=False;User "
-                             "ID=sa;Initial Catalog='wygl';Data Source='srv01\\SQL'"));
-}
-
-TEST(LoginStatements, EmployeeCheckTrimsThePasswordOnly)
-{
-    EXPECT_EQ(employeeCheckSql(QStringLiteral(" 1001 "), QStringLiteral("  123  ")),
-              QStringLiteral("Select * From 员工档案 Where 工号 =' 1001 ' and 帐号密码='123'"));
-    EXPECT_EQ(
-        employeeCheckSql(QStringLiteral("a'b"), QStringLiteral("' or '1'='1")),
-        QStringLiteral("Select * From 员工档案 Where 工号 ='a''b' and 帐号密码=''' or ''1''=''1'"));
-}
-
-TEST(LoginStatements, CurrentPostsText)
-{
-    EXPECT_EQ(currentPostsSql(QStringLiteral("1001 ")),
-              QStringLiteral(
-                  "Select 员工档案.姓名,职能部门类别.部门类别代号,职能部门类别.部门类别名称,"
-                  "岗位类别.岗位类别编号,岗位类别名称, 职能部门new.职能部门编号 , "
-                  "职能部门new.职能部门名称, 岗位信息new.岗位代号, 岗位信息new.岗位名称, "
-                  "岗位员工new.主要岗位 From 岗位员工new Inner joIn 岗位信息new on "
-                  "岗位员工new.岗位代号 = 岗位信息new.岗位代号 Inner joIn 职能部门new on "
-                  "岗位信息new.职能部门代号 = 职能部门new.职能部门编号 Inner joIn 岗位类别 on "
-                  "岗位信息new.岗位类别代号 = 岗位类别.岗位类别编号 Inner joIn 职能部门类别 on "
-                  "职能部门new.职能部门类别代号 = 职能部门类别.部门类别代号 Inner joIn 员工档案 on "
-                  "岗位员工new.员工代号 = 员工档案.工号 Where 岗位员工new.员工代号='1001 ' and "
-                  "员工档案.离职日期 is null AND (岗位员工new.离岗日期 IS NULL)"));
-}
-
-TEST(MainWindowStatements, AuditRightAndPrivileges)
-{
-    EXPECT_EQ(projectAuditSql(QStringLiteral("B01"), QStringLiteral("G'1")),
-              QStringLiteral("SELECT     ID, 类型, 部门代号, 岗位代号 From 专项审核权限表 WHERE  "
-                             "   (部门代号 = N'B01')  AND (岗位代号 = N'G''1')  AND (类型 = "
-                             "N'项目管理')"));
-    EXPECT_EQ(privilegeSql(QStringLiteral("G01"), QStringLiteral("报表")),
-              QStringLiteral("SELECT DISTINCT 岗位权限设置.id , 岗位权限设置.组代号, "
-                             "岗位权限设置.岗位代号, 岗位权限设置.授权, GroupPrivilege.FormName, "
-                             "GroupPrivilege.Popedom FROM  岗位权限设置 INNER JOIN GroupPrivilege "
-                             "ON 岗位权限设置.组代号 = GroupPrivilege.GroupID Where 授权 = 1 AND "
-                             "岗位代号='G01' AND Memo='报表' ORDER BY GroupPrivilege.Popedom"));
+    const std::pair<QString, const char *> cases[] = {
+        {buildConnectionString("srv01\\SQL", "wygl", "sa", "p w"),
+         "Provider=SQLOLEDB.1;Password=p w;Persist Security Info=False;User ID=sa;"
+         "Initial Catalog='wygl';Data Source='srv01\\SQL'"},
+        {employeeCheckSql(" a'b ", "  ' or '1'='1  "),
+         "Select * From 员工档案 Where 工号 =' a''b ' and 帐号密码=''' or ''1''=''1'"},
+        {currentPostsSql("1001 "),
+         "Select 员工档案.姓名,职能部门类别.部门类别代号,职能部门类别.部门类别名称,"
+         "岗位类别.岗位类别编号,岗位类别名称, 职能部门new.职能部门编号 , "
+         "职能部门new.职能部门名称, 岗位信息new.岗位代号, 岗位信息new.岗位名称, "
+         "岗位员工new.主要岗位 From 岗位员工new Inner joIn 岗位信息new on "
+         "岗位员工new.岗位代号 = 岗位信息new.岗位代号 Inner joIn 职能部门new on "
+         "岗位信息new.职能部门代号 = 职能部门new.职能部门编号 Inner joIn 岗位类别 on "
+         "岗位信息new.岗位类别代号 = 岗位类别.岗位类别编号 Inner joIn 职能部门类别 on "
+         "职能部门new.职能部门类别代号 = 职能部门类别.部门类别代号 Inner joIn 员工档案 on "
+         "岗位员工new.员工代号 = 员工档案.工号 Where 岗位员工new.员工代号='1001 ' and "
+         "员工档案.离职日期 is null AND (岗位员工new.离岗日期 IS NULL)"},
+        {projectAuditSql("B01", "G'1"),
+         "SELECT     ID, 类型, 部门代号, 岗位代号 From 专项审核权限表 WHERE     (部门代号 = "
+         "N'B01')  AND (岗位代号 = N'G''1')  AND (类型 = N'项目管理')"},
+        {privilegeSql("G01", "报表"),
+         "SELECT DISTINCT 岗位权限设置.id , 岗位权限设置.组代号, 岗位权限设置.岗位代号, "
+         "岗位权限设置.授权, GroupPrivilege.FormName, GroupPrivilege.Popedom FROM  岗位权限设置 "
+         "INNER JOIN GroupPrivilege ON 岗位权限设置.组代号 = GroupPrivilege.GroupID Where "
+         "授权 = 1 AND 岗位代号='G01' AND Memo='报表' ORDER BY GroupPrivilege.Popedom"},
+    };
+    for (const auto &[actual, expected] : cases)
+        EXPECT_EQ(actual.toStdString(), expected);
 }
 
 TEST(RegistryValue, ConversionByType)
@@ -65,19 +49,18 @@ TEST(RegistryValue, ConversionByType)
         QString expected;
     };
     const Case cases[] = {
-        {RegistryType::String, QByteArray("C:\\msinfo32.exe\0", 16),
-         QStringLiteral("C:\\msinfo32.exe")},
-        {RegistryType::String, QByteArray("abc"), QStringLiteral("abc")},
-        {RegistryType::Dword, QByteArray("\x10\x27\x00\x00", 4), QStringLiteral("10000")},
+        {RegistryType::String, QByteArray("C:\\msinfo32.exe\0", 16), "C:\\msinfo32.exe"},
+        {RegistryType::String, QByteArray("abc"), "abc"},
+        {RegistryType::Dword, QByteArray("\x10\x27\x00\x00", 4), "10000"},
         // Bytes below 16 give one digit each: 0,1,5 -> &h015.
-        {RegistryType::Dword, QByteArray("\x05\x01\x00\x00", 4), QStringLiteral("21")},
-        {RegistryType::Dword, QByteArray("\x78\x56\x34\x12", 4), QStringLiteral("305419896")},
-        {RegistryType::Dword, QByteArray("\xff\xff\xff\xff", 4), QStringLiteral("-1")},
-        {3, QByteArray("\x01\x02", 2), QStringLiteral("unchanged")},
-        {2, QByteArray("%SystemRoot%\0", 13), QStringLiteral("unchanged")},
+        {RegistryType::Dword, QByteArray("\x05\x01\x00\x00", 4), "21"},
+        {RegistryType::Dword, QByteArray("\x78\x56\x34\x12", 4), "305419896"},
+        {RegistryType::Dword, QByteArray("\xff\xff\xff\xff", 4), "-1"},
+        {3, QByteArray("\x01\x02", 2), "unchanged"},
+        {2, QByteArray("%SystemRoot%\0", 13), "unchanged"},
     };
     for (const Case &c : cases) {
-        QString value = QStringLiteral("unchanged");
+        QString value = "unchanged";
         convertRegistryValue(c.type, c.data, value);
         EXPECT_EQ(value, c.expected) << c.type << " " << c.data.toHex().constData();
     }
@@ -86,10 +69,9 @@ TEST(RegistryValue, ConversionByType)
 TEST(RegistryValue, NoRegistryOffWindows)
 {
 #ifndef Q_OS_WIN
-    QString value = QStringLiteral("old");
+    QString value = "old";
     EXPECT_FALSE(GetKeyValue(RegistryRoot::LocalMachine,
-                             QStringLiteral("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"),
-                             QStringLiteral("PATH"), value));
+                             "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH", value));
     EXPECT_TRUE(value.isEmpty());
 #endif
 }
