@@ -68,15 +68,17 @@ TEST(OdbcConnectionString, ServerFormsForEachDriver)
     };
     for (const auto &c : cases)
         EXPECT_EQ(
-            odbcConnectionString(values(QString::fromUtf8(c.server)), QString::fromUtf8(c.driver)),
+            odbcConnectionString(values(QString::fromUtf8(c.server)), QString::fromUtf8(c.driver))
+                .toStdString(),
             QStringLiteral("DRIVER={%1};%2UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale")
-                .arg(QString::fromUtf8(c.driver), QString::fromUtf8(c.serverPart)));
+                .arg(QString::fromUtf8(c.driver), QString::fromUtf8(c.serverPart))
+                .toStdString());
     // Driver 18 alone is told to accept the servers' self-signed certificates.
-    EXPECT_EQ(
-        odbcConnectionString(values(QStringLiteral("db01")),
-                             QStringLiteral("ODBC Driver 18 for SQL Server")),
-        QStringLiteral("DRIVER={ODBC Driver 18 for SQL Server};SERVER=db01;UID=sa;PWD={pa;ss};"
-                       "DATABASE=物业;TrustServerCertificate=yes;APP=Quorvale"));
+    EXPECT_EQ(odbcConnectionString(values(QStringLiteral("db01")),
+                                   QStringLiteral("ODBC Driver 18 for SQL Server"))
+                  .toStdString(),
+              "DRIVER={ODBC Driver 18 for SQL Server};SERVER=db01;UID=sa;PWD={pa;ss};DATABASE=物业;"
+              "TrustServerCertificate=yes;APP=Quorvale");
 }
 
 TEST(OdbcConnectionString, DriverPreference)
