@@ -52,44 +52,33 @@ TEST(AdoConnectionString, ValuesAsTheConnectionBuildsThem)
 
 TEST(OdbcConnectionString, ServerFormsForEachDriver)
 {
-    struct Case {
+    const struct {
         const char *server;
         const char *driver;
-        const char *expected;
-    };
-    const Case cases[] = {
-        {"db01", "ODBC Driver 18 for SQL Server",
-         "DRIVER={ODBC Driver 18 for SQL Server};SERVER=db01;UID=sa;PWD={pa;ss};DATABASE=物业;"
-         "TrustServerCertificate=yes;APP=Quorvale"},
-        {"db01,1533", "ODBC Driver 17 for SQL Server",
-         "DRIVER={ODBC Driver 17 for SQL "
-         "Server};SERVER=db01,1533;UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale"},
-        {"db01\\SQL2019", "SQL Server",
-         "DRIVER={SQL Server};SERVER=db01\\SQL2019;UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale"},
-        {"(local)", "SQL Server",
-         "DRIVER={SQL Server};SERVER=localhost;UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale"},
-        {"db01", "FreeTDS",
-         "DRIVER={FreeTDS};SERVER=db01;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={"
-         "pa;ss};"
-         "DATABASE=物业;APP=Quorvale"},
+        const char *serverPart; // what stands between the driver and the credentials
+    } cases[] = {
+        {"db01,1533", "ODBC Driver 17 for SQL Server", "SERVER=db01,1533;"},
+        {"db01\\SQL2019", "SQL Server", "SERVER=db01\\SQL2019;"},
+        {"(local)", "SQL Server", "SERVER=localhost;"},
+        {"db01", "FreeTDS", "SERVER=db01;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;"},
         {"10.1.2.3, 1533", "FreeTDS",
-         "DRIVER={FreeTDS};SERVER=10.1.2.3;PORT=1533;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;"
-         "PWD={pa;ss};"
-         "DATABASE=物业;APP=Quorvale"},
-        {"db01\\SQL2019", "FreeTDS",
-         "DRIVER={FreeTDS};SERVER=db01\\SQL2019;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={pa;"
-         "ss};"
-         "DATABASE=物业;APP=Quorvale"},
-        {"tcp:db01,1433", "FreeTDS",
-         "DRIVER={FreeTDS};SERVER=db01;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;UID=sa;PWD={"
-         "pa;ss};"
-         "DATABASE=物业;APP=Quorvale"},
+         "SERVER=10.1.2.3;PORT=1533;TDS_Version=7.4;ClientCharset=UTF-8;"},
+        {"db01\\SQL2019", "FreeTDS", "SERVER=db01\\SQL2019;TDS_Version=7.4;ClientCharset=UTF-8;"},
+        {"tcp:db01,1433", "FreeTDS", "SERVER=db01;PORT=1433;TDS_Version=7.4;ClientCharset=UTF-8;"},
     };
-    for (const Case &c : cases)
+    for (const auto &c : cases)
         EXPECT_EQ(
             odbcConnectionString(values(QString::fromUtf8(c.server)), QString::fromUtf8(c.driver))
                 .toStdString(),
-            c.expected);
+            QStringLiteral("DRIVER={%1};%2UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale")
+                .arg(QString::fromUtf8(c.driver), QString::fromUtf8(c.serverPart))
+                .toStdString());
+    // Driver 18 alone is told to accept the servers' self-signed certificates.
+    EXPECT_EQ(odbcConnectionString(values(QStringLiteral("db01")),
+                                   QStringLiteral("ODBC Driver 18 for SQL Server"))
+                  .toStdString(),
+              "DRIVER={ODBC Driver 18 for SQL Server};SERVER=db01;UID=sa;PWD={pa;ss};DATABASE=物业;"
+              "TrustServerCertificate=yes;APP=Quorvale");
 }
 
 TEST(OdbcConnectionString, DriverPreference)

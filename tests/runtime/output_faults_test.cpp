@@ -3,12 +3,13 @@
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/writerlock.h"
+#include "support/files.h"
 #include "ui/printer.h"
 #include "ui/printerpreview.h"
 
 #include <QDir>
-#include <QFile>
 #include <QPrinter>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -17,21 +18,9 @@
 #include <sys/resource.h>
 
 using namespace quorvale;
+using namespace quorvale::testing;
 
 namespace {
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(bytes);
-}
 
 // Runs the code with writes past `bytes` failing, as on a full disk.
 void withFileSizeLimit(rlim_t bytes, const std::function<void()> &code)
@@ -39,18 +28,14 @@ void withFileSizeLimit(rlim_t bytes, const std::function<void()> &code)
     rlimit saved{};
     getrlimit(RLIMIT_FSIZE, &saved);
     const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    const auto restore = qScopeGuard([&] {
+        setrlimit(RLIMIT_FSIZE, &saved);
+        std::signal(SIGXFSZ, previous);
+    });
     rlimit limited = saved;
     limited.rlim_cur = bytes;
     setrlimit(RLIMIT_FSIZE, &limited);
-    try {
-        code();
-    } catch (...) {
-        setrlimit(RLIMIT_FSIZE, &saved);
-        std::signal(SIGXFSZ, previous);
-        throw;
-    }
-    setrlimit(RLIMIT_FSIZE, &saved);
-    std::signal(SIGXFSZ, previous);
+    code();
 }
 
 QString failureOf(const std::function<void()> &code)
@@ -69,7 +54,7 @@ TEST(OutputFaults, AFullDiskLeavesTheEarlierFileAndNoTemporary)
 {
     QTemporaryDir dir;
     const QString target = dir.filePath(QStringLiteral("out.bin"));
-    writeFile(target, "earlier");
+    writeBytes(target, "earlier");
     const struct {
         const char *name;
         std::function<void()> write;
@@ -107,7 +92,7 @@ TEST(OutputFaults, ASetWhoseLastRenameFailsPutsTheEarlierTargetsBack)
     QTemporaryDir dir;
     const QString first = dir.filePath(QStringLiteral("a.xlsx"));
     const QString second = dir.filePath(QStringLiteral("b.pdf"));
-    writeFile(first, "old a");
+    writeBytes(first, "old a");
     EXPECT_FALSE(failureOf([&] {
                      OutputSet outputs;
                      outputs.add(first).device().write("new a");
@@ -134,6 +119,7 @@ TEST(OutputFaults, ASecondWriterWaitsForTheLockAndGivesUpWithAMessage)
     EXPECT_EQ(said.size(), 1);
     EXPECT_TRUE(message.contains(QDir::toNativeSeparators(target))) << message.toStdString();
     held.reset();
-    EXPECT_TRUE(failureOf([&] { WriterLock third(target, std::chrono::milliseconds(0)); }).isEmpty());
+    EXPECT_TRUE(
+        failureOf([&] { WriterLock third(target, std::chrono::milliseconds(0)); }).isEmpty());
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList());
 }

@@ -10,6 +10,21 @@
 
 namespace quorvale {
 
+QList<QStringList> rowsOf(const ConnectionPtr &connection, const QString &tsql)
+{
+    Recordset rs;
+    rs.Open(tsql, connection);
+    QList<QStringList> result;
+    while (!rs.eof()) {
+        QStringList row;
+        for (int i = 0; i < rs.fieldCount(); ++i)
+            row << rs.Fields(i).text();
+        result << row;
+        rs.MoveNext();
+    }
+    return result;
+}
+
 FixtureDb::FixtureDb()
 {
     if (!m_dir.isValid())
@@ -69,17 +84,7 @@ void FixtureDb::writeSettings(const QString &login, const QString &password,
 
 QList<QStringList> FixtureDb::rows(const QString &tsql) const
 {
-    Recordset rs;
-    rs.Open(tsql, m_connection);
-    QList<QStringList> result;
-    while (!rs.eof()) {
-        QStringList row;
-        for (int i = 0; i < rs.fieldCount(); ++i)
-            row << rs.Fields(i).text();
-        result << row;
-        rs.MoveNext();
-    }
-    return result;
+    return rowsOf(m_connection, tsql);
 }
 
 QString FixtureDb::scalar(const QString &tsql) const

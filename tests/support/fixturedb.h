@@ -13,6 +13,9 @@
 
 namespace quorvale {
 
+// Every row of a T-SQL query, each field as its cell text (NULL as "").
+QList<QStringList> rowsOf(const ConnectionPtr &connection, const QString &tsql);
+
 // A small embedded database built by code for one test: a temporary file with
 // the full (empty) schema, filled row by row.
 //

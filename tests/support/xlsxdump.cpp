@@ -30,10 +30,21 @@ QByteArray runTool(const QStringList &arguments)
 QJsonObject dumpWorkbook(const QString &path)
 {
     QJsonParseError error;
-    const QJsonDocument doc = QJsonDocument::fromJson(runTool({QStringLiteral("dump"), path}), &error);
+    const QJsonDocument doc =
+        QJsonDocument::fromJson(runTool({QStringLiteral("dump"), path}), &error);
     if (error.error != QJsonParseError::NoError)
         throw std::runtime_error("unreadable dump: " + error.errorString().toStdString());
     return doc.object();
+}
+
+QJsonObject sheetOf(const QJsonObject &dump, const QString &sheet)
+{
+    return dump[QStringLiteral("data")][sheet].toObject();
+}
+
+QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet)
+{
+    return sheetOf(dump, sheet)[QStringLiteral("cells")].toObject();
 }
 
 void makeWorkbookFixture(const QString &path)

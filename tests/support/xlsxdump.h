@@ -11,6 +11,9 @@ namespace quorvale::testing {
 // borders, widths, merges, and every zip entry's content hash. Throws (so
 // the test fails) when the reader is missing or cannot read the file.
 QJsonObject dumpWorkbook(const QString &path);
+// One sheet of a dump, and that sheet's cells keyed by reference ("A1").
+QJsonObject sheetOf(const QJsonObject &dump, const QString &sheet);
+QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet);
 
 // Writes an existing-style workbook (three sheets, chart, formulas, calc
 // chain, defined name, merges, conditional format, custom part).

@@ -30,7 +30,9 @@ class Dialect : public ::testing::Test {
                            "INSERT INTO t VALUES (2, '2024/3/5 10:20:30', 'ABC  ', NULL, 0, 120)\n"
                            "INSERT INTO t VALUES (3, NULL, NULL, 7, NULL, NULL)\n"
                            "CREATE TABLE u (id int, s nvarchar(10))\n"
-                           "INSERT INTO u VALUES (1, N'Abc'), (2, N'x')"));
+                           "INSERT INTO u VALUES (1, N'Abc'), (2, N'x')\n"
+                           "CREATE TABLE 业主表 (账号 int, 室 int, 说明 nvarchar(10))\n"
+                           "INSERT INTO 业主表 VALUES (1, 1, N'新进户 '), (2, 1, N'迁出')"));
     }
 
     QList<QStringList> rows(const QString &sql)
@@ -106,6 +108,18 @@ TEST_F(Dialect, ExpressionsMeanWhatSqlServerMeans)
         {"SELECT t.id FROM t INNER JOIN u ON t.s = u.s WHERE u.id = 1 ORDER BY t.id DESC", "2"},
         {"SELECT t.id, u.s FROM t JOIN u ON t.id = u.id ORDER BY s DESC", "2"},
         {"SELECT id, s AS k FROM t WHERE id < 3 ORDER BY K, 1", "1"},
+        // Table, qualifier and column names ignore case, as the statements spell them freely.
+        {"SELECT t.S FROM T WHERE Id = 1", "abc"},
+        // The shapes of the report statements: a NULL address part drops out of the
+        // joined text, a LEFT JOIN keeps every row and its extra condition is collated.
+        {"SELECT Case When s Is Not Null Then s Else '' End + "
+         "Case When n Is Not Null Then 'n' Else '' End FROM t WHERE id = 3",
+         "n"},
+        {"SELECT COUNT(*) FROM t left JOIN 业主表 ON t.id = 业主表.室 and 业主表.说明='新进户'",
+         "3"},
+        {"SELECT 业主表.账号 FROM t left JOIN 业主表 ON t.id = 业主表.室 and 业主表.说明='新进户' "
+         "WHERE t.id = 1",
+         "1"},
     };
     for (const Case &c : cases)
         EXPECT_EQ(scalar(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;
@@ -133,6 +147,9 @@ TEST_F(Dialect, DateLiteralsConvertAgainstDatetimeColumns)
         {"SELECT id FROM t WHERE d IN ('2024/3/31', '2024-01-01')", "1"},
         {"SELECT id FROM t WHERE d <> '2024-03-31'", "2"},
         {"SELECT id FROM t WHERE NOT (d < '2024-03-31')", "1"},
+        // The receipt conditions of the finance statements.
+        {"SELECT SUM(id) FROM t WHERE (d Is Null OR (d > '2024/3/5 12:00'))", "4"},
+        {"SELECT COUNT(*) FROM t WHERE d BETWEEN '2024-04-30' AND '2024-03-01'", "0"},
     };
     for (const Case &c : cases)
         EXPECT_EQ(scalar(QString::fromUtf8(c.sql)), QString::fromUtf8(c.expected)) << c.sql;

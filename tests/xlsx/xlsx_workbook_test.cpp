@@ -10,14 +10,10 @@
 
 using namespace quorvale;
 using namespace quorvale::xlsx;
+using quorvale::testing::cellsOf;
 using quorvale::testing::dumpWorkbook;
 
 namespace {
-
-QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet)
-{
-    return dump[QStringLiteral("data")][sheet][QStringLiteral("cells")].toObject();
-}
 
 struct ValueCase {
     const char *input;
