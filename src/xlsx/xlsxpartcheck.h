@@ -10,9 +10,9 @@ namespace quorvale::xlsx {
 // unreadable one. The message names the workbook and the part.
 [[noreturn]] void damagedPart(const QString &path, const QString &part, const QString &why);
 
-// Checks that the part is well-formed XML whose root element has the given
-// local name; returns the number of that root's children named `child`
-// (empty `child`: 0).
+// Checks that the part's tags are complete and balanced under one root
+// element with the given local name; returns the number of that root's
+// children named `child` (empty `child`: 0).
 int checkPart(const QString &path, const QString &part, const QByteArray &xml,
               QByteArrayView root, QByteArrayView child = {});
 
