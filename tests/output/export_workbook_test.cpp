@@ -11,6 +11,7 @@
 
 using namespace quorvale;
 using quorvale::testing::dumpWorkbook;
+using quorvale::testing::sheetOf;
 
 namespace {
 
@@ -34,11 +35,6 @@ void fillReport(FlexGrid &grid, int dataRows)
         rows.append(cells);
     }
     grid.appendRows(rows);
-}
-
-QJsonObject sheetOf(const QJsonObject &dump, const QString &sheet)
-{
-    return dump["data"][sheet].toObject();
 }
 
 const QJsonObject cell(const QJsonObject &sheet, const QString &ref)

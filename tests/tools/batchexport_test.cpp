@@ -286,10 +286,11 @@ TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
          2,
          "first date is after the last"},
         {"empty PDF name", {"--report", "房产客户", "--office", "2", "--pdf", ""}, 2, "--pdf needs"},
+        // The folder is named as missing, not as read-only.
         {"missing folder",
          {"--report", "房产客户", "--office", "2", "--xlsx", "/nonexistent/dir/a.xlsx"},
          4,
-         "a.xlsx"},
+         "文件夹“/nonexistent/dir”不存在"},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
@@ -310,26 +311,6 @@ TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
         EXPECT_FALSE(QFile::exists(pdf));
         EXPECT_EQ(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).size(), 0);
     }
-}
-
-TEST_F(BatchExport, PrintsThePdfAndNamesTheSheet)
-{
-    const QString book = out.filePath("named.xlsx");
-    const QString pdf = out.filePath("named.pdf");
-    const auto run = exportWith(QStringList{"--report", "财务数据欠收表车位", "--office", "2",
-                                            "--xlsx", book, "--sheet", "本月", "--pdf", pdf} +
-                                signInArgs());
-    ASSERT_EQ(run.status, 0) << run.err.toStdString();
-    EXPECT_TRUE(run.out.contains("本月"));
-    const QJsonObject dump = quorvale::testing::dumpWorkbook(book);
-    EXPECT_TRUE(dump.value("sheets").toArray().contains(QJsonValue("本月")));
-
-    QProcess text;
-    text.start("pdftotext", {"-layout", pdf, "-"});
-    ASSERT_TRUE(text.waitForFinished(60000));
-    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
-    EXPECT_TRUE(printed.contains("(幸福里花园)收款日报表")) << printed.left(400).toStdString();
-    EXPECT_TRUE(printed.contains("第1页"));
 }
 
 } // namespace

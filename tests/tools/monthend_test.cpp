@@ -19,6 +19,7 @@
 
 using namespace quorvale;
 using quorvale::testing::builtProgram;
+using quorvale::testing::cellsOf;
 using quorvale::testing::dumpWorkbook;
 using quorvale::testing::ProcessRun;
 using quorvale::testing::runAdmin;
@@ -28,11 +29,6 @@ namespace {
 QStringList files(const QString &folder)
 {
     return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-}
-
-QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet)
-{
-    return dump.value("data").toObject().value(sheet).toObject().value("cells").toObject();
 }
 
 class MonthEnd : public ::testing::Test {
@@ -159,18 +155,24 @@ TEST_F(MonthEnd, AnInterruptedRunLeavesTheWorkbookItWasWriting)
     EXPECT_TRUE(f.readAll() == before);
 }
 
-TEST_F(MonthEnd, AutoOrientationTurnsAWideFinanceTable)
+TEST_F(MonthEnd, APrintTurnsWhenTooWideUprightAndTheSheetTakesItsName)
 {
-    const QString pdf = out.filePath("arrears.pdf");
+    const QString book = out.filePath("a.xlsx"), pdf = out.filePath("arrears.pdf");
     const ProcessRun run =
         runAdmin(QStringList{"export", "--report", "财务数据欠收表房产", "--office", "2", "--xlsx",
-                             out.filePath("a.xlsx"), "--pdf", pdf, "--orientation", "auto"} +
+                             book, "--sheet", "本月", "--pdf", pdf, "--orientation", "auto"} +
                  signIn());
     ASSERT_EQ(run.status, 0) << run.err.toStdString();
-    QProcess info;
+    EXPECT_TRUE(dumpWorkbook(book).value("sheets").toArray().contains(QJsonValue("本月")));
+    QProcess info, text;
     info.start("pdfinfo", {pdf});
-    ASSERT_TRUE(info.waitForFinished(60000));
+    text.start("pdftotext", {"-layout", pdf, "-"});
+    ASSERT_TRUE(info.waitForFinished(60000) && text.waitForFinished(60000));
+    // The 15-column table is wider than upright A4 but fits it turned.
     EXPECT_TRUE(QString::fromUtf8(info.readAllStandardOutput()).contains("842 x 595"));
+    const QString printed = QString::fromUtf8(text.readAllStandardOutput());
+    EXPECT_TRUE(printed.contains("(幸福里花园)") && printed.contains("第1页"))
+        << printed.left(400).toStdString();
 }
 
 TEST(ExportDates, WordsResolveAcrossYearsAndLeapMonths)
