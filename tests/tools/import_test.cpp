@@ -1,7 +1,7 @@
 #include "support/adminprocess.h"
+#include "support/files.h"
 #include "support/fixturedb.h"
 
-#include <QFile>
 #include <QSqlQuery>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -17,11 +17,8 @@ class AdminImport : public ::testing::Test {
 
     QString csvFile(const QByteArray &bytes, const QString &name = "wyzj.csv")
     {
-        const QString path = dir.filePath(name);
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(bytes);
-        return path;
+        quorvale::testing::writeBytes(dir.filePath(name), bytes);
+        return dir.filePath(name);
     }
 
     // The stored value and its SQLite type, as other tools see the file.

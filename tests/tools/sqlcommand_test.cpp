@@ -1,8 +1,8 @@
 #include "runtime/runtimeerror.h"
 #include "support/adminprocess.h"
+#include "support/files.h"
 #include "support/fixturedb.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -17,11 +17,8 @@ class AdminSql : public ::testing::Test {
 
     QString scriptFile(const QString &text)
     {
-        const QString path = dir.filePath("script.sql");
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(text.toUtf8());
-        return path;
+        quorvale::testing::writeBytes(dir.filePath("script.sql"), text.toUtf8());
+        return dir.filePath("script.sql");
     }
 
     FixtureDb db;
