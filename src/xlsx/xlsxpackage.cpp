@@ -35,6 +35,8 @@ constexpr int CompressionLevel = 1;
 constexpr quint64 MaxParsedPartSize = quint64(1) << 30;
 constexpr quint64 RatioCheckedFrom = quint64(100) << 20;
 constexpr quint64 MaxCompressionRatio = 500;
+// Generated parts at least this large (compressed) are spooled until the save.
+constexpr qsizetype SpoolFrom = 256 * 1024;
 
 [[noreturn]] void partTooLarge(const QString &part, quint64 size)
 {
@@ -182,16 +184,18 @@ void Package::put(const QString &name, QByteArray content)
             entry->removed = false;
         } else {
             m_index.insert(name.toLower(), m_entries.size());
-            m_entries.push_back(Entry{.name = name, .content = {}, .compressed = nullptr});
+            m_entries.push_back(
+                Entry{.name = name, .content = {}, .compressed = nullptr, .spooled = {}});
             entry = &m_entries.back();
         }
     }
     entry->replaced = true;
     entry->content = std::move(content);
     entry->compressed.reset();
+    entry->spooled = {};
 }
 
-void Package::putGenerated(const QString &name, const Generator &generator)
+void Package::putGenerated(const QString &name, const Generator &generator, Hold hold)
 {
     Deflater deflater(CompressionLevel);
     {
@@ -201,7 +205,16 @@ void Package::putGenerated(const QString &name, const Generator &generator)
     }
     auto result = std::make_shared<Deflater::Result>(deflater.finish());
     put(name, {});
-    find(name)->compressed = std::move(result);
+    Entry *entry = find(name);
+    if (hold == Hold::DiskIfLarge && result->compressed.size() >= SpoolFrom) {
+        if (!m_spool)
+            m_spool = std::make_unique<PartSpool>();
+        if (m_spool->isAvailable()) {
+            entry->spooled = m_spool->store(result->compressed);
+            result->compressed = QByteArray();
+        }
+    }
+    entry->compressed = std::move(result);
 }
 
 void Package::remove(const QString &name)
@@ -228,6 +241,7 @@ void Package::write(QIODevice &out, const QString &target) const
         if (entry.removed)
             continue;
         QByteArray raw;
+        const PartSpool::Span *spooled = nullptr;
         int method = Z_DEFLATED;
         int level = CompressionLevel;
         QuaZipNewInfo info(entry.name);
@@ -250,6 +264,8 @@ void Package::write(QIODevice &out, const QString &target) const
                                           ? *entry.compressed
                                           : Deflater::compress(entry.content, CompressionLevel);
             raw = std::move(result.compressed);
+            if (entry.compressed && entry.spooled.offset >= 0)
+                spooled = &entry.spooled;
             crc = result.crc;
             info.uncompressedSize = result.size;
             if (result.size >= 0xFFFFFFFFLL)
@@ -258,8 +274,14 @@ void Package::write(QIODevice &out, const QString &target) const
         QuaZipFile file(&zip);
         if (!file.open(QIODevice::WriteOnly, info, nullptr, crc, method, level, true))
             fail(out.errorString());
-        if (file.write(raw) != raw.size())
-            fail(out.errorString());
+        const auto writeRaw = [&](QByteArrayView bytes) {
+            if (file.write(bytes.data(), bytes.size()) != bytes.size())
+                fail(out.errorString());
+        };
+        if (spooled)
+            m_spool->read(*spooled, writeRaw);
+        else
+            writeRaw(raw);
         file.close();
         if (file.getZipError() != ZIP_OK)
             fail(out.errorString());

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "xlsx/xlsxdeflater.h"
+#include "xlsx/xlsxpartspool.h"
 
 class QIODevice;
 class QuaZip;
@@ -38,9 +39,12 @@ public:
     // Content as it was in the file, whatever has been put since.
     QByteArray readOriginal(const QString &name) const;
     void put(const QString &name, QByteArray content);
+    // Where a generated part waits for the save: a part finished long before
+    // it (one sheet of several) may wait on disk, if it is large.
+    enum class Hold { Memory, DiskIfLarge };
     // Content streamed from a generator into the compressor right away, so a
     // large sheet is held compressed only.
-    void putGenerated(const QString &name, const Generator &generator);
+    void putGenerated(const QString &name, const Generator &generator, Hold hold = Hold::Memory);
     void remove(const QString &name);
 
     // Temporary file beside the target, renamed over it when complete.
@@ -59,6 +63,7 @@ private:
         bool removed = false;
         QByteArray content;
         std::shared_ptr<Deflater::Result> compressed;
+        PartSpool::Span spooled; // where `compressed`'s bytes went, when they did
     };
     Entry *find(const QString &name);
     const Entry *find(const QString &name) const;
@@ -70,6 +75,7 @@ private:
     mutable std::unique_ptr<QuaZip> m_reader;
     std::vector<Entry> m_entries;
     QHash<QString, size_t> m_index; // lower-case name -> entry
+    std::unique_ptr<PartSpool> m_spool;
 };
 
 } // namespace quorvale::xlsx

@@ -505,13 +505,20 @@ void Workbook::write(QIODevice &out)
 
 void Workbook::finishSheet(Worksheet &sheet)
 {
+    writeSheetPart(sheet, true);
+}
+
+void Workbook::writeSheetPart(Worksheet &sheet, bool longBeforeSave)
+{
     if (!sheet.isModified())
         return;
     // Always merge into the sheet as it was opened, so saving twice gives the same file.
     const QByteArray original =
         sheet.isNew() ? QByteArray() : m_package->readOriginal(sheet.partName());
     SheetWriter writer(sheet.data(), *m_styles, original);
-    m_package->putGenerated(sheet.partName(), [&writer](ByteSink &sink) { writer.write(sink); });
+    m_package->putGenerated(
+        sheet.partName(), [&writer](ByteSink &sink) { writer.write(sink); },
+        longBeforeSave ? Package::Hold::DiskIfLarge : Package::Hold::Memory);
     m_formulasOverwritten = m_formulasOverwritten || writer.overwroteFormulas();
     sheet.markFinished();
 }
@@ -520,7 +527,7 @@ void Workbook::prepareParts()
 {
     for (const auto &sheet : m_sheets)
         if (!sheet->isFinished())
-            finishSheet(*sheet);
+            writeSheetPart(*sheet, false);
     if (m_formulasOverwritten)
         dropCalcChain();
     if (m_strings->isModified()) {

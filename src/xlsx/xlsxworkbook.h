@@ -46,9 +46,10 @@ public:
     // Inserted right after the last worksheet, named "SheetN" until setName().
     Worksheet &addWorksheetAfterLast();
 
-    // Writes the sheet's part now, compressed, and lets go of what was
-    // written to it, so a workbook that gets several large sheets holds one
-    // at a time. The sheet takes no more writes afterwards.
+    // Writes the sheet's part now, compressed (a large one into an anonymous
+    // temporary file), and lets go of what was written to it, so a workbook
+    // that gets several large sheets holds one at a time. The sheet takes no
+    // more writes afterwards.
     void finishSheet(Worksheet &sheet);
 
     // Writes a temporary file beside the target and renames it over the target.
@@ -70,6 +71,7 @@ private:
     void loadNew();
     void readParts();
     void prepareParts();
+    void writeSheetPart(Worksheet &sheet, bool longBeforeSave);
     void readSharedStrings();
     void addPart(const QString &part, const char *relType, const char *contentType);
     void dropCalcChain();

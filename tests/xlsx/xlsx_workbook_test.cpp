@@ -5,8 +5,10 @@
 
 #include <QDir>
 #include <QJsonArray>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
+#include <vector>
 
 using namespace quorvale;
 using namespace quorvale::xlsx;
@@ -161,4 +163,40 @@ TEST(XlsxWorkbook, SheetNamesFollowExcelRules)
     book->save();
     EXPECT_EQ(dumpWorkbook(path)[QStringLiteral("sheets")].toArray(),
               (QJsonArray{QStringLiteral("Sheet1"), QStringLiteral("财务数据欠收表")}));
+}
+
+TEST(XlsxWorkbook, SheetsFinishedBeforeTheSaveReadBackWhole)
+{
+    // Random twelve-digit numbers compress badly, so each finished sheet is
+    // large enough to wait for the save outside memory.
+    QTemporaryDir dir;
+    const QString path = dir.filePath("finished.xlsx");
+    auto book = Workbook::create(path);
+    const int rows = 12000, cols = 4;
+    QRandomGenerator random(7);
+    std::vector<std::vector<qint64>> values(2);
+    for (int s = 0; s < 2; ++s) {
+        Worksheet &sheet = s == 0 ? book->worksheet(1) : book->addWorksheetAfterLast();
+        for (int r = 1; r <= rows; ++r)
+            for (int c = 1; c <= cols; ++c) {
+                values[s].push_back(random.bounded(Q_INT64_C(100000000000), Q_INT64_C(999999999999)));
+                sheet.setCellValue(r, c, QString::number(values[s].back()));
+            }
+        book->finishSheet(sheet);
+    }
+    book->save();
+
+    const QJsonObject dump = dumpWorkbook(path);
+    for (int s = 0; s < 2; ++s) {
+        const QJsonObject cells = cellsOf(dump, s == 0 ? "Sheet1" : "Sheet2");
+        ASSERT_EQ(cells.size(), rows * cols);
+        int mismatches = 0;
+        for (int r = 1; r <= rows; ++r)
+            for (int c = 1; c <= cols; ++c) {
+                const QString ref = QChar(u'A' + c - 1) + QString::number(r);
+                const qint64 expected = values[s][size_t((r - 1) * cols + c - 1)];
+                mismatches += cells[ref]["value"].toDouble() != double(expected);
+            }
+        EXPECT_EQ(mismatches, 0) << "sheet " << s + 1;
+    }
 }

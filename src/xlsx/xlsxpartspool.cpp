@@ -1,0 +1,64 @@
+#include "xlsx/xlsxpartspool.h"
+
+#include "xlsx/xlsxerror.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <algorithm>
+
+namespace quorvale::xlsx {
+
+namespace {
+
+[[noreturn]] void spoolFailed()
+{
+    throw Error(ErrorNumber::PathFileAccessError,
+                QStringLiteral("无法在临时文件夹中暂存工作表（磁盘空间不足？）"));
+}
+
+bool seekTo(std::FILE *file, qint64 offset, int whence)
+{
+#ifdef Q_OS_WIN
+    return _fseeki64(file, offset, whence) == 0;
+#else
+    return fseeko(file, off_t(offset), whence) == 0;
+#endif
+}
+
+} // namespace
+
+PartSpool::PartSpool() : m_file(std::tmpfile()) {}
+
+PartSpool::~PartSpool()
+{
+    if (m_file)
+        std::fclose(m_file);
+}
+
+PartSpool::Span PartSpool::store(QByteArrayView bytes)
+{
+    if (!seekTo(m_file, 0, SEEK_END) ||
+        std::fwrite(bytes.data(), 1, size_t(bytes.size()), m_file) != size_t(bytes.size()) ||
+        std::fflush(m_file) != 0)
+        spoolFailed();
+    const Span span{m_end, bytes.size()};
+    m_end += bytes.size();
+    return span;
+}
+
+void PartSpool::read(const Span &span, const std::function<void(QByteArrayView)> &sink) const
+{
+    if (!seekTo(m_file, span.offset, SEEK_SET))
+        spoolFailed();
+    QByteArray chunk(1 << 20, Qt::Uninitialized);
+    for (qint64 left = span.length; left > 0;) {
+        const size_t want = size_t(std::min<qint64>(left, chunk.size()));
+        if (std::fread(chunk.data(), 1, want, m_file) != want)
+            spoolFailed();
+        sink(QByteArrayView(chunk.constData(), qsizetype(want)));
+        left -= qint64(want);
+    }
+}
+
+} // namespace quorvale::xlsx
