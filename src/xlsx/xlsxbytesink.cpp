@@ -36,7 +36,7 @@ void ByteSink::appendDouble(double value)
     m_buffer.append(buf, size_t(r.ptr - buf));
 }
 
-static bool isEscapePattern(const QString &text, qsizetype i)
+static bool isEscapePattern(QStringView text, qsizetype i)
 {
     // "_x0041_" would be read back as "A"; its underscore must be escaped.
     if (i + 6 >= text.size() || text[i + 1] != u'x' || text[i + 6] != u'_')
@@ -49,9 +49,9 @@ static bool isEscapePattern(const QString &text, qsizetype i)
     return true;
 }
 
-void ByteSink::appendText(const QString &text)
+void ByteSink::appendText(QStringView text)
 {
-    const char16_t *s = reinterpret_cast<const char16_t *>(text.constData());
+    const char16_t *s = text.utf16();
     const qsizetype n = text.size();
     for (qsizetype i = 0; i < n; ++i) {
         char32_t c = s[i];

@@ -2,6 +2,7 @@
 
 #include <QByteArrayView>
 #include <QString>
+#include <QStringView>
 #include <functional>
 #include <string>
 
@@ -25,7 +26,7 @@ public:
     void appendUInt(unsigned value);
     void appendDouble(double value);
     // Text content: XML-escaped, characters XML cannot carry written as _xHHHH_.
-    void appendText(const QString &text);
+    void appendText(QStringView text);
     void flush();
 
 private:

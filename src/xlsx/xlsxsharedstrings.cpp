@@ -3,6 +3,7 @@
 #include "xlsx/xlsxbytesink.h"
 #include "xlsx/xlsxxmltext.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace quorvale::xlsx {
@@ -31,9 +32,9 @@ SharedStrings::SharedStrings(QByteArray existingXml) : m_xml(std::move(existingX
 
 namespace {
 
-quint64 hashText(const QString &text)
+quint64 hashText(QStringView text)
 {
-    const char *p = reinterpret_cast<const char *>(text.constData());
+    const char *p = reinterpret_cast<const char *>(text.utf16());
     size_t len = size_t(text.size()) * 2;
     quint64 h = 0x9E3779B97F4A7C15ull ^ (len * 0xC2B2AE3D27D4EB4Full);
     while (len >= 8) {
@@ -50,7 +51,34 @@ quint64 hashText(const QString &text)
     return h ^ (h >> 32);
 }
 
+constexpr qsizetype BlockChars = qsizetype(1) << 18;
+
 } // namespace
+
+QStringView SharedStrings::store(QStringView text)
+{
+    if (text.isEmpty())
+        return u"";
+    if (text.size() > m_blockFree) {
+        // A text longer than a quarter block gets a block of its own, so the
+        // current block is not abandoned half-used.
+        const bool own = text.size() > BlockChars / 4;
+        const qsizetype size = own ? text.size() : BlockChars;
+        auto block = std::make_unique_for_overwrite<char16_t[]>(size_t(size));
+        if (own) {
+            char16_t *data = block.get();
+            std::copy(text.utf16(), text.utf16() + text.size(), data);
+            m_blocks.insert(m_blocks.end() - (m_blocks.empty() ? 0 : 1), std::move(block));
+            return QStringView(data, text.size());
+        }
+        m_blocks.push_back(std::move(block));
+        m_blockFree = BlockChars;
+    }
+    char16_t *data = m_blocks.back().get() + (BlockChars - m_blockFree);
+    std::copy(text.utf16(), text.utf16() + text.size(), data);
+    m_blockFree -= text.size();
+    return QStringView(data, text.size());
+}
 
 void SharedStrings::grow()
 {
@@ -78,7 +106,7 @@ quint32 SharedStrings::add(const QString &text)
         at = (at + 1) & mask;
     }
     m_slots[at] = quint32(m_added.size() + 1);
-    m_added.push_back(text);
+    m_added.push_back(store(text));
     m_hashes.push_back(h);
     return m_existing + quint32(m_added.size() - 1);
 }
@@ -105,7 +133,7 @@ void SharedStrings::write(ByteSink &sink) const
         if (m_closeBegin >= 0)
             sink.append(QByteArrayView(m_xml).sliced(m_rootStartEnd, m_closeBegin - m_rootStartEnd));
     }
-    for (const QString &text : m_added) {
+    for (const QStringView text : m_added) {
         sink.append(si);
         const bool edges = !text.isEmpty() && (text.front().isSpace() || text.back().isSpace());
         sink.append(edges ? QByteArrayView(" xml:space=\"preserve\">") : QByteArrayView(">"));

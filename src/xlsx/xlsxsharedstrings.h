@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringView>
+#include <memory>
 #include <vector>
 
 namespace quorvale::xlsx {
@@ -29,9 +31,16 @@ private:
     quint32 m_existing = 0;
     void grow();
 
+    // Added texts are copied into large blocks rather than kept as strings:
+    // a month-end workbook carries every report's distinct texts to the
+    // save, and one allocation per text would double what they take.
+    QStringView store(QStringView text);
+    std::vector<std::unique_ptr<char16_t[]>> m_blocks;
+    qsizetype m_blockFree = 0;
+
     // Open addressing over the added texts: an export adds a string per
     // cell, and this lookup is the bulk of the time spent on a cell.
-    std::vector<QString> m_added;
+    std::vector<QStringView> m_added;
     std::vector<quint64> m_hashes;  // per added text
     std::vector<quint32> m_slots;   // 0 free, else index into m_added + 1
 };
