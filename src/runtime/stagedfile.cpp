@@ -113,12 +113,17 @@ QIODevice &StagedFile::device()
     return *m_file;
 }
 
+void StagedFile::checkWrites() const
+{
+    if (m_file->failure)
+        fail(m_target, fileErrorText(m_file->failure));
+}
+
 void StagedFile::finish()
 {
     if (m_finished)
         return;
-    if (m_file->failure)
-        fail(m_target, fileErrorText(m_file->failure));
+    checkWrites();
     if (!m_file->flush())
         fail(m_target, m_file->failure ? fileErrorText(m_file->failure) : m_file->errorString());
 #ifdef Q_OS_WIN

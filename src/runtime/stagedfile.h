@@ -28,6 +28,10 @@ class StagedFile {
     // Where the content goes; writes that fail are remembered with their cause.
     QIODevice &device();
 
+    // Throws the cause of the first write that failed, if one has: a writer
+    // that then gave up with a generic error of its own (a PDF engine that
+    // could not even start) is reported by what really happened.
+    void checkWrites() const;
     // Flushes, syncs and closes the temporary file; throws on any failure
     // seen since it was opened.
     void finish();

@@ -109,6 +109,7 @@ void printForBatch(StagedFile &pdf, const ReportEntry &entry, const ReportParams
         printer->EndDoc();
     } catch (...) {
         setMsgBoxResponder({});
+        pdf.checkWrites();
         throw;
     }
     setMsgBoxResponder({});

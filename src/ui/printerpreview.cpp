@@ -13,10 +13,13 @@ void printToPdfFile(const QPrinter &settings, const std::function<void(Printer &
 {
     OutputSet outputs;
     StagedFile &file = outputs.add(settings.outputFileName());
-    {
+    try {
         const auto printer = Printer::pdf(file.device(), settings.pageLayout(), settings.resolution());
         job(*printer);
         printer->EndDoc();
+    } catch (...) {
+        file.checkWrites();
+        throw;
     }
     outputs.commit();
 }

@@ -55,30 +55,35 @@ TEST(OutputFaults, AFullDiskLeavesTheEarlierFileAndNoTemporary)
     QTemporaryDir dir;
     const QString target = dir.filePath(QStringLiteral("out.bin"));
     writeBytes(target, "earlier");
+    const auto printPdf = [&] {
+        QPrinter settings(QPrinter::HighResolution);
+        settings.setOutputFileName(target);
+        printToPdfFile(settings, [](Printer &p) {
+            for (int i = 0; i < 400; ++i) {
+                p.Print(QStringLiteral("第 %1 行 内容").arg(i));
+                if (i % 100 == 99)
+                    p.NewPage();
+            }
+        });
+    };
     const struct {
         const char *name;
+        rlim_t limit;
         std::function<void()> write;
     } cases[] = {
-        {"staged file",
+        {"staged file", 4096,
          [&] {
              OutputSet outputs;
              outputs.add(target).device().write(QByteArray(64 * 1024, 'x'));
              outputs.commit();
          }},
-        {"PDF printed to a file",
-         [&] {
-             QPrinter settings(QPrinter::HighResolution);
-             settings.setOutputFileName(target);
-             printToPdfFile(settings, [](Printer &p) {
-                 for (int i = 0; i < 400; ++i)
-                     p.Print(QStringLiteral("第 %1 行 内容").arg(i));
-             });
-         }},
+        {"PDF printed to a file", 4096, printPdf},
+        {"PDF printed to a file, disk full from the first byte", 0, printPdf},
     };
     for (const auto &c : cases) {
         SCOPED_TRACE(c.name);
         QString message;
-        withFileSizeLimit(4096, [&] { message = failureOf(c.write); });
+        withFileSizeLimit(c.limit, [&] { message = failureOf(c.write); });
         EXPECT_TRUE(message.contains(QStringLiteral("File too large"))) << message.toStdString();
         EXPECT_TRUE(message.contains(target)) << message.toStdString();
         EXPECT_EQ(bytesOf(target), QByteArray("earlier"));
