@@ -3,9 +3,15 @@
 #include "xlsx/xlsxerror.h"
 
 #include <QByteArray>
+#include <QDir>
+#include <QFile>
 #include <QString>
 
 #include <algorithm>
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+#endif
 
 namespace quorvale::xlsx {
 
@@ -26,9 +32,25 @@ bool seekTo(std::FILE *file, qint64 offset, int whence)
 #endif
 }
 
+// An unnamed file in the user's temporary folder where the system offers one
+// (TMPDIR is honoured); std::tmpfile's own folder otherwise.
+std::FILE *openAnonymousFile()
+{
+#ifdef O_TMPFILE
+    const QByteArray folder = QFile::encodeName(QDir::tempPath());
+    const int fd = ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (fd >= 0) {
+        if (std::FILE *file = ::fdopen(fd, "w+b"))
+            return file;
+        ::close(fd);
+    }
+#endif
+    return std::tmpfile();
+}
+
 } // namespace
 
-PartSpool::PartSpool() : m_file(std::tmpfile()) {}
+PartSpool::PartSpool() : m_file(openAnonymousFile()) {}
 
 PartSpool::~PartSpool()
 {
