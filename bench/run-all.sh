@@ -329,7 +329,9 @@ if [ "${built[quorvale-admin]}" = 1 ]; then
         echo "once and writes the six sheets into one workbook in one save, in this one"
         echo "run; medians of 3, the whole process measured (sign-in, query, fill,"
         echo "workbook). Each sheet is compressed as soon as it is written and its grid"
-        echo "released, so the run holds one report at a time."
+        echo "released; a large finished sheet waits for the save in an unnamed"
+        echo "temporary file, and the shared strings of all six keep their texts in"
+        echo "large blocks, so the run holds little more than one report at a time."
         echo
         grep '^|' "$work/monthend.out"
         echo
