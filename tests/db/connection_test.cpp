@@ -37,24 +37,23 @@ ConnectionPtr createDb(const QString &path)
 TEST(Connection, RefusedOpensNameTheirCauseAndCreateNothing)
 {
     QTemporaryDir dir;
-    const QString missing = dir.filePath(QStringLiteral("none.db"));
-    const QString busy = dir.filePath(QStringLiteral("busy.db"));
-    createDb(busy)->Execute(QStringLiteral("CREATE TABLE t (a int)"));
+    const QString missing = dir.filePath("none.db");
+    const QString busy = dir.filePath("busy.db");
+    createDb(busy)->Execute("CREATE TABLE t (a int)");
     // Another writer holds the file for longer than the connection waits; a busy
     // file must not pass for one that lacks the table.
-    QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QStringLiteral("w"));
+    QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "w");
     other.setDatabaseName(busy);
     ASSERT_TRUE(other.open());
-    QSqlQuery(other).exec(QStringLiteral("BEGIN EXCLUSIVE"));
+    QSqlQuery(other).exec("BEGIN EXCLUSIVE");
     const struct {
         QString server;
         QStringList causes;
     } cases[] = {
-        {QStringLiteral("sqlite:") + missing, {QDir::toNativeSeparators(missing)}},
-        {QStringLiteral("sqlite:") + busy,
-         {QStringLiteral("locked by another program"), QDir::toNativeSeparators(busy)}},
+        {"sqlite:" + missing, {QDir::toNativeSeparators(missing)}},
+        {"sqlite:" + busy, {"locked by another program", QDir::toNativeSeparators(busy)}},
         // A quote inside a quoted value breaks the string; nothing is escaped.
-        {QStringLiteral("o'brien"), {QStringLiteral("malformed")}},
+        {"o'brien", {"malformed"}},
     };
     for (const auto &c : cases) {
         Connection connection;
@@ -73,13 +72,13 @@ TEST(Connection, RefusedOpensNameTheirCauseAndCreateNothing)
     EXPECT_FALSE(QFile::exists(missing));
     other.close();
     other = QSqlDatabase();
-    QSqlDatabase::removeDatabase(QStringLiteral("w"));
+    QSqlDatabase::removeDatabase("w");
 }
 
 TEST(Connection, SchemaScriptWithGoBatchesThenQuery)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("wygl.db"));
+    const QString path = dir.filePath("wygl.db");
     ConnectionPtr c = createDb(path);
     EXPECT_TRUE(c->isEmbedded());
     c->Execute(QStringLiteral("SET ANSI_NULLS ON\nGO\n"
@@ -104,22 +103,21 @@ TEST(Connection, SchemaScriptWithGoBatchesThenQuery)
     EXPECT_EQ(rowsOf(c, QStringLiteral(
                             "Select GYD_DH,GYD_Name,商用物业 From 设置管理处 Order By GYD_DH")),
               (QList<QStringList>{{"01", "东城管理处", ""}, {"02", "西城管理处", "1"}}));
-    EXPECT_EQ(rowsOf(c, QStringLiteral("SELECT * FROM WYZJ ORDER BY ID")),
+    EXPECT_EQ(rowsOf(c, "SELECT * FROM WYZJ ORDER BY ID"),
               (QList<QStringList>{{"1", "202403", "85.5", "2024-03-05", "1"},
                                   {"2", "202404", "120", "", "1"}}));
     // The index went in under a name of its own table.
-    EXPECT_THROW(c->Execute(QStringLiteral("CREATE INDEX IX_CNY ON WYZJ (ZJ_JE)")), RuntimeError);
-    EXPECT_NO_THROW(c->Execute(QStringLiteral("CREATE INDEX IX_CNY ON 设置管理处 (GYD_Name)")));
+    EXPECT_THROW(c->Execute("CREATE INDEX IX_CNY ON WYZJ (ZJ_JE)"), RuntimeError);
+    EXPECT_NO_THROW(c->Execute("CREATE INDEX IX_CNY ON 设置管理处 (GYD_Name)"));
 
     // A second connection to the same file reads the column kinds from it.
-    EXPECT_EQ(rowsOf(createDb(path),
-                     QStringLiteral("SELECT ZJ_SKRQ FROM WYZJ WHERE ZJ_SKRQ > '2024/3/1'")),
+    EXPECT_EQ(rowsOf(createDb(path), "SELECT ZJ_SKRQ FROM WYZJ WHERE ZJ_SKRQ > '2024/3/1'"),
               (QList<QStringList>{{"2024-03-05"}}));
 }
 
 TEST(Connection, RelativePathIsBesideTheProgram)
 {
-    const QString name = QStringLiteral("quorvale-relative-test.db");
+    const QString name = "quorvale-relative-test.db";
     const QString full = QDir(QCoreApplication::applicationDirPath()).filePath(name);
     QFile::remove(full);
     {
@@ -127,7 +125,7 @@ TEST(Connection, RelativePathIsBesideTheProgram)
         c.ConnectionString = Connection::embeddedConnectionString(name);
         c.CreateIfMissing = true;
         c.Open();
-        c.Execute(QStringLiteral("CREATE TABLE t (a int)"));
+        c.Execute("CREATE TABLE t (a int)");
     }
     EXPECT_TRUE(QFile::exists(full));
     QFile::remove(full);
@@ -138,11 +136,11 @@ TEST(Connection, EachConnectionHasItsOwnQtConnectionAndRemovesIt)
     QTemporaryDir dir;
     const QStringList before = QSqlDatabase::connectionNames();
     {
-        ConnectionPtr a = createDb(dir.filePath(QStringLiteral("a.db")));
-        ConnectionPtr b = createDb(dir.filePath(QStringLiteral("b.db")));
+        ConnectionPtr a = createDb(dir.filePath("a.db"));
+        ConnectionPtr b = createDb(dir.filePath("b.db"));
         EXPECT_EQ(QSqlDatabase::connectionNames().size(), before.size() + 2);
-        a->Execute(QStringLiteral("CREATE TABLE t (a int)"));
-        EXPECT_THROW(rowsOf(b, QStringLiteral("SELECT a FROM t")), RuntimeError);
+        a->Execute("CREATE TABLE t (a int)");
+        EXPECT_THROW(rowsOf(b, "SELECT a FROM t"), RuntimeError);
     }
     EXPECT_EQ(QSqlDatabase::connectionNames(), before);
 }
@@ -150,14 +148,13 @@ TEST(Connection, EachConnectionHasItsOwnQtConnectionAndRemovesIt)
 TEST(Recordset, AdoErrorsForMisuse)
 {
     QTemporaryDir dir;
-    ConnectionPtr c = createDb(dir.filePath(QStringLiteral("r.db")));
-    c->Execute(
-        QStringLiteral("CREATE TABLE t (a int, b varchar(5)) INSERT INTO t VALUES (1, 'x')"));
+    ConnectionPtr c = createDb(dir.filePath("r.db"));
+    c->Execute("CREATE TABLE t (a int, b varchar(5)) INSERT INTO t VALUES (1, 'x')");
     Recordset rs;
-    rs.Open(QStringLiteral("select a, b AS Bee from t"), c);
+    rs.Open("select a, b AS Bee from t", c);
     ASSERT_FALSE(rs.eof());
-    EXPECT_EQ(rs.Fields(QStringLiteral("bee")).text(), QStringLiteral("x"));
-    EXPECT_EQ(rs.Fields(QStringLiteral("A")).name(), QStringLiteral("a"));
+    EXPECT_EQ(rs.Fields("bee").text(), "x");
+    EXPECT_EQ(rs.Fields("A").name(), "a");
     auto number = [&](auto f) {
         try {
             f();
@@ -166,7 +163,7 @@ TEST(Recordset, AdoErrorsForMisuse)
         }
         return 0;
     };
-    EXPECT_EQ(number([&] { rs.Fields(QStringLiteral("c")); }), 3265);
+    EXPECT_EQ(number([&] { rs.Fields("c"); }), 3265);
     rs.MoveNext();
     EXPECT_TRUE(rs.eof());
     EXPECT_EQ(number([&] { rs.Fields(0); }), 3021);
@@ -174,25 +171,20 @@ TEST(Recordset, AdoErrorsForMisuse)
     rs.Close();
 
     Recordset bad;
-    EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select a from t"), c, 1, 1); }), 3001);
-    EXPECT_EQ(number([&] {
-                  bad.Open(QStringLiteral("select a from t"), std::make_shared<Connection>());
-              }),
-              3709);
-    EXPECT_EQ(number([&] { bad.Open(QStringLiteral("select zz from t"), c); }),
-              ErrorNumber::DatabaseError);
+    EXPECT_EQ(number([&] { bad.Open("select a from t", c, 1, 1); }), 3001);
+    EXPECT_EQ(number([&] { bad.Open("select a from t", std::make_shared<Connection>()); }), 3709);
+    EXPECT_EQ(number([&] { bad.Open("select zz from t", c); }), ErrorNumber::DatabaseError);
 }
 
 // The admin tool bulk-loads through database(); the adapter must see its tables.
 TEST(Connection, TablesCreatedThroughTheQtConnectionAreFound)
 {
     QTemporaryDir dir;
-    ConnectionPtr c = createDb(dir.filePath(QStringLiteral("late.db")));
-    EXPECT_THROW(rowsOf(c, QStringLiteral("SELECT a FROM late")), RuntimeError);
+    ConnectionPtr c = createDb(dir.filePath("late.db"));
+    EXPECT_THROW(rowsOf(c, "SELECT a FROM late"), RuntimeError);
     QSqlQuery q(c->database());
-    ASSERT_TRUE(
-        q.exec(QStringLiteral("CREATE TABLE late (a varchar(5) COLLATE CI_AS, d datetime)")));
-    ASSERT_TRUE(q.exec(QStringLiteral("INSERT INTO late VALUES ('x ', '2024-01-02 03:04:05')")));
-    EXPECT_EQ(rowsOf(c, QStringLiteral("SELECT a, d FROM late WHERE a = 'X' AND d > '2024/1/2'")),
+    ASSERT_TRUE(q.exec("CREATE TABLE late (a varchar(5) COLLATE CI_AS, d datetime)"));
+    ASSERT_TRUE(q.exec("INSERT INTO late VALUES ('x ', '2024-01-02 03:04:05')"));
+    EXPECT_EQ(rowsOf(c, "SELECT a, d FROM late WHERE a = 'X' AND d > '2024/1/2'"),
               (QList<QStringList>{{"x ", "2024-01-02 03:04:05"}}));
 }

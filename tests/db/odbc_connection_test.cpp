@@ -31,22 +31,20 @@ TEST(AdoConnectionString, ValuesAsTheConnectionBuildsThem)
         parseAdoConnectionString(QStringLiteral("Provider=SQLOLEDB.1;Password=p w;Persist Security "
                                                 "Info=False;User ID=sa;Initial Catalog='wy''gl';"
                                                 "Data Source='db01\\SQL2019'"));
-    EXPECT_EQ(v.provider, QStringLiteral("SQLOLEDB.1"));
-    EXPECT_EQ(v.password, QStringLiteral("p w"));
-    EXPECT_EQ(v.userId, QStringLiteral("sa"));
-    EXPECT_EQ(v.initialCatalog, QStringLiteral("wy'gl"));
-    EXPECT_EQ(v.dataSource, QStringLiteral("db01\\SQL2019"));
+    EXPECT_EQ(v.provider, "SQLOLEDB.1");
+    EXPECT_EQ(v.password, "p w");
+    EXPECT_EQ(v.userId, "sa");
+    EXPECT_EQ(v.initialCatalog, "wy'gl");
+    EXPECT_EQ(v.dataSource, "db01\\SQL2019");
     // All four settings missing: empty values, the quotes still there.
     const AdoConnectionValues empty = parseAdoConnectionString(
         QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
                        "Catalog='';Data Source=''"));
     EXPECT_TRUE(empty.password.isEmpty() && empty.userId.isEmpty() &&
                 empty.initialCatalog.isEmpty() && empty.dataSource.isEmpty());
-    EXPECT_THROW(parseAdoConnectionString(QStringLiteral("Data Source='a'b';User ID=x")),
-                 RuntimeError);
-    EXPECT_THROW(parseAdoConnectionString(QStringLiteral("Data Source='abc")), RuntimeError);
-    EXPECT_THROW(parseAdoConnectionString(QStringLiteral("Password=pa;ss;User ID=x")),
-                 RuntimeError);
+    EXPECT_THROW(parseAdoConnectionString("Data Source='a'b';User ID=x"), RuntimeError);
+    EXPECT_THROW(parseAdoConnectionString("Data Source='abc"), RuntimeError);
+    EXPECT_THROW(parseAdoConnectionString("Password=pa;ss;User ID=x"), RuntimeError);
 }
 
 TEST(OdbcConnectionString, ServerFormsForEachDriver)
@@ -69,13 +67,11 @@ TEST(OdbcConnectionString, ServerFormsForEachDriver)
         EXPECT_EQ(
             odbcConnectionString(values(QString::fromUtf8(c.server)), QString::fromUtf8(c.driver))
                 .toStdString(),
-            QStringLiteral("DRIVER={%1};%2UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale")
+            QString("DRIVER={%1};%2UID=sa;PWD={pa;ss};DATABASE=物业;APP=Quorvale")
                 .arg(QString::fromUtf8(c.driver), QString::fromUtf8(c.serverPart))
                 .toStdString());
     // Driver 18 alone is told to accept the servers' self-signed certificates.
-    EXPECT_EQ(odbcConnectionString(values(QStringLiteral("db01")),
-                                   QStringLiteral("ODBC Driver 18 for SQL Server"))
-                  .toStdString(),
+    EXPECT_EQ(odbcConnectionString(values("db01"), "ODBC Driver 18 for SQL Server").toStdString(),
               "DRIVER={ODBC Driver 18 for SQL Server};SERVER=db01;UID=sa;PWD={pa;ss};DATABASE=物业;"
               "TrustServerCertificate=yes;APP=Quorvale");
 }
@@ -85,15 +81,15 @@ TEST(OdbcConnectionString, DriverPreference)
     using L = QStringList;
     EXPECT_EQ(chooseSqlServerDriver(L{"FreeTDS", "SQL Server", "ODBC Driver 17 for SQL Server",
                                       "ODBC Driver 18 for SQL Server"}),
-              QStringLiteral("ODBC Driver 18 for SQL Server"));
+              "ODBC Driver 18 for SQL Server");
     EXPECT_EQ(chooseSqlServerDriver(L{"FreeTDS", "ODBC Driver 17 for SQL Server", "SQL Server"}),
-              QStringLiteral("ODBC Driver 17 for SQL Server"));
+              "ODBC Driver 17 for SQL Server");
     EXPECT_EQ(chooseSqlServerDriver(L{"ODBC Driver 13 for SQL Server",
                                       "ODBC Driver 11 for SQL Server", "SQL Server"}),
-              QStringLiteral("ODBC Driver 13 for SQL Server"));
+              "ODBC Driver 13 for SQL Server");
     EXPECT_EQ(chooseSqlServerDriver(L{"PostgreSQL Unicode", "SQL Server", "FreeTDS"}),
-              QStringLiteral("SQL Server"));
-    EXPECT_EQ(chooseSqlServerDriver(L{"MySQL", "FreeTDS"}), QStringLiteral("FreeTDS"));
+              "SQL Server");
+    EXPECT_EQ(chooseSqlServerDriver(L{"MySQL", "FreeTDS"}), "FreeTDS");
     EXPECT_EQ(chooseSqlServerDriver(L{"MySQL", "SQLite3"}), QString());
 }
 
@@ -196,20 +192,19 @@ TEST(OdbcConnection, RealServerRoundTripsChineseText)
     c->ConnectionTimeout = 30;
     c->Open();
     EXPECT_FALSE(c->isEmbedded());
-    c->Execute(QStringLiteral("IF OBJECT_ID('tempdb..#测试') IS NOT NULL DROP TABLE #测试"));
+    c->Execute("IF OBJECT_ID('tempdb..#测试') IS NOT NULL DROP TABLE #测试");
     c->Execute(QStringLiteral(
         "CREATE TABLE #测试 (编号 int, 名称 nvarchar(20), 日期 datetime, 金额 money, 标记 bit)"));
-    c->Execute(
-        QStringLiteral("INSERT INTO #测试 VALUES (1, N'东城管理处', '2024/3/31', 85.50, 1)"));
+    c->Execute("INSERT INTO #测试 VALUES (1, N'东城管理处', '2024/3/31', 85.50, 1)");
     Recordset rs;
     rs.Open(QStringLiteral("SELECT 编号, 名称, 日期, 金额, 标记, NULL AS 空 FROM #测试 WHERE 名称 "
                            "= N'东城管理处 '"),
             c);
     ASSERT_FALSE(rs.eof());
-    EXPECT_EQ(rs.Fields(QStringLiteral("名称")).text(), QStringLiteral("东城管理处"));
-    EXPECT_EQ(rs.Fields(QStringLiteral("日期")).text(), QStringLiteral("2024-03-31"));
-    EXPECT_EQ(rs.Fields(QStringLiteral("金额")).text(), QStringLiteral("85.5"));
-    EXPECT_EQ(rs.Fields(QStringLiteral("标记")).text(), QStringLiteral("1"));
-    EXPECT_EQ(rs.Fields(QStringLiteral("编号")).text(), QStringLiteral("1"));
-    EXPECT_TRUE(rs.Fields(QStringLiteral("空")).isNull());
+    EXPECT_EQ(rs.Fields("名称").text(), "东城管理处");
+    EXPECT_EQ(rs.Fields("日期").text(), "2024-03-31");
+    EXPECT_EQ(rs.Fields("金额").text(), "85.5");
+    EXPECT_EQ(rs.Fields("标记").text(), "1");
+    EXPECT_EQ(rs.Fields("编号").text(), "1");
+    EXPECT_TRUE(rs.Fields("空").isNull());
 }

@@ -65,13 +65,3 @@ TEST(RegistryValue, ConversionByType)
         EXPECT_EQ(value, c.expected) << c.type << " " << c.data.toHex().constData();
     }
 }
-
-TEST(RegistryValue, NoRegistryOffWindows)
-{
-#ifndef Q_OS_WIN
-    QString value = "old";
-    EXPECT_FALSE(GetKeyValue(RegistryRoot::LocalMachine,
-                             "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH", value));
-    EXPECT_TRUE(value.isEmpty());
-#endif
-}

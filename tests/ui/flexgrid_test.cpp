@@ -35,13 +35,12 @@ TEST(FlexGrid, FormatStringSetsColumnsHeadingsAlignmentAndWidths)
     };
     const QVector<Case> cases = {
         // Trailing blanks are part of the heading and widen its column.
-        {QStringLiteral("房号|<收费对象类型|>应收金额          |^状态"),
-         {QStringLiteral("房号"), QStringLiteral("收费对象类型"),
-          QStringLiteral("应收金额          "), QStringLiteral("状态")},
+        {"房号|<收费对象类型|>应收金额          |^状态",
+         {"房号", "收费对象类型", "应收金额          ", "状态"},
          {FlexAlign::General, FlexAlign::LeftCenter, FlexAlign::RightCenter,
           FlexAlign::CenterCenter}},
-        {QStringLiteral("单列"), {QStringLiteral("单列")}, {FlexAlign::General}},
-        {QStringLiteral("|<|>"),
+        {"单列", {"单列"}, {FlexAlign::General}},
+        {"|<|>",
          {QString(), QString(), QString()},
          {FlexAlign::General, FlexAlign::LeftCenter, FlexAlign::RightCenter}},
     };
@@ -70,9 +69,8 @@ TEST(FlexGrid, TextMatrixKeepsOnlyWhatWasWritten)
         QString text;
     };
     // Out of order, overwrites and clears, as the fill rules may do.
-    const QVector<Write> writes = {
-        {3, 70, QStringLiteral("尾列")}, {3, 2, QStringLiteral("A")}, {3, 10, QStringLiteral("B")},
-        {3, 2, QStringLiteral("C")},     {3, 10, QString()},          {1, 0, QStringLiteral("0")}};
+    const QVector<Write> writes = {{3, 70, "尾列"}, {3, 2, "A"},        {3, 10, "B"},
+                                   {3, 2, "C"},     {3, 10, QString()}, {1, 0, "0"}};
     for (const Write &w : writes)
         grid.setTextMatrix(w.row, w.col, w.text);
     for (int col = 0; col < 71; ++col) {

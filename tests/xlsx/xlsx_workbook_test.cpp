@@ -84,15 +84,15 @@ TEST(XlsxWorkbook, TypedInputBecomesNumberDateOrText)
 TEST(XlsxWorkbook, ExportFormattingReadsBack)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("format.xlsx"));
+    const QString path = dir.filePath("format.xlsx");
     auto book = Workbook::create(path);
     Worksheet &sheet = book->worksheet(1);
-    const QStringList header{QStringLiteral("户号"), QStringLiteral("户号"), QStringLiteral("金额")};
+    const QStringList header{"户号", "户号", "金额"};
     for (int c = 1; c <= 3; ++c) {
         sheet.setColumnWidth(c, 1440 * c / 100.0);
         sheet.setCellValue(1, c, header[c - 1]);
         sheet.setCellValue(2, c, QString::number(c));
-        sheet.setCellValue(3, c, c == 2 ? QString() : QStringLiteral("x"));
+        sheet.setCellValue(3, c, c == 2 ? QString() : "x");
     }
     sheet.setRowHorizontalAlignment(1, Align::HCenter);
     sheet.setRowVerticalAlignment(1, Align::VDistributed);
@@ -104,48 +104,45 @@ TEST(XlsxWorkbook, ExportFormattingReadsBack)
     book->save();
 
     const QJsonObject dump = dumpWorkbook(path);
-    const QJsonObject data = dump[QStringLiteral("data")][QStringLiteral("Sheet1")].toObject();
-    const QJsonObject cells = data[QStringLiteral("cells")].toObject();
-    const QJsonObject widths = data[QStringLiteral("widths")].toObject();
+    const QJsonObject data = dump["data"]["Sheet1"].toObject();
+    const QJsonObject cells = data["cells"].toObject();
+    const QJsonObject widths = data["widths"].toObject();
     // Stored widths carry Excel's cell padding: about 0.7 characters, whole pixels.
-    EXPECT_NEAR(widths[QStringLiteral("A")].toDouble(), 14.4 + 0.71, 0.15);
-    EXPECT_NEAR(widths[QStringLiteral("C")].toDouble(), 43.2 + 0.71, 0.15);
-    EXPECT_EQ(data[QStringLiteral("merges")].toArray(), QJsonArray{QStringLiteral("A1:B1")});
-    EXPECT_EQ(cells[QStringLiteral("A1")][QStringLiteral("value")].toString(), header[0]);
-    EXPECT_TRUE(cells[QStringLiteral("B1")][QStringLiteral("value")].isNull());
+    EXPECT_NEAR(widths["A"].toDouble(), 14.4 + 0.71, 0.15);
+    EXPECT_NEAR(widths["C"].toDouble(), 43.2 + 0.71, 0.15);
+    EXPECT_EQ(data["merges"].toArray(), QJsonArray{"A1:B1"});
+    EXPECT_EQ(cells["A1"]["value"].toString(), header[0]);
+    EXPECT_TRUE(cells["B1"]["value"].isNull());
 
-    const QJsonArray thin{QStringLiteral("thin"), QStringLiteral("thin"), QStringLiteral("thin"),
-                          QStringLiteral("thin")};
+    const QJsonArray thin{"thin", "thin", "thin", "thin"};
     struct Expect {
         const char *cell;
         double size;
         const char *h;
-    } expected[] = {{"A1", 14, "center"}, {"C1", 14, "center"}, {"A2", 10, nullptr},
+    } expected[] = {{"A1", 14, "center"}, {"C1", 14, "center"},  {"A2", 10, nullptr},
                     {"C2", 10, nullptr},  {"A3", 10.5, nullptr}, {"B3", 10.5, nullptr}};
     for (const Expect &e : expected) {
         SCOPED_TRACE(e.cell);
-        const QJsonObject cell = cells[QString::fromLatin1(e.cell)].toObject();
-        EXPECT_EQ(cell[QStringLiteral("size")].toDouble(), e.size);
-        EXPECT_EQ(cell[QStringLiteral("border")].toArray(), thin);
-        EXPECT_EQ(cell[QStringLiteral("h")].toString(), QString::fromLatin1(e.h ? e.h : ""));
+        const QJsonObject cell = cells[e.cell].toObject();
+        EXPECT_EQ(cell["size"].toDouble(), e.size);
+        EXPECT_EQ(cell["border"].toArray(), thin);
+        EXPECT_EQ(cell["h"].toString(), e.h ? e.h : "");
     }
-    EXPECT_EQ(cells[QStringLiteral("A1")][QStringLiteral("v")].toString(),
-              QStringLiteral("distributed"));
-    EXPECT_FALSE(cells.contains(QStringLiteral("D1"))); // borders stop at the range
+    EXPECT_EQ(cells["A1"]["v"].toString(), "distributed");
+    EXPECT_FALSE(cells.contains("D1")); // borders stop at the range
 }
 
 TEST(XlsxWorkbook, SheetNamesFollowExcelRules)
 {
     QTemporaryDir dir;
-    const QString path = dir.filePath(QStringLiteral("names.xlsx"));
+    const QString path = dir.filePath("names.xlsx");
     auto book = Workbook::create(path);
     EXPECT_EQ(book->worksheetCount(), 1);
-    EXPECT_EQ(book->worksheet(QStringLiteral("sheet1")), &book->worksheet(1));
+    EXPECT_EQ(book->worksheet("sheet1"), &book->worksheet(1));
     Worksheet &added = book->addWorksheetAfterLast();
-    const QString bad[] = {QString(), QStringLiteral("a[b"), QStringLiteral("a]b"),
-                           QStringLiteral("a:b"), QStringLiteral("a*b"), QStringLiteral("a?b"),
-                           QStringLiteral("a/b"), QStringLiteral("a\\b"), QStringLiteral("'ab"),
-                           QStringLiteral("ab'"), QString(32, u'x'), QStringLiteral("SHEET1")};
+    const QString bad[] = {
+        QString(),         "a[b",   "a]b", "a:b", "a*b", "a?b", "a/b", "a\\b", "'ab", "ab'",
+        QString(32, u'x'), "SHEET1"};
     for (const QString &name : bad) {
         SCOPED_TRACE(name.toStdString());
         try {
@@ -156,13 +153,12 @@ TEST(XlsxWorkbook, SheetNamesFollowExcelRules)
         }
     }
     added.setName(QString(31, u'表'));
-    added.setName(QStringLiteral("财务数据欠收表"));
-    added.setCellValue(1, 1, QStringLiteral("x"));
-    EXPECT_EQ(book->worksheet(QStringLiteral("财务数据欠收表")), &added);
+    added.setName("财务数据欠收表");
+    added.setCellValue(1, 1, "x");
+    EXPECT_EQ(book->worksheet("财务数据欠收表"), &added);
     EXPECT_THROW(book->worksheet(3), xlsx::Error);
     book->save();
-    EXPECT_EQ(dumpWorkbook(path)[QStringLiteral("sheets")].toArray(),
-              (QJsonArray{QStringLiteral("Sheet1"), QStringLiteral("财务数据欠收表")}));
+    EXPECT_EQ(dumpWorkbook(path)["sheets"].toArray(), (QJsonArray{"Sheet1", "财务数据欠收表"}));
 }
 
 TEST(XlsxWorkbook, SheetsFinishedBeforeTheSaveReadBackWhole)
