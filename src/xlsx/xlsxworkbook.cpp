@@ -448,21 +448,21 @@ QByteArray Workbook::originalPart(const Worksheet &sheet) const
 
 void Workbook::sheetRenamed(Worksheet &sheet)
 {
-    for (const SheetTag &tag : sheetTags(m_workbookXml, m_relPrefix)) {
-        if (tag.relId != m_relIds.value(&sheet))
-            continue;
-        qsizetype p = tag.begin;
-        XmlTag t;
-        XmlText::nextTag(m_workbookXml, p, t);
-        const QByteArray text = m_workbookXml.mid(t.begin, t.end - t.begin);
-        m_workbookXml.replace(t.begin, t.end - t.begin,
-                              XmlText::setAttribute(text, "name", sheet.name().toUtf8()));
-        m_partsDirty = true;
-        return;
-    }
+    editSheetTag(sheet, [&sheet](const QByteArray &tag) {
+        return XmlText::setAttribute(tag, "name", sheet.name().toUtf8());
+    });
 }
 
 void Workbook::sheetVisibilityChanged(Worksheet &sheet)
+{
+    editSheetTag(sheet, [&sheet](const QByteArray &tag) {
+        return sheet.isVisible() ? XmlText::removeAttribute(tag, "state")
+                                 : XmlText::setAttribute(tag, "state", "hidden");
+    });
+}
+
+void Workbook::editSheetTag(const Worksheet &sheet,
+                            const std::function<QByteArray(const QByteArray &)> &edit)
 {
     for (const SheetTag &tag : sheetTags(m_workbookXml, m_relPrefix)) {
         if (tag.relId != m_relIds.value(&sheet))
@@ -470,10 +470,8 @@ void Workbook::sheetVisibilityChanged(Worksheet &sheet)
         qsizetype p = tag.begin;
         XmlTag t;
         XmlText::nextTag(m_workbookXml, p, t);
-        const QByteArray text = m_workbookXml.mid(t.begin, t.end - t.begin);
         m_workbookXml.replace(t.begin, t.end - t.begin,
-                              sheet.isVisible() ? XmlText::removeAttribute(text, "state")
-                                                : XmlText::setAttribute(text, "state", "hidden"));
+                              edit(m_workbookXml.mid(t.begin, t.end - t.begin)));
         m_partsDirty = true;
         return;
     }

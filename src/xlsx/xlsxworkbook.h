@@ -11,6 +11,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -71,6 +72,9 @@ private:
     void loadNew();
     void readParts();
     void prepareParts();
+    // The worksheet's <sheet> element in workbook.xml, replaced by edit(element).
+    void editSheetTag(const Worksheet &sheet,
+                      const std::function<QByteArray(const QByteArray &)> &edit);
     void writeSheetPart(Worksheet &sheet, bool longBeforeSave);
     void readSharedStrings();
     void addPart(const QString &part, const char *relType, const char *contentType);

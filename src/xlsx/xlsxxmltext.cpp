@@ -143,17 +143,12 @@ std::optional<QByteArrayView> XmlText::rawAttribute(QByteArrayView tagText, QByt
 
 std::optional<QByteArray> XmlText::attribute(QByteArrayView tagText, QByteArrayView name)
 {
-    char quote = '"';
-    const qsizetype q = findAttribute(tagText, name, quote);
-    if (q < 0)
+    const std::optional<QByteArrayView> raw = rawAttribute(tagText, name);
+    if (!raw)
         return std::nullopt;
-    const qsizetype close = tagText.indexOf(quote, q + 1);
-    if (close < 0)
-        return std::nullopt;
-    QByteArrayView raw = tagText.sliced(q + 1, close - q - 1);
-    if (!raw.contains('&'))
-        return raw.toByteArray();
-    return unescape(raw).toUtf8();
+    if (!raw->contains('&'))
+        return raw->toByteArray();
+    return unescape(*raw).toUtf8();
 }
 
 QByteArray XmlText::setAttribute(QByteArrayView tagText, QByteArrayView name, QByteArrayView value)
