@@ -132,16 +132,6 @@ QString Field::text() const
         switch (type) {
         case QMetaType::Bool:
             return m_value.toBool() ? QStringLiteral("1") : QStringLiteral("0");
-        case QMetaType::Int:
-        case QMetaType::UInt:
-        case QMetaType::LongLong:
-        case QMetaType::ULongLong:
-        case QMetaType::Short:
-        case QMetaType::UShort:
-        case QMetaType::Char:
-        case QMetaType::UChar:
-        case QMetaType::SChar:
-            return m_value.toString();
         case QMetaType::Double:
         case QMetaType::Float:
             return numberText(m_value.toDouble());

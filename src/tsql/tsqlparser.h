@@ -192,6 +192,8 @@ class TsqlParser {
     TsqlStatement insert();
     TsqlStatement update();
     TsqlStatement deleteStatement();
+    const TsqlTable *enterSingleTable();
+    TsqlStatement leaveSingleTable(QString sql);
 
     // ---- CREATE, DROP (tsqlparserddl.cpp) ------------------------------
 

@@ -75,10 +75,7 @@ TsqlStatement TsqlParser::insert()
 TsqlStatement TsqlParser::update()
 {
     expectKw("UPDATE");
-    const TsqlToken at = peek();
-    const TsqlTable *table = tableNamed(objectName(), at);
-    m_scope = {ScopeEntry{table->name, table}};
-    m_qualify = false;
+    const TsqlTable *table = enterSingleTable();
     expectKw("SET");
     QStringList sets;
     do {
@@ -93,26 +90,30 @@ TsqlStatement TsqlParser::update()
             v = dateOperand(v);
         sets << quoteName(table->columns.at(index).name) + QLatin1String(" = ") + v.sql;
     } while (acceptSym(","));
-    QString sql = QStringLiteral("UPDATE ") + quoteName(table->name) + QLatin1String(" SET ") +
-                  sets.join(QLatin1String(", "));
-    if (acceptKw("WHERE"))
-        sql += QLatin1String(" WHERE ") + expr().sql;
-    m_qualify = true;
-    m_scope.clear();
-    TsqlStatement st;
-    st.sql = sql;
-    return st;
+    return leaveSingleTable(QStringLiteral("UPDATE ") + quoteName(table->name) +
+                            QLatin1String(" SET ") + sets.join(QLatin1String(", ")));
 }
 
 TsqlStatement TsqlParser::deleteStatement()
 {
     expectKw("DELETE");
     acceptKw("FROM");
+    const TsqlTable *table = enterSingleTable();
+    return leaveSingleTable(QStringLiteral("DELETE FROM ") + quoteName(table->name));
+}
+
+// UPDATE and DELETE name one table, whose columns are written unqualified.
+const TsqlTable *TsqlParser::enterSingleTable()
+{
     const TsqlToken at = peek();
     const TsqlTable *table = tableNamed(objectName(), at);
     m_scope = {ScopeEntry{table->name, table}};
     m_qualify = false;
-    QString sql = QStringLiteral("DELETE FROM ") + quoteName(table->name);
+    return table;
+}
+
+TsqlStatement TsqlParser::leaveSingleTable(QString sql)
+{
     if (acceptKw("WHERE"))
         sql += QLatin1String(" WHERE ") + expr().sql;
     m_qualify = true;
