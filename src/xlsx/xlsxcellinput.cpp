@@ -1,6 +1,7 @@
 #include "xlsx/xlsxcellinput.h"
 
 #include <QDate>
+#include <QTime>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
@@ -47,6 +48,10 @@ bool parseNumber(const QString &text, double &value)
     }
     if (digits == 0)
         return false;
+    // A longer digit string is an identifier, not an amount: as a number its
+    // last digits would be lost.
+    if (significant > 15 && !point && (i == end || (text[i] != u'e' && text[i] != u'E')))
+        return false;
     if (i < end && (text[i] == u'e' || text[i] == u'E')) {
         buf[n++] = 'e';
         ++i;
@@ -85,8 +90,22 @@ int readInt(const QString &text, qsizetype &i, int minDigits, int maxDigits)
     return count >= minDigits ? value : -1;
 }
 
+QDate firstDay(CellInput::DateSystem dates)
+{
+    return dates == CellInput::DateSystem::From1904 ? QDate(1904, 1, 1) : QDate(1900, 1, 1);
+}
+
+double serialOf(const QDate &date, CellInput::DateSystem dates)
+{
+    if (dates == CellInput::DateSystem::From1904)
+        return double(QDate(1904, 1, 1).daysTo(date));
+    // Serial numbers count Excel's phantom 1900-02-29.
+    const double serial = double(QDate(1899, 12, 30).daysTo(date));
+    return date < QDate(1900, 3, 1) ? serial - 1 : serial;
+}
+
 // yyyy-m-d or yyyy/m/d, optionally followed by h:mm or h:mm:ss.
-bool parseDate(const QString &text, double &serial, bool &hasTime)
+bool parseDate(const QString &text, CellInput::DateSystem dates, double &serial, bool &hasTime)
 {
     qsizetype i = 0;
     const int year = readInt(text, i, 4, 4);
@@ -102,12 +121,9 @@ bool parseDate(const QString &text, double &serial, bool &hasTime)
     ++i;
     const int day = readInt(text, i, 1, 2);
     const QDate date(year, month, day);
-    if (day < 0 || !date.isValid())
+    if (day < 0 || !date.isValid() || date < firstDay(dates))
         return false;
-    // Serial numbers count Excel's phantom 1900-02-29.
-    serial = double(QDate(1899, 12, 30).daysTo(date));
-    if (date < QDate(1900, 3, 1))
-        serial -= 1;
+    serial = serialOf(date, dates);
     hasTime = false;
     if (i == text.size())
         return true;
@@ -138,7 +154,7 @@ bool parseDate(const QString &text, double &serial, bool &hasTime)
 
 } // namespace
 
-CellInput CellInput::interpret(const QString &text)
+CellInput CellInput::interpret(const QString &text, DateSystem dates)
 {
     CellInput input;
     if (text.isEmpty())
@@ -156,7 +172,7 @@ CellInput CellInput::interpret(const QString &text)
             return input;
         }
         bool hasTime = false;
-        if (first != u' ' && parseDate(text, input.number, hasTime)) {
+        if (first != u' ' && parseDate(text, dates, input.number, hasTime)) {
             input.kind = hasTime ? Kind::DateTime : Kind::Date;
             return input;
         }
@@ -164,6 +180,24 @@ CellInput CellInput::interpret(const QString &text)
     input.kind = Kind::Text;
     input.text = text;
     return input;
+}
+
+QString CellInput::displayText(Kind kind, double number, DateSystem dates)
+{
+    if (kind == Kind::Number)
+        return QString::number(number, 'g', 15);
+    if (kind != Kind::Date && kind != Kind::DateTime)
+        return {};
+    const double day = std::floor(number);
+    QDate date = dates == DateSystem::From1904 ? QDate(1904, 1, 1).addDays(qint64(day))
+                                               : QDate(1899, 12, 30).addDays(qint64(day));
+    if (dates == DateSystem::From1900 && day < 60)
+        date = date.addDays(1);
+    if (kind == Kind::Date)
+        return date.toString(QStringLiteral("yyyy-MM-dd"));
+    const int seconds = int(std::lround((number - day) * 86400));
+    return date.toString(QStringLiteral("yyyy-MM-dd ")) +
+           QTime(0, 0).addSecs(seconds).toString(QStringLiteral("HH:mm:ss"));
 }
 
 } // namespace quorvale::xlsx

@@ -3,7 +3,8 @@
 #include "xlsx/xlsxbytesink.h"
 #include "xlsx/xlsxdeflater.h"
 #include "xlsx/xlsxerror.h"
-#include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxpartcheck.h"
+#include "xlsx/xlsxpartverifier.h"
 
 #include <QDir>
 #include <QFile>
@@ -30,11 +31,7 @@ constexpr int CompressionLevel = 1;
                            .arg(Package::displayName(path)));
 }
 
-// Any real workbook's parts stay far below these; a part beyond them is a
-// damaged or hostile file.
 constexpr quint64 MaxParsedPartSize = quint64(1) << 30;
-constexpr quint64 RatioCheckedFrom = quint64(100) << 20;
-constexpr quint64 MaxCompressionRatio = 500;
 // Generated parts at least this large (compressed) are spooled until the save.
 constexpr qsizetype SpoolFrom = 256 * 1024;
 
@@ -94,11 +91,22 @@ std::unique_ptr<Package> Package::openFile(const QString &path)
         entry.original = true;
         if (entry.name.isEmpty() || entry.name.endsWith(u'/'))
             continue;
+        // Part names are compared ignoring case: two that differ only in
+        // case make no valid package, and either could be the one meant.
+        const auto twin = package->m_index.constFind(entry.name.toLower());
+        if (twin != package->m_index.cend())
+            damagedPart(path, entry.name,
+                        QStringLiteral("与部分“%1”的名称只有大小写不同")
+                            .arg(package->m_entries[*twin].name));
         package->m_index.insert(entry.name.toLower(), package->m_entries.size());
         package->m_entries.push_back(std::move(entry));
     }
     if (zip.getZipError() != UNZ_OK || package->m_entries.empty())
         notAWorkbook(path);
+    QStringList names;
+    for (const Entry &entry : package->m_entries)
+        names.append(entry.name);
+    package->m_verifier = std::make_unique<PartVerifier>(package->m_bytes, names);
     return package;
 }
 
@@ -145,11 +153,7 @@ QByteArray Package::readOriginal(const QString &name) const
         notAWorkbook(m_path);
     // A part is expanded in memory to be parsed: a zip bomb is refused before
     // it is, and the declared size is not trusted while reading either.
-    const bool tooLarge = info.uncompressedSize > MaxParsedPartSize;
-    const bool bomb = info.uncompressedSize > RatioCheckedFrom &&
-                      info.uncompressedSize > MaxCompressionRatio * std::max<quint64>(
-                                                  info.compressedSize, 1);
-    if (tooLarge || bomb)
+    if (PartVerifier::isTooLarge(info.uncompressedSize, info.compressedSize))
         partTooLarge(entry->name, info.uncompressedSize);
     QuaZipFile file(m_reader.get());
     if (!file.open(QIODevice::ReadOnly))
@@ -169,6 +173,8 @@ QByteArray Package::readOriginal(const QString &name) const
         content.append(chunk, n);
     }
     file.close();
+    if (file.getZipError() == UNZ_CRCERROR)
+        damagedPart(m_path, entry->name, QStringLiteral("内容与压缩包记录的校验和不符"));
     if (file.getZipError() != UNZ_OK)
         notAWorkbook(m_path);
     return content;
@@ -225,6 +231,14 @@ void Package::remove(const QString &name)
 
 void Package::write(QIODevice &out, const QString &target) const
 {
+    // Parts copied as they are must be sound, or the result is damaged too.
+    if (m_verifier) {
+        const PartVerifier::Damage damage = m_verifier->firstDamaged();
+        if (damage.tooLarge)
+            partTooLarge(damage.part, damage.tooLarge);
+        if (!damage.part.isEmpty())
+            damagedPart(m_path, damage.part, QStringLiteral("内容与压缩包记录的校验和不符"));
+    }
     const QString shown = displayName(target);
     auto fail = [&](const QString &why) {
         throw Error(ErrorNumber::PathFileAccessError,

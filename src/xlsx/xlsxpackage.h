@@ -18,6 +18,7 @@ class QuaZip;
 namespace quorvale::xlsx {
 
 class ByteSink;
+class PartVerifier;
 
 // The zip container of a workbook. Entries that nobody replaces are copied
 // raw (still compressed) so they survive byte-for-byte.
@@ -76,6 +77,7 @@ private:
     std::vector<Entry> m_entries;
     QHash<QString, size_t> m_index; // lower-case name -> entry
     std::unique_ptr<PartSpool> m_spool;
+    std::unique_ptr<PartVerifier> m_verifier;
 };
 
 } // namespace quorvale::xlsx

@@ -1,12 +1,15 @@
 #include "xlsx/xlsxsharedstrings.h"
 
 #include "xlsx/xlsxbytesink.h"
+#include "xlsx/xlsxvocabulary.h"
 #include "xlsx/xlsxxmltext.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace quorvale::xlsx {
+
+SharedStrings::SharedStrings(const Vocabulary &vocabulary) : m_namespace(vocabulary.main) {}
 
 SharedStrings::SharedStrings(QByteArray existingXml) : m_xml(std::move(existingXml))
 {
@@ -118,8 +121,9 @@ void SharedStrings::write(ByteSink &sink) const
     const QByteArray siEnd = "</" + m_prefix + "t></" + m_prefix + "si>";
     if (m_rootBegin < 0) {
         sink.append("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-                    "<sst xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
-                    "uniqueCount=\"");
+                    "<sst xmlns=\"");
+        sink.append(m_namespace);
+        sink.append("\" uniqueCount=\"");
         sink.append(total);
         sink.append("\">");
     } else {

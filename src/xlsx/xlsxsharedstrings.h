@@ -9,16 +9,20 @@
 namespace quorvale::xlsx {
 
 class ByteSink;
+struct Vocabulary;
 
 // The shared string table. Repeated report texts (office, building, fee
 // names) are stored once, which keeps the sheet XML and its compression
 // small. Existing entries are kept as they are; new ones are appended.
 class SharedStrings {
 public:
-    SharedStrings() = default;
+    // A new table in the workbook's vocabulary.
+    explicit SharedStrings(const Vocabulary &vocabulary);
     explicit SharedStrings(QByteArray existingXml);
 
     quint32 add(const QString &text);
+    // The text of an index add() returned.
+    QStringView added(quint32 index) const { return m_added[index - m_existing]; }
     bool isModified() const { return !m_added.empty(); }
     // Entries the table had when it was read.
     quint32 existingCount() const { return m_existing; }
@@ -26,6 +30,7 @@ public:
 
 private:
     QByteArray m_xml;
+    QByteArray m_namespace; // of a new table
     QByteArray m_prefix;
     qsizetype m_rootBegin = -1, m_rootStartEnd = -1, m_closeBegin = -1;
     quint32 m_existing = 0;

@@ -1,10 +1,31 @@
 #include "xlsx/xlsxsheetdata.h"
 
 #include "xlsx/xlsxsharedstrings.h"
+#include "xlsx/xlsxxmltext.h"
 
 #include <algorithm>
 
 namespace quorvale::xlsx {
+
+std::optional<CellRange> CellRange::parse(QByteArrayView ref)
+{
+    const qsizetype colon = ref.indexOf(':');
+    CellRange r{};
+    if (!XmlText::parseCellRef(colon < 0 ? ref : ref.first(colon), r.row1, r.col1))
+        return std::nullopt;
+    r.row2 = r.row1;
+    r.col2 = r.col1;
+    if (colon >= 0 && !XmlText::parseCellRef(ref.sliced(colon + 1), r.row2, r.col2))
+        return std::nullopt;
+    return CellRange{std::min(r.row1, r.row2), std::min(r.col1, r.col2), std::max(r.row1, r.row2),
+                     std::max(r.col1, r.col2)};
+}
+
+QByteArray CellRange::ref() const
+{
+    const QByteArray first = XmlText::cellRef(row1, col1);
+    return row1 == row2 && col1 == col2 ? first : first + ':' + XmlText::cellRef(row2, col2);
+}
 
 CellRecord &SheetData::cellAt(int row, int col)
 {
@@ -34,14 +55,34 @@ void SheetData::setCell(int row, int col, const CellInput &input, SharedStrings 
         cell.string = strings.add(input.text);
 }
 
-bool SheetData::hasCell(int row, int col) const
+const CellRecord *SheetData::find(int row, int col) const
 {
     const auto found = rows.find(row);
     if (found == rows.end())
-        return false;
+        return nullptr;
     const auto &cells = found->second;
-    return std::binary_search(cells.begin(), cells.end(), CellRecord{0, 0, quint16(col), {}},
-                              [](const CellRecord &a, const CellRecord &b) { return a.col < b.col; });
+    const auto it = std::lower_bound(cells.begin(), cells.end(), quint16(col),
+                                     [](const CellRecord &r, quint16 v) { return r.col < v; });
+    return it != cells.end() && it->col == col ? &*it : nullptr;
+}
+
+CellRange SheetData::bounds() const
+{
+    CellRange b{0, 0, 0, 0};
+    auto include = [&b](const CellRange &r) {
+        if (b.row1 == 0) {
+            b = r;
+            return;
+        }
+        b = {std::min(b.row1, r.row1), std::min(b.col1, r.col1), std::max(b.row2, r.row2),
+             std::max(b.col2, r.col2)};
+    };
+    for (const auto &[row, cells] : rows)
+        if (!cells.empty())
+            include({row, cells.front().col, row, cells.back().col});
+    for (const CellRange &r : clears)
+        include(r);
+    return b;
 }
 
 void SheetData::clearCell(int row, int col)

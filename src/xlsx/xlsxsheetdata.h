@@ -2,7 +2,9 @@
 
 #include "xlsx/xlsxcellinput.h"
 
+#include <QByteArray>
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace quorvale::xlsx {
@@ -35,6 +37,13 @@ struct CellRange {
     {
         return row1 <= o.row2 && o.row1 <= row2 && col1 <= o.col2 && o.col1 <= col2;
     }
+    bool contains(int row, int col) const
+    {
+        return row >= row1 && row <= row2 && col >= col1 && col <= col2;
+    }
+    // "B2:D5" or "B2"; nullopt for anything else.
+    static std::optional<CellRange> parse(QByteArrayView ref);
+    QByteArray ref() const;
 };
 
 // Everything written to one worksheet since it was opened.
@@ -42,7 +51,11 @@ class SheetData {
 public:
     void setCell(int row, int col, const CellInput &input, SharedStrings &strings);
     void clearCell(int row, int col);
-    bool hasCell(int row, int col) const;
+    bool hasCell(int row, int col) const { return find(row, col) != nullptr; }
+    const CellRecord *find(int row, int col) const;
+    // The smallest range holding every written and every cleared cell;
+    // row1 == 0 when there is none.
+    CellRange bounds() const;
     bool isEmpty() const
     {
         return rows.empty() && formats.empty() && widths.empty() && merges.empty() &&

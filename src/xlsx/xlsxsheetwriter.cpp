@@ -2,8 +2,9 @@
 
 #include "xlsx/xlsxbytesink.h"
 #include "xlsx/xlsxerror.h"
+#include "xlsx/xlsxreplacedformulas.h"
 #include "xlsx/xlsxsheetdata.h"
-#include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxvocabulary.h"
 #include "xlsx/xlsxxmltext.h"
 
 #include <algorithm>
@@ -72,32 +73,35 @@ double storedWidth(double chars)
     return std::trunc(pixels / digit * 256) / 256;
 }
 
-bool hasFormula(QByteArrayView cell, QByteArrayView open)
+// Whether a cell of the range is one the export writes.
+bool coversWrittenCell(const SheetData &data, const CellRange &range)
 {
-    for (qsizetype p = cell.indexOf(open); p >= 0; p = cell.indexOf(open, p + 1)) {
-        const char next = p + open.size() < cell.size() ? cell[p + open.size()] : 0;
-        if (next == '>' || next == ' ' || next == '/')
-            return true;
-    }
+    for (auto it = data.rows.lower_bound(range.row1); it != data.rows.end() && it->first <= range.row2;
+         ++it)
+        for (const CellRecord &cell : it->second)
+            if (cell.col >= range.col1 && cell.col <= range.col2)
+                return true;
     return false;
 }
 
 } // namespace
 
-QByteArray SheetWriter::emptySheetXml()
+QByteArray SheetWriter::emptySheetXml(const Vocabulary &vocabulary)
 {
-    return QByteArrayLiteral(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
-        "<worksheet xmlns=\"http://schemas.openxmlformats.org/spreadsheetml/2006/main\" "
-        "xmlns:r=\"http://schemas.openxmlformats.org/officeDocument/2006/relationships\">"
-        "<dimension ref=\"A1\"/><sheetViews><sheetView workbookViewId=\"0\"/></sheetViews>"
-        "<sheetFormatPr defaultRowHeight=\"15\"/><sheetData/>"
-        "<pageMargins left=\"0.7\" right=\"0.7\" top=\"0.75\" bottom=\"0.75\" header=\"0.3\" "
-        "footer=\"0.3\"/></worksheet>");
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
+           "<worksheet xmlns=\"" +
+           QByteArray(vocabulary.main) + "\" xmlns:r=\"" + vocabulary.relationships +
+           "\"><dimension ref=\"A1\"/><sheetViews><sheetView workbookViewId=\"0\"/></sheetViews>"
+           "<sheetFormatPr defaultRowHeight=\"15\"/><sheetData/>"
+           "<pageMargins left=\"0.7\" right=\"0.7\" top=\"0.75\" bottom=\"0.75\" header=\"0.3\" "
+           "footer=\"0.3\"/></worksheet>";
 }
 
-SheetWriter::SheetWriter(const SheetData &data, StyleSheet &styles, QByteArray original)
-    : m_data(data), m_styles(styles), m_xml(original.isEmpty() ? emptySheetXml() : original)
+SheetWriter::SheetWriter(const SheetData &data, StyleSheet &styles, QByteArray original,
+                         const Vocabulary &vocabulary, QString sheetName)
+    : m_data(data), m_styles(styles),
+      m_xml(original.isEmpty() ? emptySheetXml(vocabulary) : original),
+      m_sheetName(std::move(sheetName))
 {
 }
 
@@ -120,7 +124,7 @@ void SheetWriter::write(ByteSink &out)
     if (!XmlText::nextTag(xml, pos, root) || root.localName() != "worksheet" || root.selfClosing)
         badSheet();
     m_prefix = root.prefix().toByteArray();
-    m_formulaOpen = "<" + m_prefix + "f";
+    m_formulas = std::make_unique<ReplacedFormulas>(m_prefix, m_data.clears, m_sheetName);
     out.append(xml.first(root.end));
     qsizetype copied = root.end;
     XmlTag child;
@@ -164,8 +168,10 @@ void SheetWriter::write(ByteSink &out)
         } else if (local == "sheetData") {
             writeSheetData(out, xml.sliced(child.begin, child.end - child.begin), child.end,
                            contentEnd);
-        } else if (local == "mergeCells" && (!m_data.merges.empty() || !m_data.clears.empty())) {
+        } else if (local == "mergeCells") {
             writeMergeCells(out, element);
+        } else if (local == "hyperlinks") {
+            writeHyperlinks(out, element);
         } else {
             out.append(element);
         }
@@ -306,6 +312,7 @@ void SheetWriter::writeMergeCells(ByteSink &out, QByteArrayView original)
                                    [&](const CellRange &r) { return r.intersects(range); });
         overlaps = overlaps || std::any_of(m_data.clears.begin(), m_data.clears.end(),
                                            [&](const CellRange &r) { return r.intersects(range); });
+        overlaps = overlaps || coversWrittenCell(m_data, range);
         if (!overlaps)
             kept.push_back(text.toByteArray());
     }
@@ -319,6 +326,47 @@ void SheetWriter::writeMergeCells(ByteSink &out, QByteArrayView original)
     for (const QByteArray &k : kept)
         out.append(k);
     out.append("</" + m_prefix + "mergeCells>");
+}
+
+void SheetWriter::writeHyperlinks(ByteSink &out, QByteArrayView original)
+{
+    // A link on a written or cleared cell would point at the old content.
+    std::vector<QByteArrayView> kept;
+    qsizetype pos = 0;
+    XmlTag tag;
+    XmlText::nextTag(original, pos, tag);
+    const QByteArrayView start = original.first(tag.end);
+    bool removed = false;
+    while (!start.endsWith("/>") && XmlText::nextTag(original, pos, tag)) {
+        if (tag.closing)
+            continue;
+        const qsizetype end = XmlText::elementEnd(original, tag);
+        if (end < 0)
+            badSheet();
+        const QByteArrayView element = original.sliced(tag.begin, end - tag.begin);
+        const auto range = CellRange::parse(
+            XmlText::attribute(element.first(tag.end - tag.begin), "ref").value_or(QByteArray()));
+        const bool over = range && (coversWrittenCell(m_data, *range) ||
+                                    std::any_of(m_data.clears.begin(), m_data.clears.end(),
+                                                [&](const CellRange &r) {
+                                                    return r.intersects(*range);
+                                                }));
+        if (over)
+            removed = true;
+        else
+            kept.push_back(element);
+        pos = end;
+    }
+    if (!removed) {
+        out.append(original);
+        return;
+    }
+    if (kept.empty()) // an empty list of links is not allowed
+        return;
+    out.append(start);
+    for (QByteArrayView element : kept)
+        out.append(element);
+    out.append("</" + m_prefix + "hyperlinks>");
 }
 
 void SheetWriter::writeSheetData(ByteSink &out, QByteArrayView startTag, qsizetype contentBegin,
@@ -441,7 +489,7 @@ void SheetWriter::writeRow(ByteSink &out, int row, QByteArrayView original)
     }
     if (rowFormatted) {
         StyleRequest request;
-        request.baseXf = rowCustom ? rowXf : 0;
+        request.baseXf = rowCustom ? rowXf : StyleRequest::OwnBase;
         for (const FormatOp *op : m_rowOps) {
             if (!op->wholeRows)
                 continue;
@@ -502,19 +550,26 @@ void SheetWriter::writeRow(ByteSink &out, int row, QByteArrayView original)
             break;
         const CellRecord *mine = uc == col ? &ours[ourIndex] : nullptr;
         QByteArrayView theirs = origCol == col ? origCell : QByteArrayView();
+        QByteArray spelt;
         const bool wiped = !theirs.isEmpty() && m_data.isCleared(row, col);
-        if (wiped) {
-            if (hasFormula(theirs, m_formulaOpen))
-                m_overwroteFormulas = true;
-            theirs = {};
+        if (!theirs.isEmpty() && (mine || wiped)) {
+            m_formulas->replaced(row, col, theirs);
+            if (wiped)
+                theirs = {};
+        } else if (!theirs.isEmpty() && m_formulas->anySharedLost()) {
+            spelt = m_formulas->spelledOut(row, col, theirs);
+            if (!spelt.isEmpty())
+                theirs = spelt;
         }
         quint32 base;
         if (!theirs.isEmpty())
             base = quint32(std::max(0, intAttribute(theirs.first(theirs.indexOf('>') + 1), "s", 0)));
         else if (rowCustom)
             base = rowXf;
+        else if (const quint32 style = m_columns.empty() ? 0 : columnStyle(col))
+            base = style;
         else
-            base = m_columns.empty() ? 0 : columnStyle(col);
+            base = StyleRequest::OwnBase;
         writeCell(out, col, mine, theirs, base);
         if (mine)
             ++ourIndex;
@@ -574,8 +629,6 @@ void SheetWriter::writeCell(ByteSink &out, int col, const CellRecord *ours,
         }
         return;
     }
-    if (!original.isEmpty() && hasFormula(original, m_formulaOpen))
-        m_overwroteFormulas = true;
     const char *type = nullptr;
     switch (ours->kind) {
     case CellInput::Kind::Empty: break;

@@ -23,6 +23,7 @@ class Package;
 class SharedStrings;
 class StyleSheet;
 class Worksheet;
+class WorkbookXml;
 
 // An .xlsx workbook edited in memory and written back on save(). Parts the
 // export does not touch are carried over byte-for-byte. Errors are
@@ -30,6 +31,8 @@ class Worksheet;
 class Workbook {
 public:
     // A new workbook with one sheet "Sheet1"; nothing is written until save().
+    // Its type follows the path's extension: .xlsm is macro-enabled, .xltx
+    // and .xltm are templates, anything else a plain workbook.
     static std::unique_ptr<Workbook> create(const QString &path);
     // Fails for a missing file, a legacy .xls, a corrupt or foreign file.
     static std::unique_ptr<Workbook> open(const QString &path);
@@ -38,6 +41,11 @@ public:
     Workbook &operator=(const Workbook &) = delete;
 
     QString path() const { return m_path; }
+    // Whether date serials count from 1904 (workbooks made on old Macs).
+    bool usesDate1904() const;
+    // What was written differently from what was asked (a text cut to
+    // Excel's cell limit), one sentence each, naming sheet, row and column.
+    const QStringList &warnings() const { return m_warnings; }
 
     // Worksheets only (chart sheets are not counted), in tab order; 1-based.
     int worksheetCount() const { return int(m_sheets.size()); }
@@ -65,6 +73,7 @@ public:
     void sheetVisibilityChanged(Worksheet &sheet);
     SharedStrings &sharedStrings() { return *m_strings; }
     QByteArray originalPart(const Worksheet &sheet) const;
+    void warn(const QString &text);
 
 private:
     Workbook();
@@ -72,12 +81,11 @@ private:
     void loadNew();
     void readParts();
     void prepareParts();
-    // The worksheet's <sheet> element in workbook.xml, replaced by edit(element).
-    void editSheetTag(const Worksheet &sheet,
-                      const std::function<QByteArray(const QByteArray &)> &edit);
     void writeSheetPart(Worksheet &sheet, bool longBeforeSave);
     void readSharedStrings();
-    void addPart(const QString &part, const char *relType, const char *contentType);
+    // Lists a new part in the workbook's relationships and the content
+    // types; returns its relationship id.
+    QByteArray addPart(const QString &part, QByteArrayView relType, const char *contentType);
     void dropCalcChain();
     QString uniqueDefaultName() const;
 
@@ -91,11 +99,10 @@ private:
     QString m_stylesPart;
     QString m_stringsPart;
     QString m_calcChainPart;
-    QByteArray m_relPrefix; // prefix bound to the relationships namespace in workbook.xml
-    bool m_relNsDeclared = false;
     QHash<const Worksheet *, QByteArray> m_relIds;
     QStringList m_otherSheetNames; // chart and dialog sheets: names taken, not worksheets
-    QByteArray m_workbookXml;
+    std::unique_ptr<WorkbookXml> m_workbookXml;
+    QStringList m_warnings;
     QByteArray m_relsXml;
     QByteArray m_contentTypesXml;
     bool m_partsDirty = false;

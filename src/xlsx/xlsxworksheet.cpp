@@ -15,6 +15,8 @@ namespace {
 
 constexpr int MaxRows = 1048576;
 constexpr int MaxCols = 16384;
+// Excel opens a file with a longer cell text only after "repairing" it.
+constexpr qsizetype MaxCellText = 32767;
 
 void checkCell(int row, int col)
 {
@@ -125,7 +127,21 @@ void Worksheet::setCellValue(int row, int col, const QString &text)
     // A new sheet has nothing to clear: empty cells of a wide grid cost nothing.
     if (text.isEmpty() && m_isNew && !m_data->hasCell(row, col))
         return;
-    m_data->setCell(row, col, CellInput::interpret(text), m_book.sharedStrings());
+    CellInput input = CellInput::interpret(text, m_book.usesDate1904()
+                                                     ? CellInput::DateSystem::From1904
+                                                     : CellInput::DateSystem::From1900);
+    if (input.text.size() > MaxCellText) {
+        const qsizetype kept = input.text.at(MaxCellText - 1).isHighSurrogate() ? MaxCellText - 1
+                                                                                 : MaxCellText;
+        m_book.warn(QStringLiteral("工作表“%1”的单元格 %2 中的文字有 %3 个字符，超过 Excel "
+                                   "单元格最多 %4 个字符的限制，只写入了前 %5 个字符")
+                        .arg(m_name, QString::fromLatin1(XmlText::cellRef(row, col)))
+                        .arg(input.text.size())
+                        .arg(MaxCellText)
+                        .arg(kept));
+        input.text.truncate(kept);
+    }
+    m_data->setCell(row, col, input, m_book.sharedStrings());
 }
 
 void Worksheet::setColumnWidth(int col, double width)

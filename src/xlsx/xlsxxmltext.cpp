@@ -189,6 +189,101 @@ QByteArray XmlText::removeAttribute(QByteArrayView tagText, QByteArrayView name)
     return out;
 }
 
+static bool isXmlSpace(char c)
+{
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+void XmlText::forEachAttribute(
+    QByteArrayView tag, const std::function<void(QByteArrayView, QByteArrayView)> &visit)
+{
+    qsizetype i = 1;
+    while (i < tag.size() && !isNameEnd(tag[i]))
+        ++i;
+    for (;;) {
+        while (i < tag.size() && isXmlSpace(tag[i]))
+            ++i;
+        const qsizetype nameStart = i;
+        while (i < tag.size() && tag[i] != '=' && !isXmlSpace(tag[i]) && tag[i] != '/' &&
+               tag[i] != '>')
+            ++i;
+        if (i == nameStart)
+            return;
+        const QByteArrayView name = tag.sliced(nameStart, i - nameStart);
+        while (i < tag.size() && isXmlSpace(tag[i]))
+            ++i;
+        if (i >= tag.size() || tag[i] != '=')
+            return;
+        ++i;
+        while (i < tag.size() && isXmlSpace(tag[i]))
+            ++i;
+        if (i >= tag.size() || (tag[i] != '"' && tag[i] != '\''))
+            return;
+        const qsizetype close = tag.indexOf(tag[i], i + 1);
+        if (close < 0)
+            return;
+        visit(name, tag.sliced(i + 1, close - i - 1));
+        i = close + 1;
+    }
+}
+
+std::optional<QByteArray> XmlText::namespaceOf(QByteArrayView prefix, QByteArrayView tagText,
+                                               std::initializer_list<QByteArrayView> scope)
+{
+    const QByteArray declaration =
+        prefix.isEmpty() ? QByteArray("xmlns")
+                         : "xmlns:" + prefix.first(prefix.size() - 1).toByteArray();
+    std::optional<QByteArray> uri;
+    auto find = [&](QByteArrayView tag) {
+        if (!uri)
+            uri = attribute(tag, declaration);
+    };
+    find(tagText);
+    for (QByteArrayView tag : scope)
+        find(tag);
+    return uri;
+}
+
+std::optional<QByteArray> XmlText::prefixOf(QByteArrayView uri, QByteArrayView tagText,
+                                            std::initializer_list<QByteArrayView> scope)
+{
+    std::optional<QByteArray> prefix;
+    auto find = [&](QByteArrayView tag) {
+        forEachAttribute(tag, [&](QByteArrayView name, QByteArrayView value) {
+            if (prefix || value != uri)
+                return;
+            if (name == "xmlns")
+                prefix = QByteArray();
+            else if (name.startsWith("xmlns:"))
+                prefix = name.sliced(6).toByteArray() + ':';
+        });
+    };
+    find(tagText);
+    for (QByteArrayView tag : scope)
+        find(tag);
+    return prefix;
+}
+
+std::optional<QByteArray> XmlText::attributeIn(QByteArrayView tagText,
+                                               std::initializer_list<QByteArrayView> scope,
+                                               const std::function<bool(QByteArrayView)> &accepts,
+                                               QByteArrayView localName)
+{
+    std::optional<QByteArray> found;
+    forEachAttribute(tagText, [&](QByteArrayView name, QByteArrayView value) {
+        const qsizetype colon = name.indexOf(':');
+        if (found || colon < 0 || name.sliced(colon + 1) != localName ||
+            name.first(colon) == "xmlns")
+            return;
+        // Declarations on the tag itself are found by looking at it first.
+        const std::optional<QByteArray> uri =
+            namespaceOf(name.first(colon + 1), tagText, scope);
+        if (uri && accepts(*uri))
+            found = value.contains('&') ? unescape(value).toUtf8() : value.toByteArray();
+    });
+    return found;
+}
+
 QByteArray XmlText::escape(const QString &text)
 {
     QByteArray utf8 = text.toUtf8();

@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QString>
+#include <functional>
+#include <initializer_list>
 #include <optional>
 
 namespace quorvale::xlsx {
@@ -35,6 +37,24 @@ public:
     static QByteArray setAttribute(QByteArrayView tagText, QByteArrayView name,
                                    QByteArrayView value);
     static QByteArray removeAttribute(QByteArrayView tagText, QByteArrayView name);
+    // Every attribute of a start tag's text, as written (name qualified, value raw).
+    static void forEachAttribute(QByteArrayView tagText,
+                                 const std::function<void(QByteArrayView name,
+                                                          QByteArrayView rawValue)> &visit);
+    // Namespace URI bound to a prefix ("x:" or "" for the default namespace)
+    // by the tag itself or, failing that, by its enclosing tags (innermost
+    // first); nullopt when none binds it.
+    static std::optional<QByteArray> namespaceOf(QByteArrayView prefix, QByteArrayView tagText,
+                                                 std::initializer_list<QByteArrayView> scope = {});
+    // The prefix that a tag or its enclosing tags bind to the URI ("" for the
+    // default namespace, which attributes never take); nullopt when unbound.
+    static std::optional<QByteArray> prefixOf(QByteArrayView uri, QByteArrayView tagText,
+                                              std::initializer_list<QByteArrayView> scope = {});
+    // An attribute named by namespace and local name, whatever prefix the
+    // writer chose; `accepts` says which namespace URIs count.
+    static std::optional<QByteArray>
+    attributeIn(QByteArrayView tagText, std::initializer_list<QByteArrayView> scope,
+                const std::function<bool(QByteArrayView uri)> &accepts, QByteArrayView localName);
     static QByteArray escape(const QString &text);
     static QString unescape(QByteArrayView text);
     // Cell reference helpers: "AB12" <-> (row 12, column 28).

@@ -61,9 +61,12 @@ TEST(XlsxExisting, RewritesSheetInPlaceKeepingEverythingElse)
     ASSERT_EQ(book->worksheetCount(), 3);
     Worksheet *sheet = book->worksheet(Report);
     ASSERT_NE(sheet, nullptr);
-    writeBlock(*sheet, 3, 3); // covers the formula in C3
-    sheet->setColumnWidth(2, 20);
-    sheet->merge(1, 1, 1, 2);
+    const auto exportBlock = [](Worksheet &target) {
+        writeBlock(target, 3, 3); // covers the formula in C3
+        target.setColumnWidth(2, 20);
+        target.merge(1, 1, 1, 2);
+    };
+    exportBlock(*sheet);
     book->save();
     book->save(); // a second save merges into the sheet as opened again
 
@@ -113,7 +116,7 @@ TEST(XlsxExisting, RewritesSheetInPlaceKeepingEverythingElse)
 
     // Exporting again into the same sheet reuses the formats appended the first time.
     book = Workbook::open(path);
-    writeBlock(*book->worksheet(Report), 3, 3);
+    exportBlock(*book->worksheet(Report));
     book->save();
     const QJsonObject again = dumpWorkbook(path);
     EXPECT_EQ(entryText(again, "xl/styles.xml"), entryText(after, "xl/styles.xml"));

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "xlsx/xlsxvocabulary.h"
+
+#include <QByteArray>
+#include <QString>
+#include <functional>
+#include <vector>
+
+namespace quorvale::xlsx {
+
+// workbook.xml as text: its sheet list, its date system and the few edits an
+// export makes to it. Elements and attributes are found by namespace, so
+// whatever prefixes its writer chose (x:sheet, a relationships prefix
+// declared on each sheet element) are read and kept.
+class WorkbookXml {
+  public:
+    struct Sheet {
+        QByteArray relId;
+        QString name;
+        bool hidden = false;
+        int sheetId = 0;
+    };
+
+    // False from isValid() when the root is no workbook in a known vocabulary.
+    explicit WorkbookXml(QByteArray xml);
+
+    bool isValid() const { return m_vocabulary != nullptr; }
+    const Vocabulary &vocabulary() const { return *m_vocabulary; }
+    // Serial numbers count days from 1904-01-01 instead of 1899-12-30.
+    bool usesDate1904() const { return m_date1904; }
+    const QByteArray &xml() const { return m_xml; }
+
+    std::vector<Sheet> sheets() const;
+    // A new <sheet> right after the one whose relationship is `after` (or
+    // last); false when the workbook has no sheet list to put it in.
+    bool insertSheet(const QString &name, const QByteArray &relId, const QByteArray &after);
+    // Replaces the start tag of the sheet with the relationship id by edit(tag).
+    void editSheet(const QByteArray &relId,
+                   const std::function<QByteArray(const QByteArray &tag)> &edit);
+
+  private:
+    struct Found {
+        qsizetype begin, end, tagEnd;
+        Sheet sheet;
+        QByteArray prefix;
+    };
+    std::vector<Found> scan() const;
+
+    QByteArray m_xml;
+    const Vocabulary *m_vocabulary = nullptr;
+    bool m_date1904 = false;
+};
+
+} // namespace quorvale::xlsx
