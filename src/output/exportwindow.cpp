@@ -166,6 +166,7 @@ void ExportWindow::Config(FlexGrid *grid, const QString &templateName, const QSt
 bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString &templateName)
 {
     m_errorDescription.clear();
+    m_notes.clear();
     const QString path = m_text1[0]->text();
     if (path.isEmpty()) {
         MsgBox(kNeedFile, vb::OKOnly, exeName());
@@ -184,7 +185,10 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
         // borders round: the export fails before the workbook is touched.
         if (chosen.isEmpty())
             throw RuntimeError(kApplicationDefinedError, kNoColumnChosen);
-        writeGridToWorkbook(*grid, chosen, options);
+        m_notes = writeGridToWorkbook(*grid, chosen, options);
+        const QString renamed = renamedTargetNote(path, options.path);
+        if (!renamed.isEmpty())
+            m_notes.prepend(renamed);
         if (m_check1->isChecked()) {
             if (openWorkbookHook())
                 openWorkbookHook()(options.path);
@@ -258,8 +262,12 @@ void ExportWindow::exportClicked()
         MsgBox(kNeedTitle);
         return;
     }
-    if (To_Execl(m_source, m_text1[1]->text(), m_text1[2]->text()))
+    if (To_Execl(m_source, m_text1[1]->text(), m_text1[2]->text())) {
+        // What was written otherwise than asked is said before the window goes.
+        if (!m_notes.isEmpty())
+            MsgBox(m_notes.join(u'\n'), vb::Information);
         close();
+    }
     else
         MsgBox(kExportFailed + m_errorDescription, vb::Information);
 }

@@ -52,6 +52,9 @@ class ExportWindow : public QDialog {
     FlexGrid *Grid1() const { return m_grid1; }
     QLineEdit *Text1(int index) const { return m_text1.at(std::size_t(index)); }
     QString errorDescription() const { return m_errorDescription; }
+    // What the last successful export wrote otherwise than asked: another
+    // file name, a text cut to Excel's cell limit.
+    QStringList notes() const { return m_notes; }
 
     // The file dialog behind Command1: returns the chosen path, or "" when
     // cancelled. Tests install their own; nullptr restores the real dialog.
@@ -80,6 +83,7 @@ class ExportWindow : public QDialog {
     QString m_tagText;
     QPointer<FlexGrid> m_source;
     QString m_errorDescription;
+    QStringList m_notes;
     bool m_centred = false;
     bool m_unloaded = false;
 

@@ -3,11 +3,13 @@
 #include "output/headermerge.h"
 #include "output/workbooktarget.h"
 #include "runtime/outputset.h"
+#include "runtime/runtimeerror.h"
 #include "runtime/vb.h"
 #include "ui/flexgrid.h"
 #include "xlsx/xlsxworkbook.h"
 #include "xlsx/xlsxworksheet.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -41,18 +43,21 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     sheet.setVisible(true);
 
     const int columns = int(chosenColumns.size());
+    const int rows = grid.Rows();
     // A rewritten sheet shows exactly the new rows: the block an earlier
-    // export wrote (its header's columns, down to its last row) is wiped
-    // first; anything the user added to the right of it stays.
-    const xlsx::Worksheet::Extent before = sheet.originalExtent();
-    if (before.lastRow > 0)
-        sheet.clearRange(1, 1, before.lastRow, std::max({columns, before.headerColumns, 1}));
+    // export wrote (its header's columns, down to its last row) and the
+    // block written now are wiped first, with whatever lies on them
+    // (merges, links); anything the user added to the right of it stays.
+    if (!sheet.isNew()) {
+        const xlsx::Worksheet::Extent before = sheet.originalExtent();
+        sheet.clearRange(1, 1, std::max({before.lastRow, rows, 1}),
+                         std::max({columns, before.headerColumns, 1}));
+    }
 
     for (int k = 1; k <= columns; ++k)
         sheet.setColumnWidth(k, grid.ColWidth(chosenColumns[k - 1]) / kTwipsPerWidthUnit);
 
     const int textColumn = textColumnOf(variant);
-    const int rows = grid.Rows();
     for (int r = 0; r < rows; ++r) {
         for (int k = 1; k <= columns; ++k) {
             const int i = chosenColumns[k - 1];
@@ -85,14 +90,39 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     }
 }
 
-void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                         const ExportOptions &options)
+QStringList writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                                const ExportOptions &options)
 {
     WorkbookTarget target(options.path);
     target.writeGrid(grid, chosenColumns, options.variant, options.sheet);
     OutputSet outputs;
     target.stage(outputs);
     outputs.commit();
+    return target.warnings();
+}
+
+void checkWorkbookName(const QString &path)
+{
+    static const QStringList accepted{QStringLiteral("xlsx"), QStringLiteral("xlsm"),
+                                      QStringLiteral("xltx"), QStringLiteral("xltm")};
+    if (!accepted.contains(QFileInfo(path).suffix().toLower()))
+        throw RuntimeError(ErrorNumber::BadFileName,
+                           QStringLiteral("“%1”不是 Excel 工作簿的文件名：只能输出到 .xlsx、.xlsm、"
+                                          ".xltx 或 .xltm 文件（新文件名以 .xls 结尾或没有扩展名"
+                                          "时，写成 .xlsx 文件）")
+                               .arg(QDir::toNativeSeparators(path)));
+}
+
+QString renamedTargetNote(const QString &chosen, const QString &written)
+{
+    if (chosen == written)
+        return {};
+    const QString shown = QDir::toNativeSeparators(written);
+    if (QFileInfo(chosen).suffix().compare(QStringLiteral("xls"), Qt::CaseInsensitive) == 0)
+        return QStringLiteral("已保存为“%1”：.xls 是 Excel 97-2003 的旧格式，输出的是 .xlsx 格式的"
+                              "工作簿")
+            .arg(shown);
+    return QStringLiteral("已保存为“%1”").arg(shown);
 }
 
 QString exportTargetPath(const QString &chosen)

@@ -3,6 +3,7 @@
 #include "output/exportoptions.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 namespace quorvale {
@@ -23,8 +24,9 @@ class Workbook;
 // data block (rows 2 to the last written row, written columns only) in
 // 10.5 pt, so rows 2 and 3 keep 10 pt only outside the written columns.
 // A grid with two fixed rows gets its header merged (see headerMerges).
-void writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                         const ExportOptions &options);
+// Returns the warnings of the write (WorkbookTarget::warnings).
+QStringList writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
+                                const ExportOptions &options);
 
 // The same into a workbook already open (one save for several sheets). A
 // sheet that exists is rewritten: the block an earlier export wrote there is
@@ -36,5 +38,12 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
 // without extension, or with the legacy ".xls" that could only hold the old
 // binary format, gets ".xlsx" since that is what is written.
 QString exportTargetPath(const QString &chosen);
+// Only workbook names are written: .xlsx, .xlsm (macro-enabled) and the
+// templates .xltx and .xltm; anything else (.csv, .txt) throws RuntimeError
+// naming the accepted ones.
+void checkWorkbookName(const QString &path);
+// The sentence the export says when it writes another file than the chosen
+// name (a new .xls written as .xlsx); empty when they are the same.
+QString renamedTargetNote(const QString &chosen, const QString &written);
 
 } // namespace quorvale

@@ -25,16 +25,21 @@ decltype(auto) asRuntimeError(Code &&code)
 
 } // namespace
 
-QString excelOwnerFile(const QString &workbook)
+OpenElsewhere workbookOpenElsewhere(const QString &workbook)
 {
     const QFileInfo info(workbook);
     const QString name = info.fileName();
     // Excel names it "~$" + the file name, dropping the first two characters
-    // of longer names.
-    for (const QString &owner : {QStringLiteral("~$") + name, QStringLiteral("~$") + name.mid(2)}) {
-        const QString path = info.absoluteDir().filePath(owner);
+    // of longer names; LibreOffice ".~lock." + the name + "#". Saving over a
+    // workbook open in either loses our sheet at the program's next save.
+    const std::pair<QString, QString> locks[] = {
+        {QStringLiteral("Excel"), QStringLiteral("~$") + name},
+        {QStringLiteral("Excel"), QStringLiteral("~$") + name.mid(2)},
+        {QStringLiteral("LibreOffice"), QStringLiteral(".~lock.") + name + u'#'}};
+    for (const auto &[program, lock] : locks) {
+        const QString path = info.absoluteDir().filePath(lock);
         if (name.size() > 2 && QFileInfo(path).isFile())
-            return path;
+            return {program, path};
     }
     return {};
 }
@@ -49,12 +54,13 @@ WorkbookTarget::WorkbookTarget(QString path, const WriterLock::Waiting &waiting,
         throw RuntimeError(ErrorNumber::PathFileAccessError,
                            QStringLiteral("无法保存“%1”：文件夹“%2”不存在")
                                .arg(shown, QDir::toNativeSeparators(folder.absoluteFilePath())));
-    const QString owner = excelOwnerFile(m_path);
-    if (!owner.isEmpty())
+    checkWorkbookName(m_path);
+    const OpenElsewhere open = workbookOpenElsewhere(m_path);
+    if (!open.program.isEmpty())
         throw RuntimeError(ErrorNumber::PermissionDenied,
-                           QStringLiteral("无法保存“%1”：该工作簿正在 Excel 中打开（%2），请先在 "
-                                          "Excel 中关闭它")
-                               .arg(shown, QFileInfo(owner).fileName()));
+                           QStringLiteral("无法保存“%1”：该工作簿正在 %2 中打开（%3），请先在 "
+                                          "%2 中关闭它")
+                               .arg(shown, open.program, QFileInfo(open.lockFile).fileName()));
     m_lock = std::make_unique<WriterLock>(m_path, lockTimeout, waiting);
     // Read under the lock: what another writer saved while we waited is kept.
     m_book = asRuntimeError([&] {
@@ -73,6 +79,11 @@ void WorkbookTarget::writeGrid(const FlexGrid &grid, const QVector<int> &chosenC
         // Compressed at once: the next report's grid can then take the memory.
         m_book->finishSheet(*m_book->worksheet(sheet));
     });
+}
+
+QStringList WorkbookTarget::warnings() const
+{
+    return m_book->warnings();
 }
 
 void WorkbookTarget::stage(OutputSet &outputs)

@@ -39,6 +39,9 @@ class WorkbookTarget {
                    ExportVariant variant, const QString &sheet);
     // Writes the whole workbook into a new output of the set.
     void stage(OutputSet &outputs);
+    // What was written differently from what was asked, so far (a text cut
+    // to Excel's cell limit), one sentence each.
+    QStringList warnings() const;
 
   private:
     QString m_path;
@@ -46,8 +49,12 @@ class WorkbookTarget {
     std::unique_ptr<xlsx::Workbook> m_book;
 };
 
-// The name of the owner file Excel keeps beside a workbook it has open, when
-// there is one.
-QString excelOwnerFile(const QString &workbook);
+// The lock file a spreadsheet program keeps beside a workbook it has open:
+// Excel's owner file "~$NAME" or LibreOffice's ".~lock.NAME#".
+struct OpenElsewhere {
+    QString program; // empty when the workbook is not open
+    QString lockFile;
+};
+OpenElsewhere workbookOpenElsewhere(const QString &workbook);
 
 } // namespace quorvale

@@ -129,6 +129,13 @@ class WorkbookRun {
             progress.rows = rows;
             m_callbacks.progress(progress);
         };
+        // Several reports' warnings say which report they are about.
+        const auto warning = [&](const QString &text) {
+            if (m_callbacks.warning)
+                m_callbacks.warning(progress.total > 1 ? QStringLiteral("%1 · %2: %3").arg(
+                                                             progress.report, progress.office, text)
+                                                       : text);
+        };
         ReportParams params = reportParams(pair.report, m_request);
         params.officeCode = pair.officeCode;
         params.officeName = pair.officeName;
@@ -147,14 +154,6 @@ class WorkbookRun {
                 double width = 0;
                 for (int c = 0; c < grid.Cols(); ++c)
                     width += grid.ColWidth(c);
-                // Several reports' warnings say which report they are about.
-                const auto warning = [&](const QString &text) {
-                    if (m_callbacks.warning)
-                        m_callbacks.warning(progress.total > 1 ? QStringLiteral("%1 · %2: %3").arg(
-                                                                     progress.report,
-                                                                     progress.office, text)
-                                                               : text);
-                };
                 printForBatch(*pdf, pair.report, params, grid,
                               batchPageLayout(m_request.paper, m_request.orientation, width),
                               warning);
@@ -178,7 +177,10 @@ class WorkbookRun {
                 makeFolderFor(pair.workbook, m_request.xlsx);
                 m_target = std::make_unique<WorkbookTarget>(pair.workbook, m_callbacks.notice);
             }
+            const qsizetype earlier = m_target->warnings().size();
             m_target->writeGrid(grid, chosen, variant, pair.sheet);
+            for (const QString &text : m_target->warnings().mid(earlier))
+                warning(text);
         } catch (const RuntimeError &error) {
             // What is in the workbook now cannot be trusted: none of it is saved.
             if (pdf)

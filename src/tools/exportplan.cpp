@@ -1,6 +1,7 @@
 #include "tools/exportplan.h"
 
 #include "output/gridexport.h"
+#include "runtime/runtimeerror.h"
 #include "tools/outputpattern.h"
 #include "tools/usageerror.h"
 
@@ -29,6 +30,11 @@ PlannedExport namedPair(const ExportRequest &request, const ReportEntry &report,
                                request.today.toString(QStringLiteral("yyyyMMdd"))};
     PlannedExport p{report, code, name, {}, {}, {}, {}};
     p.workbook = exportTargetPath(expandPattern(request.xlsx, values));
+    try {
+        checkWorkbookName(p.workbook);
+    } catch (const RuntimeError &error) {
+        throw UsageError(QStringLiteral("--xlsx: ") + error.description());
+    }
     p.sheet = request.sheet.isEmpty() ? report.definition.exportTemplate
                                       : expandPattern(request.sheet, values);
     if (!request.pdf.isEmpty())
