@@ -10,6 +10,8 @@ packages=(
   libsqlite3-dev libquazip1-qt6-dev zlib1g-dev
   # tests (QtSvg draws the icon's SVG to compare it with the drawn emblem)
   libgtest-dev libgmock-dev poppler-utils python3-openpyxl qt6-svg-dev
+  # the second reader of every workbook shape the tests write
+  libreoffice-calc-nogui
   # the Debian package: building, checking and installing it
   dpkg-dev file lintian desktop-file-utils appstream man-db
   # SQL Server access through ODBC (FreeTDS on Linux)

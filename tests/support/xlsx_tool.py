@@ -11,6 +11,8 @@
                                  refer to them (damage-missing-strings), or inflating to
                                  200 MB (damage-bomb)
   xlsx_tool.py note PATH SHEET CELL TEXT -> one cell written with openpyxl, as a user would
+  xlsx_tool.py shape NAME PATH -> a workbook shaped as another program writes it
+                                 (workbook_shapes.py)
 """
 import datetime
 import hashlib
@@ -60,6 +62,8 @@ def dump(path):
         widths = {k: d.width for k, d in ws.column_dimensions.items() if d.customWidth}
         out["data"][ws.title] = {
             "cells": cells,
+            "tables": {t.name: [c.name for c in t.tableColumns] for t in ws.tables.values()},
+            "links": sorted(c.coordinate for row in ws.iter_rows() for c in row if c.hyperlink),
             "widths": widths,
             "merges": sorted(str(r) for r in ws.merged_cells.ranges),
             "conditional": sorted(str(r.sqref) for r in ws.conditional_formatting),
@@ -244,6 +248,9 @@ if __name__ == "__main__":
         damage(command[len("damage-"):], sys.argv[2])
     elif command == "note":
         note(*sys.argv[2:6])
+    elif command == "shape":
+        import workbook_shapes
+        workbook_shapes.main(sys.argv[2], sys.argv[3])
     else:
         {"dump": dump, "fixture": fixture,
          "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True),
