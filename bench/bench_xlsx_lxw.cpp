@@ -3,7 +3,9 @@
 // program: libxlsxwriter and QuaZip both export minizip's symbols.
 //
 // Usage:
-//   bench_xlsx_lxw new ROWS COLS OUT
+//   bench_xlsx_lxw new ROWS COLS OUT            (default mode: shared strings, all in memory)
+//   bench_xlsx_lxw new-constant ROWS COLS OUT   (constant_memory mode: rows written as they
+//                                                come, inline strings)
 //   bench_xlsx_lxw make-existing OUT
 // Prints "seconds <export time>"; peak memory is measured by the caller.
 
@@ -23,11 +25,13 @@ namespace {
 
 // The same cells through libxlsxwriter: the caller decides each cell's type
 // and format, so the typed-input rule is applied here too.
-int runLxwNew(int rows, int cols, const char *out)
+int runLxwNew(int rows, int cols, const char *out, bool constantMemory)
 {
     QElapsedTimer timer;
     timer.start();
-    lxw_workbook *book = workbook_new(out);
+    lxw_workbook_options options{};
+    options.constant_memory = constantMemory ? LXW_TRUE : LXW_FALSE;
+    lxw_workbook *book = workbook_new_opt(out, &options);
     lxw_worksheet *sheet = workbook_add_worksheet(book, "Sheet1");
     enum { Plain, Date, DateTime, Quote, Kinds };
     lxw_format *formats[3][Kinds];
@@ -102,10 +106,12 @@ int makeExisting(const char *out)
 
 int main(int argc, char **argv)
 {
-    if (argc >= 5 && std::strcmp(argv[1], "new") == 0)
-        return runLxwNew(std::atoi(argv[2]), std::atoi(argv[3]), argv[4]);
+    if (argc >= 5 && (std::strcmp(argv[1], "new") == 0 || std::strcmp(argv[1], "new-constant") == 0))
+        return runLxwNew(std::atoi(argv[2]), std::atoi(argv[3]), argv[4],
+                         std::strcmp(argv[1], "new-constant") == 0);
     if (argc >= 3 && std::strcmp(argv[1], "make-existing") == 0)
         return makeExisting(argv[2]);
-    std::fprintf(stderr, "usage: bench_xlsx_lxw new ROWS COLS OUT | make-existing OUT\n");
+    std::fprintf(stderr,
+                 "usage: bench_xlsx_lxw new|new-constant ROWS COLS OUT | make-existing OUT\n");
     return 2;
 }

@@ -57,17 +57,8 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     for (int k = 1; k <= columns; ++k)
         sheet.setColumnWidth(k, grid.ColWidth(chosenColumns[k - 1]) / kTwipsPerWidthUnit);
 
-    const int textColumn = textColumnOf(variant);
-    for (int r = 0; r < rows; ++r) {
-        for (int k = 1; k <= columns; ++k) {
-            const int i = chosenColumns[k - 1];
-            QString text = grid.TextMatrix(r, i);
-            if (i == textColumn && r != 0 && !vbrt::Trim(text).isEmpty())
-                text.prepend(QLatin1Char('\''));
-            sheet.setCellValue(r + 1, k, text);
-        }
-    }
-
+    // The sheet writes its rows out as they come, so the formatting steps
+    // are given first; the result is that of the steps in their own order.
     sheet.setRowHorizontalAlignment(1, xlsx::Align::HCenter);
     sheet.setRowVerticalAlignment(1, xlsx::Align::VDistributed);
     if (columns > 0 && rows > 0)
@@ -87,6 +78,17 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
         }
         for (const HeaderMerge &m : headerMerges(upper, lower))
             sheet.merge(m.row1, m.col1, m.row2, m.col2);
+    }
+
+    const int textColumn = textColumnOf(variant);
+    for (int r = 0; r < rows; ++r) {
+        for (int k = 1; k <= columns; ++k) {
+            const int i = chosenColumns[k - 1];
+            QString text = grid.TextMatrix(r, i);
+            if (i == textColumn && r != 0 && !vbrt::Trim(text).isEmpty())
+                text.prepend(QLatin1Char('\''));
+            sheet.setCellValue(r + 1, k, text);
+        }
     }
 }
 

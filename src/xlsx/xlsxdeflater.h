@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -10,24 +12,33 @@
 namespace quorvale::xlsx {
 
 // Raw deflate of one zip entry on a worker thread, so that generating the XML
-// and compressing it overlap on two cores.
+// and compressing it overlap on two cores. The compressed bytes go to the
+// output as they are produced (on the worker thread), so neither the XML nor
+// its compressed form has to be held whole.
 class Deflater {
 public:
+    using Output = std::function<void(QByteArrayView)>;
     struct Result {
-        QByteArray compressed;
         quint32 crc = 0;
-        qint64 size = 0;
+        qint64 size = 0; // uncompressed
     };
 
-    explicit Deflater(int level);
+    // Sheet XML compresses to about a sixth at this level, as fast as level 1
+    // compresses it to a fifth (cell references omitted, see SheetWriter).
+    static constexpr int DefaultLevel = 3;
+
+    Deflater(int level, Output output);
     ~Deflater();
     Deflater(const Deflater &) = delete;
     Deflater &operator=(const Deflater &) = delete;
 
     void push(std::string &&chunk);
+    // Waits for the last bytes; throws Error when compression failed or the
+    // output threw.
     Result finish();
 
-    static Result compress(const QByteArray &data, int level);
+    // A small part at once.
+    static QByteArray compress(const QByteArray &data, Result &result);
 
 private:
     void run();
@@ -37,7 +48,9 @@ private:
     std::deque<std::string> m_queue;
     bool m_done = false;
     bool m_failed = false;
+    std::exception_ptr m_outputError;
     int m_level;
+    Output m_output;
     Result m_result;
     std::thread m_worker;
 };

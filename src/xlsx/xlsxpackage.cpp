@@ -20,10 +20,6 @@ namespace quorvale::xlsx {
 
 namespace {
 
-// Level 1 compresses sheet XML about three times faster than the default
-// for files roughly a fifth larger; exports are dominated by compression.
-constexpr int CompressionLevel = 1;
-
 [[noreturn]] void notAWorkbook(const QString &path)
 {
     throw Error(ErrorNumber::WorkbookError,
@@ -32,7 +28,8 @@ constexpr int CompressionLevel = 1;
 }
 
 constexpr quint64 MaxParsedPartSize = quint64(1) << 30;
-// Generated parts at least this large (compressed) are spooled until the save.
+// Generated parts go to the spool in pieces of this size (compressed), once
+// they have one; smaller ones stay in memory.
 constexpr qsizetype SpoolFrom = 256 * 1024;
 
 [[noreturn]] void partTooLarge(const QString &part, quint64 size)
@@ -180,7 +177,7 @@ QByteArray Package::readOriginal(const QString &name) const
     return content;
 }
 
-void Package::put(const QString &name, QByteArray content)
+Package::Entry &Package::replace(const QString &name)
 {
     Entry *entry = find(name);
     if (!entry) {
@@ -190,37 +187,70 @@ void Package::put(const QString &name, QByteArray content)
             entry->removed = false;
         } else {
             m_index.insert(name.toLower(), m_entries.size());
-            m_entries.push_back(
-                Entry{.name = name, .content = {}, .compressed = nullptr, .spooled = {}});
+            m_entries.push_back(Entry{.name = name, .content = {}, .compressed = nullptr});
             entry = &m_entries.back();
         }
     }
     entry->replaced = true;
-    entry->content = std::move(content);
+    entry->content.clear();
     entry->compressed.reset();
-    entry->spooled = {};
+    return *entry;
 }
 
-void Package::putGenerated(const QString &name, const Generator &generator, Hold hold)
+void Package::put(const QString &name, QByteArray content)
 {
-    Deflater deflater(CompressionLevel);
-    {
-        ByteSink sink([&deflater](std::string &&chunk) { deflater.push(std::move(chunk)); });
-        generator(sink);
-        sink.flush();
+    replace(name).content = std::move(content);
+}
+
+std::unique_ptr<PartStream> Package::stream(const QString &name)
+{
+    return std::make_unique<PartStream>(*this, name);
+}
+
+PartSpool *Package::spool()
+{
+    if (!m_spoolTried) {
+        m_spoolTried = true;
+        auto spool = std::make_unique<PartSpool>();
+        if (spool->isAvailable())
+            m_spool = std::move(spool);
     }
-    auto result = std::make_shared<Deflater::Result>(deflater.finish());
-    put(name, {});
-    Entry *entry = find(name);
-    if (hold == Hold::DiskIfLarge && result->compressed.size() >= SpoolFrom) {
-        if (!m_spool)
-            m_spool = std::make_unique<PartSpool>();
-        if (m_spool->isAvailable()) {
-            entry->spooled = m_spool->store(result->compressed);
-            result->compressed = QByteArray();
-        }
+    return m_spool.get();
+}
+
+PartStream::PartStream(Package &package, QString name)
+    : m_package(package), m_name(std::move(name)), m_part(std::make_shared<CompressedPart>())
+{
+    m_package.spool(); // made here, not on the compressor's thread
+    m_deflater = std::make_unique<Deflater>(Deflater::DefaultLevel,
+                                            [this](QByteArrayView bytes) { keep(bytes); });
+    m_sink = std::make_unique<ByteSink>(
+        [this](std::string &&chunk) { m_deflater->push(std::move(chunk)); }, SpoolFrom);
+}
+
+PartStream::~PartStream() = default;
+
+void PartStream::keep(QByteArrayView compressed)
+{
+    PartSpool *spool = m_package.m_spool.get();
+    QByteArray &into = m_part->spans.empty() ? m_part->head : m_pending;
+    into.append(compressed);
+    if (spool && into.size() >= SpoolFrom) {
+        m_part->spans.push_back(spool->store(into));
+        into.clear();
     }
-    entry->compressed = std::move(result);
+}
+
+void PartStream::finish()
+{
+    m_sink->flush();
+    const Deflater::Result result = m_deflater->finish();
+    if (!m_pending.isEmpty())
+        m_part->spans.push_back(m_package.m_spool->store(m_pending));
+    m_pending.clear();
+    m_part->crc = result.crc;
+    m_part->size = result.size;
+    m_package.replace(m_name).compressed = std::move(m_part);
 }
 
 void Package::remove(const QString &name)
@@ -255,9 +285,9 @@ void Package::write(QIODevice &out, const QString &target) const
         if (entry.removed)
             continue;
         QByteArray raw;
-        const PartSpool::Span *spooled = nullptr;
+        const std::vector<PartSpool::Span> *spans = nullptr;
         int method = Z_DEFLATED;
-        int level = CompressionLevel;
+        int level = Deflater::DefaultLevel;
         QuaZipNewInfo info(entry.name);
         info.dateTime = entryTime();
         quint32 crc = 0;
@@ -273,18 +303,19 @@ void Package::write(QIODevice &out, const QString &target) const
             info = QuaZipNewInfo(original);
             info.uncompressedSize = original.uncompressedSize;
             crc = original.crc;
+        } else if (entry.compressed) {
+            raw = entry.compressed->head;
+            spans = &entry.compressed->spans;
+            crc = entry.compressed->crc;
+            info.uncompressedSize = entry.compressed->size;
         } else {
-            Deflater::Result result = entry.compressed
-                                          ? *entry.compressed
-                                          : Deflater::compress(entry.content, CompressionLevel);
-            raw = std::move(result.compressed);
-            if (entry.compressed && entry.spooled.offset >= 0)
-                spooled = &entry.spooled;
+            Deflater::Result result;
+            raw = Deflater::compress(entry.content, result);
             crc = result.crc;
             info.uncompressedSize = result.size;
-            if (result.size >= 0xFFFFFFFFLL)
-                fail(QStringLiteral("工作表过大"));
         }
+        if (info.uncompressedSize >= 0xFFFFFFFFLL)
+            fail(QStringLiteral("工作表过大"));
         QuaZipFile file(&zip);
         if (!file.open(QIODevice::WriteOnly, info, nullptr, crc, method, level, true))
             fail(out.errorString());
@@ -292,10 +323,10 @@ void Package::write(QIODevice &out, const QString &target) const
             if (file.write(bytes.data(), bytes.size()) != bytes.size())
                 fail(out.errorString());
         };
-        if (spooled)
-            m_spool->read(*spooled, writeRaw);
-        else
-            writeRaw(raw);
+        writeRaw(raw);
+        if (spans)
+            for (const PartSpool::Span &span : *spans)
+                m_spool->read(span, writeRaw);
         file.close();
         if (file.getZipError() != ZIP_OK)
             fail(out.errorString());

@@ -5,7 +5,6 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -20,12 +19,45 @@ namespace quorvale::xlsx {
 class ByteSink;
 class PartVerifier;
 
+// A generated part's compressed bytes: in memory while small, in the
+// package's spool (a temporary file) once large.
+struct CompressedPart {
+    QByteArray head;
+    std::vector<PartSpool::Span> spans; // after head, in order
+    quint32 crc = 0;
+    qint64 size = 0; // uncompressed
+};
+
+class Package;
+
+// A part written in pieces: its XML goes to the compressor as it comes and
+// what comes out waits on disk when it grows large. finish() puts the part
+// into the package; a stream dropped unfinished leaves the package as it was.
+class PartStream {
+public:
+    PartStream(Package &package, QString name);
+    ~PartStream();
+    PartStream(const PartStream &) = delete;
+    PartStream &operator=(const PartStream &) = delete;
+
+    ByteSink &sink() { return *m_sink; }
+    void finish();
+
+private:
+    void keep(QByteArrayView compressed); // on the compressor's thread
+
+    Package &m_package;
+    QString m_name;
+    std::shared_ptr<CompressedPart> m_part;
+    QByteArray m_pending; // compressed bytes not yet in the spool
+    std::unique_ptr<Deflater> m_deflater;
+    std::unique_ptr<ByteSink> m_sink;
+};
+
 // The zip container of a workbook. Entries that nobody replaces are copied
 // raw (still compressed) so they survive byte-for-byte.
 class Package {
 public:
-    using Generator = std::function<void(ByteSink &)>;
-
     Package(); // empty, for a new workbook
     ~Package();
     Package(const Package &) = delete;
@@ -40,12 +72,8 @@ public:
     // Content as it was in the file, whatever has been put since.
     QByteArray readOriginal(const QString &name) const;
     void put(const QString &name, QByteArray content);
-    // Where a generated part waits for the save: a part finished long before
-    // it (one sheet of several) may wait on disk, if it is large.
-    enum class Hold { Memory, DiskIfLarge };
-    // Content streamed from a generator into the compressor right away, so a
-    // large sheet is held compressed only.
-    void putGenerated(const QString &name, const Generator &generator, Hold hold = Hold::Memory);
+    // A part generated in pieces (PartStream::finish() puts it).
+    std::unique_ptr<PartStream> stream(const QString &name);
     void remove(const QString &name);
 
     // Temporary file beside the target, renamed over it when complete.
@@ -57,18 +85,20 @@ public:
     static QString displayName(const QString &path);
 
 private:
+    friend class PartStream;
     struct Entry {
         QString name;
         bool original = false;
         bool replaced = false;
         bool removed = false;
         QByteArray content;
-        std::shared_ptr<Deflater::Result> compressed;
-        PartSpool::Span spooled; // where `compressed`'s bytes went, when they did
+        std::shared_ptr<CompressedPart> compressed;
     };
     Entry *find(const QString &name);
     const Entry *find(const QString &name) const;
+    Entry &replace(const QString &name);
     void openReader() const;
+    PartSpool *spool();
 
     QString m_path;
     QByteArray m_bytes;
@@ -77,6 +107,7 @@ private:
     std::vector<Entry> m_entries;
     QHash<QString, size_t> m_index; // lower-case name -> entry
     std::unique_ptr<PartSpool> m_spool;
+    bool m_spoolTried = false;
     std::unique_ptr<PartVerifier> m_verifier;
 };
 

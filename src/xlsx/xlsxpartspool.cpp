@@ -60,6 +60,7 @@ PartSpool::~PartSpool()
 
 PartSpool::Span PartSpool::store(QByteArrayView bytes)
 {
+    std::lock_guard lock(m_mutex);
     if (!seekTo(m_file, 0, SEEK_END) ||
         std::fwrite(bytes.data(), 1, size_t(bytes.size()), m_file) != size_t(bytes.size()) ||
         std::fflush(m_file) != 0)
@@ -71,6 +72,7 @@ PartSpool::Span PartSpool::store(QByteArrayView bytes)
 
 void PartSpool::read(const Span &span, const std::function<void(QByteArrayView)> &sink) const
 {
+    std::lock_guard lock(m_mutex);
     if (!seekTo(m_file, span.offset, SEEK_SET))
         spoolFailed();
     QByteArray chunk(1 << 20, Qt::Uninitialized);

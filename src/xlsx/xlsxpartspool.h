@@ -3,13 +3,15 @@
 #include <QByteArrayView>
 #include <cstdio>
 #include <functional>
+#include <mutex>
 
 namespace quorvale::xlsx {
 
-// Finished parts kept compressed in an anonymous temporary file instead of
-// in memory, so a workbook that gets several large sheets before one save
-// holds none of them. The file has no name: it goes with the process,
-// however the process ends.
+// Generated parts kept compressed in an anonymous temporary file instead of
+// in memory, so a large sheet, or a workbook that gets several before one
+// save, is never held whole. The file has no name: it goes with the
+// process, however the process ends. Compressors on several threads may
+// store into it at once.
 class PartSpool {
   public:
     struct Span {
@@ -32,6 +34,7 @@ class PartSpool {
   private:
     std::FILE *m_file = nullptr;
     qint64 m_end = 0;
+    mutable std::mutex m_mutex;
 };
 
 } // namespace quorvale::xlsx

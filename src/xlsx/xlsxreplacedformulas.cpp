@@ -2,7 +2,7 @@
 
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxformula.h"
-#include "xlsx/xlsxsheetdata.h"
+#include "xlsx/xlsxsheetlayout.h"
 #include "xlsx/xlsxxmltext.h"
 
 #include <algorithm>

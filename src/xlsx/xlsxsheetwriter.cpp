@@ -3,7 +3,7 @@
 #include "xlsx/xlsxbytesink.h"
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxreplacedformulas.h"
-#include "xlsx/xlsxsheetdata.h"
+#include "xlsx/xlsxsheetlayout.h"
 #include "xlsx/xlsxvocabulary.h"
 #include "xlsx/xlsxxmltext.h"
 
@@ -49,17 +49,6 @@ int intAttribute(QByteArrayView tagText, const char *name, int fallback)
     return n;
 }
 
-// Column names for every column, built once.
-const std::vector<QByteArray> &columnNames()
-{
-    static const std::vector<QByteArray> names = [] {
-        std::vector<QByteArray> v(16385);
-        for (int c = 1; c <= 16384; ++c)
-            v[size_t(c)] = XmlText::columnName(c);
-        return v;
-    }();
-    return names;
-}
 
 // Excel stores a width as characters plus cell padding, rounded to whole
 // pixels of the default font's digit width (7 pixels for Calibri 11).
@@ -71,17 +60,6 @@ double storedWidth(double chars)
     const double pixels = chars < 1 ? std::round(chars * (digit + 5))
                                     : std::round(chars * digit) + 5;
     return std::trunc(pixels / digit * 256) / 256;
-}
-
-// Whether a cell of the range is one the export writes.
-bool coversWrittenCell(const SheetData &data, const CellRange &range)
-{
-    for (auto it = data.rows.lower_bound(range.row1); it != data.rows.end() && it->first <= range.row2;
-         ++it)
-        for (const CellRecord &cell : it->second)
-            if (cell.col >= range.col1 && cell.col <= range.col2)
-                return true;
-    return false;
 }
 
 } // namespace
@@ -97,84 +75,208 @@ QByteArray SheetWriter::emptySheetXml(const Vocabulary &vocabulary)
            "footer=\"0.3\"/></worksheet>";
 }
 
-SheetWriter::SheetWriter(const SheetData &data, StyleSheet &styles, QByteArray original,
-                         const Vocabulary &vocabulary, QString sheetName)
-    : m_data(data), m_styles(styles),
+SheetWriter::SheetWriter(const SheetLayout &layout, StyleSheet &styles, QByteArray original,
+                         const Vocabulary &vocabulary, QString sheetName, RowHook hook)
+    : m_layout(layout), m_styles(styles),
       m_xml(original.isEmpty() ? emptySheetXml(vocabulary) : original),
-      m_sheetName(std::move(sheetName))
+      m_sheetName(std::move(sheetName)), m_hook(std::move(hook)), m_touched(layout.touchedRows())
 {
 }
 
-quint32 SheetWriter::resolve(const StyleRequest &request)
+SheetWriter::~SheetWriter() = default;
+
+bool SheetWriter::overwroteFormulas() const
 {
-    if (request == m_lastRequest)
-        return m_lastXf;
-    m_lastRequest = request;
-    m_lastXf = m_styles.resolve(request);
-    return m_lastXf;
+    return m_formulas && m_formulas->anyReplaced();
 }
 
-void SheetWriter::write(ByteSink &out)
+void SheetWriter::begin(ByteSink &out)
 {
     const QByteArrayView xml(m_xml);
-    m_lastRequest = StyleRequest{};
-    m_lastXf = m_styles.resolve(m_lastRequest);
     qsizetype pos = 0;
     XmlTag root;
     if (!XmlText::nextTag(xml, pos, root) || root.localName() != "worksheet" || root.selfClosing)
         badSheet();
     m_prefix = root.prefix().toByteArray();
-    m_formulas = std::make_unique<ReplacedFormulas>(m_prefix, m_data.clears, m_sheetName);
+    m_formulas = std::make_unique<ReplacedFormulas>(m_prefix, m_layout.clears, m_sheetName);
+    m_rows = std::make_unique<RowWriter>(m_layout, m_styles, m_prefix, *m_formulas, m_written);
     out.append(xml.first(root.end));
     qsizetype copied = root.end;
     XmlTag child;
     while (XmlText::nextTag(xml, pos, child)) {
+        if (child.closing)
+            break;
+        const QByteArrayView local = child.localName();
+        out.append(xml.sliced(copied, child.begin - copied));
+        if (local == "sheetData") {
+            if (!m_colsWritten && !m_layout.widths.empty())
+                writeColumns(out);
+            if (child.selfClosing) {
+                m_contentBegin = m_contentEnd = m_rest = child.end;
+                out.append(xml.sliced(child.begin, child.end - child.begin - 2).trimmed());
+                out.append('>');
+            } else {
+                const QByteArray close = "</" + m_prefix + "sheetData>";
+                m_contentBegin = child.end;
+                m_contentEnd = m_xml.indexOf(close, child.end);
+                if (m_contentEnd < 0)
+                    badSheet();
+                m_rest = m_contentEnd + close.size();
+                out.append(xml.sliced(child.begin, child.end - child.begin));
+            }
+            m_scan = m_copied = m_contentBegin;
+            m_haveOriginal = nextOriginal();
+            return;
+        }
+        const qsizetype end = XmlText::elementEnd(xml, child);
+        if (end < 0)
+            badSheet();
+        const QByteArrayView element = xml.sliced(child.begin, end - child.begin);
+        if (local == "dimension") {
+            writeDimension(out, element);
+        } else if (local == "cols") {
+            readColumns(element);
+            if (m_layout.widths.empty())
+                out.append(element);
+            else
+                writeColumns(out);
+        } else {
+            out.append(element);
+        }
+        copied = end;
+        pos = end;
+    }
+    badSheet(); // a worksheet without sheetData
+}
+
+bool SheetWriter::nextOriginal()
+{
+    const QByteArrayView xml(m_xml);
+    const QByteArray rowClose = "</" + m_prefix + "row>";
+    XmlTag tag;
+    while (m_scan < m_contentEnd && XmlText::nextTag(xml, m_scan, tag) && tag.begin < m_contentEnd) {
+        if (tag.closing || tag.localName() != "row")
+            continue;
+        const QByteArrayView text = xml.sliced(tag.begin, tag.end - tag.begin);
+        m_original.number = intAttribute(text, "r", m_lastOriginal + 1);
+        m_lastOriginal = m_original.number;
+        m_original.begin = tag.begin;
+        if (tag.selfClosing) {
+            m_original.end = tag.end;
+        } else {
+            const qsizetype close = m_xml.indexOf(rowClose, tag.end);
+            if (close < 0 || close > m_contentEnd)
+                badSheet();
+            m_original.end = close + rowClose.size();
+        }
+        m_scan = m_original.end;
+        return true;
+    }
+    return false;
+}
+
+// The first row at or after `from` that the layout or a table header asks
+// to be written even without cells of its own; INT_MAX when none.
+int SheetWriter::nextTouched(int from) const
+{
+    int next = INT_MAX;
+    for (const auto &[first, last] : m_touched)
+        if (last >= from) {
+            next = std::max(first, from);
+            break;
+        }
+    if (m_hook.rows)
+        for (const int row : *m_hook.rows)
+            if (row >= from) {
+                next = std::min(next, row);
+                break;
+            }
+    return next;
+}
+
+bool SheetWriter::isTouched(int row) const
+{
+    return nextTouched(row) == row;
+}
+
+void SheetWriter::emitOriginal(ByteSink &out, const RowCells &cells, bool rewrite)
+{
+    const QByteArrayView xml(m_xml);
+    const QByteArrayView text = xml.sliced(m_original.begin, m_original.end - m_original.begin);
+    // Cells that still use a shared formula whose first cell was replaced
+    // get it spelt out.
+    rewrite = rewrite || (m_formulas->anySharedLost() && text.contains("shared"));
+    if (rewrite) {
+        out.append(xml.sliced(m_copied, m_original.begin - m_copied));
+        m_rows->write(out, m_original.number, cells, text);
+    } else {
+        out.append(xml.sliced(m_copied, m_original.end - m_copied));
+    }
+    m_copied = m_original.end;
+    m_haveOriginal = nextOriginal();
+}
+
+void SheetWriter::emitBefore(ByteSink &out, int limit)
+{
+    for (;;) {
+        const int theirs = m_haveOriginal ? m_original.number : INT_MAX;
+        const int touched = nextTouched(m_lastRow + 1);
+        const int row = std::min(theirs, touched);
+        if (row >= limit || row == INT_MAX)
+            return;
+        RowCells none;
+        if (m_hook.follow)
+            m_hook.follow(row, none);
+        if (row == theirs)
+            emitOriginal(out, none, touched == row || m_layout.clearsRow(row) || !none.empty());
+        else if (!none.empty() || isTouched(row))
+            m_rows->write(out, row, none, {});
+        m_lastRow = std::max(m_lastRow, row);
+    }
+}
+
+void SheetWriter::row(ByteSink &out, int row, RowCells &cells)
+{
+    emitBefore(out, row);
+    if (m_hook.follow)
+        m_hook.follow(row, cells);
+    if (m_haveOriginal && m_original.number == row)
+        emitOriginal(out, cells, true);
+    else
+        m_rows->write(out, row, cells, {});
+    m_lastRow = std::max(m_lastRow, row);
+}
+
+void SheetWriter::end(ByteSink &out)
+{
+    emitBefore(out, INT_MAX);
+    const QByteArrayView xml(m_xml);
+    out.append(xml.sliced(m_copied, m_contentEnd - m_copied));
+    out.append("</" + m_prefix + "sheetData>");
+    qsizetype copied = m_rest, pos = m_rest;
+    XmlTag child;
+    while (XmlText::nextTag(xml, pos, child)) {
         if (child.closing) {
             out.append(xml.sliced(copied, child.begin - copied));
-            if (!m_mergesWritten && !m_data.merges.empty())
+            if (!m_mergesWritten && !m_layout.merges.empty())
                 writeMergeCells(out, {});
             out.append(xml.sliced(child.begin));
             return;
         }
         const QByteArrayView local = child.localName();
-        qsizetype end = -1, contentEnd = -1;
-        if (local == "sheetData") {
-            if (child.selfClosing) {
-                end = contentEnd = child.end;
-            } else {
-                const QByteArray close = "</" + m_prefix + "sheetData>";
-                contentEnd = m_xml.indexOf(close, child.end);
-                end = contentEnd < 0 ? -1 : contentEnd + close.size();
-            }
-        } else {
-            end = XmlText::elementEnd(xml, child);
-        }
+        const qsizetype end = XmlText::elementEnd(xml, child);
         if (end < 0)
             badSheet();
         out.append(xml.sliced(copied, child.begin - copied));
         const QByteArrayView element = xml.sliced(child.begin, end - child.begin);
-        if (local == "sheetData" && !m_colsWritten && !m_data.widths.empty())
-            writeColumns(out);
-        if (!m_mergesWritten && !m_data.merges.empty() && comesAfterMergeCells(local))
+        if (!m_mergesWritten && !m_layout.merges.empty() && comesAfterMergeCells(local))
             writeMergeCells(out, {});
-        if (local == "dimension") {
-            writeDimension(out, element);
-        } else if (local == "cols") {
-            readColumns(element);
-            if (m_data.widths.empty())
-                out.append(element);
-            else
-                writeColumns(out);
-        } else if (local == "sheetData") {
-            writeSheetData(out, xml.sliced(child.begin, child.end - child.begin), child.end,
-                           contentEnd);
-        } else if (local == "mergeCells") {
+        if (local == "mergeCells")
             writeMergeCells(out, element);
-        } else if (local == "hyperlinks") {
+        else if (local == "hyperlinks")
             writeHyperlinks(out, element);
-        } else {
+        else
             out.append(element);
-        }
         copied = end;
         pos = end;
     }
@@ -190,16 +292,13 @@ void SheetWriter::writeDimension(ByteSink &out, QByteArrayView tag)
         row2 = std::max(row2, r2);
         col2 = std::max(col2, c2);
     };
-    for (const auto &[row, cells] : m_data.rows)
-        if (!cells.empty())
-            include(row, cells.front().col, row, cells.back().col);
-    for (const FormatOp &op : m_data.formats)
-        if (!op.wholeRows)
-            include(op.row1, op.col1, op.row2, op.col2);
-    if (row2 == 0) {
+    // Rows are written after this element: the declared ranges stand for them.
+    const CellRange declared = m_layout.bounds();
+    if (declared.row1 == 0) {
         out.append(tag);
         return;
     }
+    include(declared.row1, declared.col1, declared.row2, declared.col2);
     const QByteArray ref = XmlText::attribute(tag, "ref").value_or(QByteArray());
     const qsizetype colon = ref.indexOf(':');
     int r = 0, c = 0;
@@ -215,6 +314,7 @@ void SheetWriter::writeDimension(ByteSink &out, QByteArrayView tag)
         value += ":" + XmlText::cellRef(row2, col2);
     out.append(XmlText::setAttribute(tag, "ref", value));
 }
+
 
 void SheetWriter::readColumns(QByteArrayView colsElement)
 {
@@ -237,24 +337,18 @@ void SheetWriter::readColumns(QByteArrayView colsElement)
     }
     std::sort(m_columns.begin(), m_columns.end(),
               [](const ColumnEntry &a, const ColumnEntry &b) { return a.min < b.min; });
-}
-
-quint32 SheetWriter::columnStyle(int col) const
-{
-    for (const ColumnEntry &entry : m_columns) {
-        if (entry.min > col)
-            break;
-        if (col <= entry.max)
-            return quint32(std::max(0, intAttribute(entry.tag, "style", 0)));
-    }
-    return 0;
+    std::vector<RowWriter::ColumnStyle> styles;
+    for (const ColumnEntry &entry : m_columns)
+        if (const int xf = intAttribute(entry.tag, "style", 0); xf > 0)
+            styles.push_back({entry.min, entry.max, quint32(xf)});
+    m_rows->setColumnStyles(std::move(styles));
 }
 
 void SheetWriter::writeColumns(ByteSink &out)
 {
     m_colsWritten = true;
     std::vector<ColumnEntry> entries = m_columns;
-    for (const auto &[col, chars] : m_data.widths) {
+    for (const auto &[col, chars] : m_layout.widths) {
         auto it = std::find_if(entries.begin(), entries.end(),
                                [col = col](const ColumnEntry &s) { return s.min <= col && col <= s.max; });
         QByteArray tag;
@@ -290,7 +384,7 @@ void SheetWriter::writeMergeCells(ByteSink &out, QByteArrayView original)
 {
     m_mergesWritten = true;
     std::vector<CellRange> fresh;
-    for (auto it = m_data.merges.rbegin(); it != m_data.merges.rend(); ++it)
+    for (auto it = m_layout.merges.rbegin(); it != m_layout.merges.rend(); ++it)
         if (std::none_of(fresh.begin(), fresh.end(),
                          [&](const CellRange &r) { return r.intersects(*it); }))
             fresh.push_back(*it);
@@ -310,9 +404,9 @@ void SheetWriter::writeMergeCells(ByteSink &out, QByteArrayView original)
             XmlText::parseCellRef(ref.mid(colon + 1), range.row2, range.col2))
             overlaps = std::any_of(fresh.begin(), fresh.end(),
                                    [&](const CellRange &r) { return r.intersects(range); });
-        overlaps = overlaps || std::any_of(m_data.clears.begin(), m_data.clears.end(),
+        overlaps = overlaps || std::any_of(m_layout.clears.begin(), m_layout.clears.end(),
                                            [&](const CellRange &r) { return r.intersects(range); });
-        overlaps = overlaps || coversWrittenCell(m_data, range);
+        overlaps = overlaps || m_written.intersects(range);
         if (!overlaps)
             kept.push_back(text.toByteArray());
     }
@@ -346,8 +440,8 @@ void SheetWriter::writeHyperlinks(ByteSink &out, QByteArrayView original)
         const QByteArrayView element = original.sliced(tag.begin, end - tag.begin);
         const auto range = CellRange::parse(
             XmlText::attribute(element.first(tag.end - tag.begin), "ref").value_or(QByteArray()));
-        const bool over = range && (coversWrittenCell(m_data, *range) ||
-                                    std::any_of(m_data.clears.begin(), m_data.clears.end(),
+        const bool over = range && (m_written.intersects(*range) ||
+                                    std::any_of(m_layout.clears.begin(), m_layout.clears.end(),
                                                 [&](const CellRange &r) {
                                                     return r.intersects(*range);
                                                 }));
@@ -367,300 +461,6 @@ void SheetWriter::writeHyperlinks(ByteSink &out, QByteArrayView original)
     for (QByteArrayView element : kept)
         out.append(element);
     out.append("</" + m_prefix + "hyperlinks>");
-}
-
-void SheetWriter::writeSheetData(ByteSink &out, QByteArrayView startTag, qsizetype contentBegin,
-                                 qsizetype contentEnd)
-{
-    const QByteArrayView xml(m_xml);
-    std::vector<int> affected;
-    affected.reserve(m_data.rows.size());
-    for (const auto &entry : m_data.rows)
-        affected.push_back(entry.first);
-    for (const FormatOp &op : m_data.formats)
-        for (int r = op.row1; r <= op.row2; ++r)
-            affected.push_back(r);
-    std::sort(affected.begin(), affected.end());
-    affected.erase(std::unique(affected.begin(), affected.end()), affected.end());
-
-    if (startTag.endsWith("/>"))
-        out.append(startTag.first(startTag.size() - 2).trimmed().toByteArray() + ">");
-    else
-        out.append(startTag);
-
-    const QByteArray rowClose = "</" + m_prefix + "row>";
-    qsizetype scan = contentBegin, copied = contentBegin;
-    int lastRow = 0;
-    struct OriginalRow {
-        int number;
-        qsizetype begin, end;
-    } orig{};
-    auto nextOriginal = [&]() -> bool {
-        XmlTag tag;
-        while (scan < contentEnd && XmlText::nextTag(xml, scan, tag) && tag.begin < contentEnd) {
-            if (tag.closing || tag.localName() != "row")
-                continue;
-            const QByteArrayView text = xml.sliced(tag.begin, tag.end - tag.begin);
-            orig.number = intAttribute(text, "r", lastRow + 1);
-            lastRow = orig.number;
-            orig.begin = tag.begin;
-            if (tag.selfClosing) {
-                orig.end = tag.end;
-            } else {
-                const qsizetype close = m_xml.indexOf(rowClose, tag.end);
-                if (close < 0 || close > contentEnd)
-                    badSheet();
-                orig.end = close + rowClose.size();
-            }
-            scan = orig.end;
-            return true;
-        }
-        return false;
-    };
-    bool haveOriginal = nextOriginal();
-    size_t i = 0;
-    while (haveOriginal || i < affected.size()) {
-        const int ours = i < affected.size() ? affected[i] : INT_MAX;
-        const int theirs = haveOriginal ? orig.number : INT_MAX;
-        if (theirs < ours && !m_data.clearsRow(theirs)) {
-            out.append(xml.sliced(copied, orig.end - copied));
-            copied = orig.end;
-            haveOriginal = nextOriginal();
-        } else if (theirs < ours) {
-            out.append(xml.sliced(copied, orig.begin - copied));
-            writeRow(out, theirs, xml.sliced(orig.begin, orig.end - orig.begin));
-            copied = orig.end;
-            haveOriginal = nextOriginal();
-        } else if (ours < theirs) {
-            writeRow(out, ours, {});
-            ++i;
-        } else {
-            out.append(xml.sliced(copied, orig.begin - copied));
-            writeRow(out, ours, xml.sliced(orig.begin, orig.end - orig.begin));
-            copied = orig.end;
-            ++i;
-            haveOriginal = nextOriginal();
-        }
-    }
-    out.append(xml.sliced(copied, contentEnd - copied));
-    out.append("</" + m_prefix + "sheetData>");
-}
-
-void SheetWriter::writeRow(ByteSink &out, int row, QByteArrayView original)
-{
-    m_rowOps.clear();
-    m_cover.clear();
-    bool rowFormatted = false;
-    for (const FormatOp &op : m_data.formats) {
-        if (row < op.row1 || row > op.row2)
-            continue;
-        m_rowOps.push_back(&op);
-        if (op.wholeRows)
-            rowFormatted = true;
-        else
-            m_cover.emplace_back(op.col1, op.col2);
-    }
-    std::sort(m_cover.begin(), m_cover.end());
-    const auto found = m_data.rows.find(row);
-    const CellRecord *ours = found == m_data.rows.end() ? nullptr : found->second.data();
-    const size_t oursCount = ours ? found->second.size() : 0;
-
-    QByteArray rowTag;
-    QByteArrayView body;
-    quint32 rowXf = 0;
-    bool rowCustom = false;
-    if (!original.isEmpty()) {
-        qsizetype pos = 0;
-        XmlTag tag;
-        XmlText::nextTag(original, pos, tag);
-        rowTag = XmlText::removeAttribute(original.first(tag.end), "spans");
-        if (tag.selfClosing)
-            rowTag = rowTag.first(rowTag.size() - 2).trimmed() + ">";
-        else
-            body = original.sliced(tag.end, original.size() - tag.end - 6 - m_prefix.size());
-        const QByteArray custom = XmlText::attribute(rowTag, "customFormat").value_or("0");
-        if (custom == "1" || custom == "true") {
-            rowCustom = true;
-            rowXf = quint32(std::max(0, intAttribute(rowTag, "s", 0)));
-        }
-    } else {
-        m_rowDigits = QByteArray::number(row);
-        rowTag = "<" + m_prefix + "row r=\"" + m_rowDigits + "\">";
-    }
-    if (rowFormatted) {
-        StyleRequest request;
-        request.baseXf = rowCustom ? rowXf : StyleRequest::OwnBase;
-        for (const FormatOp *op : m_rowOps) {
-            if (!op->wholeRows)
-                continue;
-            switch (op->property) {
-            case FormatProperty::FontSize: request.fontSize = op->value; break;
-            case FormatProperty::Horizontal: request.horizontal = qint8(op->value); break;
-            case FormatProperty::Vertical: request.vertical = qint8(op->value); break;
-            case FormatProperty::Border: request.border = qint8(op->value); break;
-            }
-        }
-        rowXf = resolve(request);
-        rowCustom = true;
-        rowTag = XmlText::setAttribute(rowTag, "s", QByteArray::number(rowXf));
-        rowTag = XmlText::setAttribute(rowTag, "customFormat", "1");
-    }
-    m_rowDigits = QByteArray::number(row);
-
-    const QByteArray cellClose = "</" + m_prefix + "c>";
-    qsizetype cellScan = 0;
-    int lastCol = 0;
-    QByteArrayView origCell;
-    int origCol = INT_MAX;
-    auto nextOriginalCell = [&]() {
-        XmlTag tag;
-        origCol = INT_MAX;
-        while (XmlText::nextTag(body, cellScan, tag)) {
-            if (tag.closing || tag.localName() != "c")
-                continue;
-            qsizetype end = tag.end;
-            if (!tag.selfClosing) {
-                const qsizetype close = body.indexOf(cellClose, tag.end);
-                if (close < 0)
-                    badSheet();
-                end = close + cellClose.size();
-            }
-            int r = 0, c = 0;
-            const auto ref = XmlText::rawAttribute(body.sliced(tag.begin, tag.end - tag.begin), "r");
-            origCol = ref && XmlText::parseCellRef(*ref, r, c) ? c : lastCol + 1;
-            lastCol = origCol;
-            origCell = body.sliced(tag.begin, end - tag.begin);
-            cellScan = end;
-            return;
-        }
-    };
-    nextOriginalCell();
-
-    out.append(rowTag);
-    size_t ourIndex = 0, coverIndex = 0;
-    int current = 0;
-    for (;;) {
-        const int uc = ourIndex < oursCount ? ours[ourIndex].col : INT_MAX;
-        while (coverIndex < m_cover.size() && m_cover[coverIndex].second <= current)
-            ++coverIndex;
-        const int cc = coverIndex < m_cover.size() ? std::max(m_cover[coverIndex].first, current + 1)
-                                                   : INT_MAX;
-        const int col = std::min({origCol, uc, cc});
-        if (col == INT_MAX)
-            break;
-        const CellRecord *mine = uc == col ? &ours[ourIndex] : nullptr;
-        QByteArrayView theirs = origCol == col ? origCell : QByteArrayView();
-        QByteArray spelt;
-        const bool wiped = !theirs.isEmpty() && m_data.isCleared(row, col);
-        if (!theirs.isEmpty() && (mine || wiped)) {
-            m_formulas->replaced(row, col, theirs);
-            if (wiped)
-                theirs = {};
-        } else if (!theirs.isEmpty() && m_formulas->anySharedLost()) {
-            spelt = m_formulas->spelledOut(row, col, theirs);
-            if (!spelt.isEmpty())
-                theirs = spelt;
-        }
-        quint32 base;
-        if (!theirs.isEmpty())
-            base = quint32(std::max(0, intAttribute(theirs.first(theirs.indexOf('>') + 1), "s", 0)));
-        else if (rowCustom)
-            base = rowXf;
-        else if (const quint32 style = m_columns.empty() ? 0 : columnStyle(col))
-            base = style;
-        else
-            base = StyleRequest::OwnBase;
-        writeCell(out, col, mine, theirs, base);
-        if (mine)
-            ++ourIndex;
-        if (origCol == col)
-            nextOriginalCell();
-        current = col;
-    }
-    out.append("</" + m_prefix + "row>");
-}
-
-void SheetWriter::writeCell(ByteSink &out, int col, const CellRecord *ours,
-                            QByteArrayView original, quint32 baseXf)
-{
-    StyleRequest request;
-    request.baseXf = baseXf;
-    for (const FormatOp *op : m_rowOps) {
-        if (!op->wholeRows && (col < op->col1 || col > op->col2))
-            continue;
-        switch (op->property) {
-        case FormatProperty::FontSize: request.fontSize = op->value; break;
-        case FormatProperty::Horizontal: request.horizontal = qint8(op->value); break;
-        case FormatProperty::Vertical: request.vertical = qint8(op->value); break;
-        case FormatProperty::Border: request.border = qint8(op->value); break;
-        }
-    }
-    const QByteArray &name = columnNames()[size_t(col)];
-    auto openCell = [&](quint32 xf) {
-        out.append('<');
-        out.append(m_prefix);
-        out.append("c r=\"");
-        out.append(name);
-        out.append(m_rowDigits);
-        if (xf) {
-            out.append("\" s=\"");
-            out.appendUInt(xf);
-        }
-        out.append('"');
-    };
-    if (!ours) {
-        if (!original.isEmpty()) {
-            if (request.keepsBase()) {
-                out.append(original);
-                return;
-            }
-            const quint32 xf = resolve(request);
-            const qsizetype tagEnd = original.indexOf('>') + 1;
-            const QByteArrayView tag = original.first(tagEnd);
-            out.append(xf ? XmlText::setAttribute(tag, "s", QByteArray::number(xf))
-                          : XmlText::removeAttribute(tag, "s"));
-            out.append(original.sliced(tagEnd));
-            return;
-        }
-        const quint32 xf = resolve(request);
-        if (xf) {
-            openCell(xf);
-            out.append("/>");
-        }
-        return;
-    }
-    const char *type = nullptr;
-    switch (ours->kind) {
-    case CellInput::Kind::Empty: break;
-    case CellInput::Kind::Number: request.quotePrefix = 0; break;
-    case CellInput::Kind::Date: request.numFmt = 1; request.quotePrefix = 0; break;
-    case CellInput::Kind::DateTime: request.numFmt = 2; request.quotePrefix = 0; break;
-    case CellInput::Kind::Text: request.quotePrefix = 0; type = "s"; break;
-    case CellInput::Kind::QuotedText: request.quotePrefix = 1; type = "s"; break;
-    }
-    const quint32 xf = resolve(request);
-    if (ours->kind == CellInput::Kind::Empty) {
-        if (xf) {
-            openCell(xf);
-            out.append("/>");
-        }
-        return;
-    }
-    openCell(xf);
-    if (type)
-        out.append(" t=\"s\"");
-    out.append("><");
-    out.append(m_prefix);
-    out.append("v>");
-    if (type)
-        out.appendUInt(ours->string);
-    else
-        out.appendDouble(ours->number);
-    out.append("</");
-    out.append(m_prefix);
-    out.append("v></");
-    out.append(m_prefix);
-    out.append("c>");
 }
 
 } // namespace quorvale::xlsx

@@ -5,9 +5,7 @@
 #include "xlsx/xlsxpackage.h"
 #include "xlsx/xlsxpartcheck.h"
 #include "xlsx/xlsxrelationships.h"
-#include "xlsx/xlsxsharedstrings.h"
-#include "xlsx/xlsxsheetdata.h"
-#include "xlsx/xlsxsheetneighbours.h"
+#include "xlsx/xlsxsheetstream.h"
 #include "xlsx/xlsxsheetwriter.h"
 #include "xlsx/xlsxstylesheet.h"
 #include "xlsx/xlsxworkbookxml.h"
@@ -25,8 +23,6 @@ const char *const WorksheetType =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.worksheet+xml";
 const char *const StylesType =
     "application/vnd.openxmlformats-officedocument.spreadsheetml.styles+xml";
-const char *const SharedStringsType =
-    "application/vnd.openxmlformats-officedocument.spreadsheetml.sharedStrings+xml";
 
 // The workbook part's content type says what kind of file it is; Excel
 // refuses a file whose extension and type disagree.
@@ -226,30 +222,25 @@ void Workbook::readParts()
         checkPart(m_path, m_stylesPart, styles, "styleSheet");
         m_styles = std::make_unique<StyleSheet>(std::move(styles));
     }
-    readSharedStrings();
+    checkSharedStrings();
 }
 
-void Workbook::readSharedStrings()
+// The export writes its texts into the cells and never adds to the shared
+// strings, but a table that is missing or malformed while cells point into
+// it is a damaged workbook, refused like any other.
+void Workbook::checkSharedStrings()
 {
     if (m_stringsPart.isEmpty()) {
-        // New strings would take the indexes that existing cells already
-        // point at, so a sheet referring to a table that is not there is a
-        // damaged workbook, not an empty table.
         for (const auto &sheet : m_sheets)
             if (refersToSharedStrings(m_package->read(sheet->partName())))
                 damagedPart(m_path, QStringLiteral("xl/sharedStrings.xml"),
                             QStringLiteral("它不存在，但工作表“%1”引用了其中的文字")
                                 .arg(sheet->name()));
-        m_strings = std::make_unique<SharedStrings>(m_workbookXml->vocabulary());
         return;
     }
     if (!m_package->contains(m_stringsPart))
         damagedPart(m_path, m_stringsPart, QStringLiteral("工作簿引用了它，但它不存在"));
-    QByteArray xml = m_package->read(m_stringsPart);
-    const int items = checkPart(m_path, m_stringsPart, xml, "sst", "si");
-    m_strings = std::make_unique<SharedStrings>(std::move(xml));
-    if (m_strings->existingCount() != quint32(items))
-        damagedPart(m_path, m_stringsPart, QStringLiteral("条目无法识别"));
+    checkPart(m_path, m_stringsPart, m_package->read(m_stringsPart), "sst", "si");
 }
 
 bool Workbook::usesDate1904() const
@@ -387,44 +378,31 @@ void Workbook::write(QIODevice &out)
 
 void Workbook::finishSheet(Worksheet &sheet)
 {
-    writeSheetPart(sheet, true);
+    if (sheet.finish())
+        m_formulasOverwritten = true;
 }
 
-void Workbook::writeSheetPart(Worksheet &sheet, bool longBeforeSave)
+std::unique_ptr<SheetStream> Workbook::openStream(const Worksheet &sheet, SheetLayout &layout)
 {
-    if (!sheet.isModified())
-        return;
-    QByteArray original;
-    if (!sheet.isNew()) {
-        // Always merge into the sheet as it was opened, so saving twice gives the same file.
-        original = m_package->readOriginal(sheet.partName());
-        SheetNeighbours neighbours(*m_package, m_path, sheet.partName(), sheet.name());
-        neighbours.refuseOverlappingPivotTables(sheet.data());
-        neighbours.followTableHeaders(sheet.data(), *m_strings, usesDate1904());
-    }
-    SheetWriter writer(sheet.data(), *m_styles, original, m_workbookXml->vocabulary(),
-                       sheet.name());
-    m_package->putGenerated(
-        sheet.partName(), [&writer](ByteSink &sink) { writer.write(sink); },
-        longBeforeSave ? Package::Hold::DiskIfLarge : Package::Hold::Memory);
-    m_formulasOverwritten = m_formulasOverwritten || writer.overwroteFormulas();
-    sheet.markFinished();
+    // Always merge into the sheet as it was opened, so saving twice gives the same file.
+    const SheetStream::Target target{
+        *m_package,
+        m_path,
+        sheet.partName(),
+        sheet.name(),
+        sheet.isNew() ? QByteArray() : m_package->readOriginal(sheet.partName()),
+        m_workbookXml->vocabulary(),
+        usesDate1904()};
+    return std::make_unique<SheetStream>(target, layout, *m_styles);
 }
 
 void Workbook::prepareParts()
 {
     for (const auto &sheet : m_sheets)
-        if (!sheet->isFinished())
-            writeSheetPart(*sheet, false);
+        if (sheet->isModified())
+            finishSheet(*sheet);
     if (m_formulasOverwritten)
         dropCalcChain();
-    if (m_strings->isModified()) {
-        if (m_stringsPart.isEmpty()) {
-            m_stringsPart = folderOf(m_workbookPart) + QStringLiteral("sharedStrings.xml");
-            addPart(m_stringsPart, "sharedStrings", SharedStringsType);
-        }
-        m_package->putGenerated(m_stringsPart, [this](ByteSink &sink) { m_strings->write(sink); });
-    }
     if (m_styles->isModified() || m_stylesPart.isEmpty()) {
         if (m_stylesPart.isEmpty()) {
             m_stylesPart = folderOf(m_workbookPart) + QStringLiteral("styles.xml");

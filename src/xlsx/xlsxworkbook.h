@@ -20,8 +20,9 @@ class QIODevice;
 namespace quorvale::xlsx {
 
 class Package;
-class SharedStrings;
+class SheetStream;
 class StyleSheet;
+struct SheetLayout;
 class Worksheet;
 class WorkbookXml;
 
@@ -55,10 +56,10 @@ public:
     // Inserted right after the last worksheet, named "SheetN" until setName().
     Worksheet &addWorksheetAfterLast();
 
-    // Writes the sheet's part now, compressed (a large one into an anonymous
-    // temporary file), and lets go of what was written to it, so a workbook
-    // that gets several large sheets holds one at a time. The sheet takes no
-    // more writes afterwards.
+    // Writes the rest of the sheet's part now; the sheet takes no more
+    // writes afterwards. (Its rows went out, compressed, as they were
+    // written; a large part waits for the save in an anonymous temporary
+    // file.)
     void finishSheet(Worksheet &sheet);
 
     // Writes a temporary file beside the target and renames it over the target.
@@ -71,8 +72,8 @@ public:
     bool isNameTaken(const QString &name, const Worksheet *except) const;
     void sheetRenamed(Worksheet &sheet);
     void sheetVisibilityChanged(Worksheet &sheet);
-    SharedStrings &sharedStrings() { return *m_strings; }
     QByteArray originalPart(const Worksheet &sheet) const;
+    std::unique_ptr<SheetStream> openStream(const Worksheet &sheet, SheetLayout &layout);
     void warn(const QString &text);
 
 private:
@@ -81,8 +82,7 @@ private:
     void loadNew();
     void readParts();
     void prepareParts();
-    void writeSheetPart(Worksheet &sheet, bool longBeforeSave);
-    void readSharedStrings();
+    void checkSharedStrings();
     // Lists a new part in the workbook's relationships and the content
     // types; returns its relationship id.
     QByteArray addPart(const QString &part, QByteArrayView relType, const char *contentType);
@@ -92,7 +92,6 @@ private:
     QString m_path;
     std::unique_ptr<Package> m_package;
     std::unique_ptr<StyleSheet> m_styles;
-    std::unique_ptr<SharedStrings> m_strings;
     std::vector<std::unique_ptr<Worksheet>> m_sheets;
     QString m_workbookPart;     // e.g. "xl/workbook.xml"
     QString m_workbookRelsPart; // e.g. "xl/_rels/workbook.xml.rels"

@@ -2,7 +2,8 @@
 
 #include "xlsx/xlsxcellinput.h"
 #include "xlsx/xlsxerror.h"
-#include "xlsx/xlsxsheetdata.h"
+#include "xlsx/xlsxsheetlayout.h"
+#include "xlsx/xlsxsheetstream.h"
 #include "xlsx/xlsxworkbook.h"
 #include "xlsx/xlsxxmltext.h"
 
@@ -74,21 +75,47 @@ void checkFontSize(double size)
 
 Worksheet::Worksheet(Workbook &book, QString name, QString partName, bool isNew)
     : m_book(book), m_name(std::move(name)), m_partName(std::move(partName)), m_isNew(isNew),
-      m_data(std::make_unique<SheetData>())
+      m_layout(std::make_unique<SheetLayout>())
 {
 }
 
 Worksheet::~Worksheet() = default;
 
-void Worksheet::markFinished()
-{
-    m_finished = true;
-    m_data = std::make_unique<SheetData>();
-}
-
 bool Worksheet::isModified() const
 {
-    return !m_finished && (m_isNew || !m_data->isEmpty());
+    return !m_finished && (m_isNew || !m_layout->isEmpty() || m_stream || !m_cells.empty());
+}
+
+void Worksheet::beforeCells()
+{
+    if (m_stream || m_finished)
+        throw Error(ErrorNumber::WorkbookError,
+                    QStringLiteral("工作表“%1”已开始写入单元格：列宽、格式和合并须在单元格之前设置")
+                        .arg(m_name));
+}
+
+void Worksheet::writePendingRow()
+{
+    if (m_cells.empty())
+        return;
+    if (!m_stream)
+        m_stream = m_book.openStream(*this, *m_layout);
+    m_stream->row(m_row, m_cells);
+    m_cells.clear();
+}
+
+bool Worksheet::finish()
+{
+    if (m_finished)
+        return false;
+    writePendingRow();
+    if (!m_stream)
+        m_stream = m_book.openStream(*this, *m_layout);
+    const bool overwrote = m_stream->finish();
+    m_stream.reset();
+    m_layout = std::make_unique<SheetLayout>();
+    m_finished = true;
+    return overwrote;
 }
 
 void Worksheet::setName(const QString &name)
@@ -124,9 +151,24 @@ void Worksheet::setVisible(bool visible)
 void Worksheet::setCellValue(int row, int col, const QString &text)
 {
     checkCell(row, col);
+    if (m_finished || row < m_row)
+        throw Error(ErrorNumber::WorkbookError,
+                    QStringLiteral("工作表“%1”的单元格须从上到下逐行写入（第 %2 行已写完）")
+                        .arg(m_name)
+                        .arg(m_finished ? m_row : row));
+    if (row > m_row) {
+        writePendingRow();
+        m_row = row;
+    }
+    const auto at = std::lower_bound(m_cells.begin(), m_cells.end(), col,
+                                     [](const RowCell &c, int v) { return c.col < v; });
+    const bool present = at != m_cells.end() && at->col == col;
     // A new sheet has nothing to clear: empty cells of a wide grid cost nothing.
-    if (text.isEmpty() && m_isNew && !m_data->hasCell(row, col))
+    if (text.isEmpty() && m_isNew) {
+        if (present)
+            m_cells.erase(at);
         return;
+    }
     CellInput input = CellInput::interpret(text, m_book.usesDate1904()
                                                      ? CellInput::DateSystem::From1904
                                                      : CellInput::DateSystem::From1900);
@@ -141,7 +183,11 @@ void Worksheet::setCellValue(int row, int col, const QString &text)
                         .arg(kept));
         input.text.truncate(kept);
     }
-    m_data->setCell(row, col, input, m_book.sharedStrings());
+    RowCell cell{quint16(col), input.kind, input.number, std::move(input.text)};
+    if (present)
+        *at = std::move(cell);
+    else
+        m_cells.insert(at, std::move(cell));
 }
 
 void Worksheet::setColumnWidth(int col, double width)
@@ -150,20 +196,23 @@ void Worksheet::setColumnWidth(int col, double width)
     if (!(width >= 0 && width <= 255))
         throw Error(ErrorNumber::WorkbookError,
                            QStringLiteral("不能设置列宽：无效的值 %1").arg(width));
-    m_data->widths[col] = width;
+    beforeCells();
+    m_layout->widths[col] = width;
 }
 
 void Worksheet::setRowHorizontalAlignment(int row, int value)
 {
     checkCell(row, 1);
-    m_data->formats.push_back(
+    beforeCells();
+    m_layout->formats.push_back(
         {row, 1, row, MaxCols, true, FormatProperty::Horizontal, double(horizontalIndex(value))});
 }
 
 void Worksheet::setRowVerticalAlignment(int row, int value)
 {
     checkCell(row, 1);
-    m_data->formats.push_back(
+    beforeCells();
+    m_layout->formats.push_back(
         {row, 1, row, MaxCols, true, FormatProperty::Vertical, double(verticalIndex(value))});
 }
 
@@ -171,14 +220,16 @@ void Worksheet::setRowFontSize(int row, double size)
 {
     checkCell(row, 1);
     checkFontSize(size);
-    m_data->formats.push_back({row, 1, row, MaxCols, true, FormatProperty::FontSize, size});
+    beforeCells();
+    m_layout->formats.push_back({row, 1, row, MaxCols, true, FormatProperty::FontSize, size});
 }
 
 void Worksheet::setRangeFontSize(int row1, int col1, int row2, int col2, double size)
 {
     const CellRange r = checkedRange(row1, col1, row2, col2);
     checkFontSize(size);
-    m_data->formats.push_back(
+    beforeCells();
+    m_layout->formats.push_back(
         {r.row1, r.col1, r.row2, r.col2, false, FormatProperty::FontSize, size});
 }
 
@@ -188,8 +239,9 @@ void Worksheet::setRangeBorders(int row1, int col1, int row2, int col2, int line
     if (lineStyle != 1 && lineStyle != -4142)
         throw Error(ErrorNumber::WorkbookError,
                            QStringLiteral("不能设置边框线型：不支持的值 %1").arg(lineStyle));
-    m_data->formats.push_back({r.row1, r.col1, r.row2, r.col2, false, FormatProperty::Border,
-                               lineStyle == 1 ? 1.0 : 0.0});
+    beforeCells();
+    m_layout->formats.push_back({r.row1, r.col1, r.row2, r.col2, false, FormatProperty::Border,
+                                 lineStyle == 1 ? 1.0 : 0.0});
 }
 
 void Worksheet::merge(int row1, int col1, int row2, int col2)
@@ -199,16 +251,17 @@ void Worksheet::merge(int row1, int col1, int row2, int col2)
         return;
     if (qint64(r.row2 - r.row1 + 1) * (r.col2 - r.col1 + 1) > 1000000)
         throw Error(ErrorNumber::WorkbookError, QStringLiteral("合并的单元格区域过大"));
-    for (int row = r.row1; row <= r.row2; ++row)
-        for (int col = r.col1; col <= r.col2; ++col)
-            if (row != r.row1 || col != r.col1)
-                m_data->clearCell(row, col);
-    m_data->merges.push_back(r);
+    beforeCells();
+    // A later merge over an earlier one replaces it, as in Excel.
+    std::erase_if(m_layout->merges, [&r](const CellRange &m) { return m.intersects(r); });
+    m_layout->merges.push_back(r);
 }
 
 void Worksheet::clearRange(int row1, int col1, int row2, int col2)
 {
-    m_data->clears.push_back(checkedRange(row1, col1, row2, col2));
+    const CellRange r = checkedRange(row1, col1, row2, col2);
+    beforeCells();
+    m_layout->clears.push_back(r);
 }
 
 Worksheet::Extent Worksheet::originalExtent() const

@@ -3,11 +3,14 @@
 #include <QByteArray>
 #include <QString>
 #include <memory>
+#include <vector>
 
 namespace quorvale::xlsx {
 
 class Workbook;
-class SheetData;
+class SheetStream;
+struct SheetLayout;
+struct RowCell;
 
 // Excel's classic alignment numbers as the automation layer accepts them:
 // the small numbers are the old ALIGNMENT codes (horizontal 1 general,
@@ -20,9 +23,11 @@ inline constexpr int VDistributed = 5;
 inline constexpr int XlCenter = -4108;
 } // namespace Align
 
-// One worksheet of a Workbook. Rows and columns are 1-based. Values and
-// formats are kept until Workbook::save(), which merges them into the
-// sheet's existing cells.
+// One worksheet of a Workbook. Rows and columns are 1-based. Cells are
+// written top to bottom: a row goes out to the sheet's part (merged into its
+// existing cells and compressed) as soon as a later row is written, so a
+// large sheet is never held whole. Widths, formats, merges and cleared
+// ranges therefore come first, before any cell; either order breach throws.
 class Worksheet {
 public:
     Worksheet(Workbook &book, QString name, QString partName, bool isNew);
@@ -39,7 +44,8 @@ public:
 
     // Interprets the text as Excel interprets typed input: numbers and ISO
     // dates become values, a leading apostrophe keeps the rest as text, an
-    // empty text clears the cell.
+    // empty text clears the cell. Rows in ascending order; within the row
+    // being written, any order.
     void setCellValue(int row, int col, const QString &text);
     // Width in Excel's character units (the classic grid passes twips / 100).
     void setColumnWidth(int col, double width);
@@ -70,18 +76,25 @@ public:
     bool isModified() const;
     // Written into the package already (Workbook::finishSheet).
     bool isFinished() const { return m_finished; }
-    void markFinished();
-    SheetData &data() { return *m_data; }
+    // Writes what is left and puts the part into the package; true when a
+    // formula cell was overwritten.
+    bool finish();
     void setHiddenState(bool hidden) { m_visible = !hidden; }
 
 private:
+    void beforeCells(); // throws once cells have been written
+    void writePendingRow();
+
     Workbook &m_book;
     QString m_name;
     QString m_partName;
     bool m_isNew;
     bool m_visible = true;
     bool m_finished = false;
-    std::unique_ptr<SheetData> m_data;
+    std::unique_ptr<SheetLayout> m_layout;
+    std::unique_ptr<SheetStream> m_stream;
+    int m_row = 0;                  // the row being written
+    std::vector<RowCell> m_cells;   // its cells, ascending
 };
 
 } // namespace quorvale::xlsx

@@ -3,7 +3,7 @@
   workbook_shapes.py SHAPE PATH   writes the workbook of that shape (one sheet
                                   "Sheet1" with a note in A1 unless said otherwise)
 
-Shapes: plain, date1904, libreoffice-formats, strict, merges, hyperlinks, table,
+Shapes: plain, shared-strings, date1904, libreoffice-formats, strict, merges, hyperlinks, table,
 shared-formula, array-formula, pivot, bad-crc, case-twins, prefixed, empty-styles.
 """
 import sys
@@ -132,6 +132,18 @@ def prefixed_parts():
 def shape(name):
     if name == "plain":
         return package()
+    if name == "shared-strings":
+        # texts in a shared-string table, as Excel keeps them
+        parts = package(sheet_xml=sheet('<row r="1"><c r="A1" t="s"><v>0</v></c>'
+                                        '<c r="B1" t="s"><v>1</v></c></row>'))
+        parts["xl/sharedStrings.xml"] = (HEAD + f'<sst xmlns="{MAIN}" count="2" uniqueCount="2">'
+                                         '<si><t>note</t></si><si><t>more</t></si></sst>')
+        parts["xl/_rels/workbook.xml.rels"] = parts["xl/_rels/workbook.xml.rels"].replace(
+            "</Relationships>", f'<Relationship Id="rId3" Type="{RELS}/sharedStrings" '
+                                'Target="sharedStrings.xml"/></Relationships>')
+        parts["[Content_Types].xml"] = parts["[Content_Types].xml"].replace(
+            "</Types>", f'<Override PartName="/xl/sharedStrings.xml" ContentType="{CT}sharedStrings+xml"/></Types>')
+        return parts
     if name == "date1904":
         return package(workbook_pr='<workbookPr date1904="1"/>')
     if name == "libreoffice-formats":

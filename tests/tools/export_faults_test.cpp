@@ -227,7 +227,8 @@ TEST_F(ExportFaults, DamagedWorkbooksAreRefusedByPartAndLeftAlone)
     for (const auto &c : cases) {
         SCOPED_TRACE(c.mode);
         QFile::remove(book);
-        ASSERT_EQ(exportTo(book).status, 0);
+        // The export writes its texts inline; a workbook made elsewhere has the table.
+        runWorkbookTool({"shape", "shared-strings", book});
         runWorkbookTool({c.mode, book});
         const QByteArray damaged = bytesOf(book);
         const ProcessRun run = exportTo(book, {"--sheet", "另一张"});

@@ -48,7 +48,9 @@ TEST(XlsxWorkbook, TypedInputBecomesNumberDateOrText)
         {"12abc", "s", "12abc", false, false},
         {"1e", "s", "1e", false, false},
         {"a<b&c>\"d\"", "s", "a<b&c>\"d\"", false, false},
-        {"_x0041_", "s", "_x0041_", false, false},
+        // Written escaped, so Excel and LibreOffice do not read it as "A";
+        // openpyxl leaves escapes in inline texts as they are.
+        {"_x0041_", "s", "_x005F_x0041_", false, false},
         {"  两端空格 ", "s", "  两端空格 ", false, false},
         {"手机\n号码", "s", "手机\n号码", false, false},
         {"", "", QJsonValue(), false, false},
@@ -58,10 +60,14 @@ TEST(XlsxWorkbook, TypedInputBecomesNumberDateOrText)
     auto book = Workbook::create(path);
     Worksheet &sheet = book->worksheet(1);
     int row = 1;
-    for (const ValueCase &c : cases)
-        sheet.setCellValue(row++, 1, QString::fromUtf8(c.input));
-    sheet.setCellValue(1, 2, QStringLiteral("overwritten"));
-    sheet.setCellValue(1, 2, QString()); // clearing a written cell removes it
+    for (const ValueCase &c : cases) {
+        sheet.setCellValue(row, 1, QString::fromUtf8(c.input));
+        if (row++ == 1) {
+            sheet.setCellValue(1, 2, QStringLiteral("overwritten"));
+            sheet.setCellValue(1, 2, QString()); // clearing a written cell removes it
+        }
+    }
+    EXPECT_THROW(sheet.setCellValue(1, 3, "x"), xlsx::Error); // rows go top to bottom
     book->save();
 
     const QJsonObject cells = cellsOf(dumpWorkbook(path), QStringLiteral("Sheet1"));
@@ -88,12 +94,8 @@ TEST(XlsxWorkbook, ExportFormattingReadsBack)
     auto book = Workbook::create(path);
     Worksheet &sheet = book->worksheet(1);
     const QStringList header{"户号", "户号", "金额"};
-    for (int c = 1; c <= 3; ++c) {
+    for (int c = 1; c <= 3; ++c)
         sheet.setColumnWidth(c, 1440 * c / 100.0);
-        sheet.setCellValue(1, c, header[c - 1]);
-        sheet.setCellValue(2, c, QString::number(c));
-        sheet.setCellValue(3, c, c == 2 ? QString() : "x");
-    }
     sheet.setRowHorizontalAlignment(1, Align::HCenter);
     sheet.setRowVerticalAlignment(1, Align::VDistributed);
     sheet.setRangeBorders(1, 1, 3, 3);
@@ -101,6 +103,13 @@ TEST(XlsxWorkbook, ExportFormattingReadsBack)
     sheet.setRowFontSize(2, 10);
     sheet.setRangeFontSize(3, 1, 3, 3, 10.5);
     sheet.merge(1, 1, 1, 2);
+    for (int c = 1; c <= 3; ++c)
+        sheet.setCellValue(1, c, header[c - 1]);
+    for (int c = 1; c <= 3; ++c)
+        sheet.setCellValue(2, c, QString::number(c));
+    for (int c = 1; c <= 3; ++c)
+        sheet.setCellValue(3, c, c == 2 ? QString() : "x");
+    EXPECT_THROW(sheet.setRowFontSize(4, 10), xlsx::Error); // formats come before cells
     book->save();
 
     const QJsonObject dump = dumpWorkbook(path);
