@@ -5,9 +5,9 @@
 // Usage: bench_customer_fill [rows] [repeats] [engine]   (QT_QPA_PLATFORM=offscreen)
 
 #include "db/recordset.h"
+#include "dbtools/databasefile.h"
+#include "dbtools/embeddeddatabase.h"
 #include "reports/customerreports.h"
-#include "tools/databasefile.h"
-#include "tools/embeddeddatabase.h"
 #include "ui/flexgrid.h"
 
 #include <QApplication>
@@ -77,7 +77,7 @@ int engineFill(const Report &report, const ConnectionPtr &connection, FlexGrid &
     // As the window does: a repaint at most every 250 ms between chunks.
     QElapsedTimer sinceRepaint;
     sinceRepaint.start();
-    computeReport(report.definition, connection, params, grid, [&](int) {
+    computeReport(report.definition, connection, params, grid.table(), grid.textWidthFn(), [&](int) {
         if (sinceRepaint.elapsed() >= 250) {
             QElapsedTimer paint;
             paint.start();

@@ -8,13 +8,13 @@
 // Usage: bench_finance_fill [rows] [repeats] [report 1-4]   (QT_QPA_PLATFORM=offscreen)
 
 #include "db/recordset.h"
+#include "dbtools/databasefile.h"
+#include "dbtools/embeddeddatabase.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
 #include "reports/financerows.h"
 #include "reports/financestatements.h"
-#include "tools/databasefile.h"
-#include "tools/embeddeddatabase.h"
 #include "ui/flexgrid.h"
 
 #include <QApplication>
@@ -123,8 +123,8 @@ int queryOnly(FinanceReportKind kind, const ConnectionPtr &connection, const Rep
 void engineFill(FinanceReportKind kind, const ConnectionPtr &connection, const ReportParams &params,
                 FlexGrid &grid)
 {
-    computeReport(financeReportDefinition(kind), connection, params, grid,
-                  [](int) { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+    computeReport(financeReportDefinition(kind), connection, params, grid.table(),
+                  grid.textWidthFn(), [](int) { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
 }
 
 bool sameGrid(const FlexGrid &a, const FlexGrid &b)
@@ -193,13 +193,15 @@ int main(int argc, char **argv)
             // rule measures the current row, so neither grid may take focus.
             grid->setFocusPolicy(Qt::NoFocus);
             grid->show();
-            setFinanceHeading(report.kind, *grid);
+            prepareReportTable(financeReportDefinition(report.kind), grid->table(),
+                                   grid->textWidthFn());
         }
         QList<double> engine, naive, query;
         for (int i = 0; i < repeats; ++i) {
             // Each run starts from the heading's widths, as a freshly loaded window does.
             for (FlexGrid *grid : {&engineGrid, &naiveGrid})
-                setFinanceHeading(report.kind, *grid);
+                prepareReportTable(financeReportDefinition(report.kind), grid->table(),
+                                   grid->textWidthFn());
             QElapsedTimer t;
             t.start();
             queryOnly(report.kind, connection, params, engineGrid.Cols());

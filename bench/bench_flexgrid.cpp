@@ -4,11 +4,13 @@
 // Usage: bench_flexgrid [rows]   (run with QT_QPA_PLATFORM=offscreen)
 
 #include "output/gridprint.h"
+#include "runtime/outputset.h"
+#include "runtime/printer.h"
 #include "ui/flexgrid.h"
-#include "ui/printer.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QPageLayout>
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -126,9 +128,13 @@ int main(int argc, char **argv)
         QTemporaryDir dir;
         const long before = residentKiB();
         timer.start();
-        auto printer = Printer::pdfFile(dir.filePath(QStringLiteral("bench.pdf")));
-        PrintGrid(*printer, grid, {QStringLiteral("(A01 东湖花园)收款日报表"), QString()}, false,
-                  kCols - 8);
+        OutputSet outputs;
+        auto printer = Printer::pdf(outputs.add(dir.filePath(QStringLiteral("bench.pdf"))).device(),
+                                    Printer::defaultPageLayout());
+        PrintGrid(*printer, grid.table(), grid.printLook(),
+                  {QStringLiteral("(A01 东湖花园)收款日报表"), QString()}, false, kCols - 8);
+        printer->EndDoc();
+        outputs.commit();
         char what[64];
         std::snprintf(what, sizeof what, "PrintGrid %d rows to PDF", printed);
         report(what, timer.elapsed(), before);

@@ -6,6 +6,9 @@
 # Usage: bench/run-all.sh [BUILD_DIR]   (default: build-bench/ in the checkout)
 # SCALE (rows per report, default 100000), PRINT_ROWS (10000) and OUT (the
 # file written, default bench/RESULTS.md) may be set for a quick trial.
+# BASELINE (a folder holding an earlier tree's bench_desktop_memory) runs that
+# too, alternating with this tree's, so the desktop's memory is compared in
+# the same run.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build-bench}
@@ -38,7 +41,7 @@ log "configuring $build"
 cmake -S "$root" -B "$build" "${generator[@]}" -DCMAKE_BUILD_TYPE=Release -DQUORVALE_BUILD_BENCH=ON > "$work/configure.log"
 # Target by target, so that one benchmark that does not build costs only its own section.
 declare -A built
-for target in quorvale-admin bench_customer_fill bench_finance_fill bench_xlsx bench_xlsx_lxw bench_print bench_flexgrid; do
+for target in quorvale-admin bench_customer_fill bench_finance_fill bench_xlsx bench_xlsx_lxw bench_print bench_flexgrid bench_desktop_memory; do
     log "building $target"
     if cmake --build "$build" -j "$jobs" --target "$target" > "$work/build-$target.log" 2>&1; then
         built[$target]=1
@@ -424,6 +427,51 @@ EOF
     fi
 else
     not_built quorvale-admin | emit
+fi
+
+# --- the desktop's memory --------------------------------------------------
+log "desktop memory"
+section "## The desktop program's memory"
+if [ "${built[bench_desktop_memory]}" = 1 ]; then
+    programs=("this tree=$benchdir/bench_desktop_memory")
+    if [ -n "${BASELINE:-}" ] && [ -x "$BASELINE/bench_desktop_memory" ]; then
+        programs+=("baseline=$BASELINE/bench_desktop_memory")
+    fi
+    : > "$work/desktop.out"
+    # Each report in a process of its own, the trees alternating.
+    for report in arrears customers; do
+        for entry in "${programs[@]}"; do
+            "${entry#*=}" "$scale" "" "$report" 2> /dev/null | sed -n "s/^result report=$report /${entry%%=*}|$report|/p" >> "$work/desktop.out" || true
+        done
+    done
+    dval() { awk -F'|' -v t="$1" -v r="$2" -v k="$3" '$1 == t && $2 == r {n = split($3, f, " "); for (i = 1; i <= n; i++) {split(f[i], kv, "="); if (kv[1] == k) print kv[2]}}' "$work/desktop.out"; }
+    {
+        echo "\`bench_desktop_memory $scale \"\" REPORT\`, one run per report and tree, each in"
+        echo "a process of its own: the main window signed in (command-line session of"
+        echo "the finance manager), the report window opened from its menu item, office"
+        echo "BIG computed with the window's defaults ($scale rows), every column"
+        echo "exported by the export window into a new workbook, the window closed."
+        echo "Resident size in MB; peaks are the high-water mark of each step, reset"
+        echo "before it."
+        echo
+        echo "| tree | report | before the window | compute peak | after compute | export peak | after close | compute s | export s | xlsx MB |"
+        echo "|---|---|---|---|---|---|---|---|---|---|"
+        for report in arrears customers; do
+            for entry in "${programs[@]}"; do
+                t=${entry%%=*}
+                echo "| $t | $report | $(dval "$t" "$report" before_mb) | $(dval "$t" "$report" compute_peak_mb) | $(dval "$t" "$report" computed_mb) | $(dval "$t" "$report" export_peak_mb) | $(dval "$t" "$report" closed_mb) | $(dval "$t" "$report" compute_s) | $(dval "$t" "$report" export_s) | $(dval "$t" "$report" xlsx_mb) |"
+            done
+        done
+        echo
+        echo "Targets: after closing, within 20 MB of the size before the window"
+        echo "opened; the customer report's peak (compute, then export) at most half"
+        echo "of the baseline's."
+        echo
+    } | emit
+    summary "desktop, $scale-row customer report computed and exported" \
+        "$(dval "this tree" customers export_peak_mb) MB peak, $(dval "this tree" customers closed_mb) MB after closing ($(dval "this tree" customers before_mb) MB before)"
+else
+    not_built bench_desktop_memory | emit
 fi
 
 # --- grid alone ------------------------------------------------------------

@@ -1,11 +1,10 @@
 #include "informationrequest.h"
-#include "reports/reportregistry.h"
-#include "runtime/application.h"
+#include "reports/windows/reportregistry.h"
 #include "runtime/tempfilecleanup.h"
 #include "runtime/toplevelhandler.h"
-#include "session/dbconnection.h"
-#include "session/frmlogin.h"
 #include "session/mdibackground.h"
+#include "session/windows/frmlogin.h"
+#include "ui/application.h"
 #include "ui/msgbox.h"
 
 #include <QGuiApplication>
@@ -36,8 +35,5 @@ int main(int argc, char **argv)
             login->show();
         }
     });
-    const int status = app.exec();
-    // Released while Qt's database layer is still alive.
-    quorvale::DbConn.reset();
-    return status;
+    return app.exec();
 }

@@ -4,6 +4,7 @@
 #include "db/odbcconnectionstring.h"
 #include "db/sqlerrortext.h"
 #include "runtime/runtimeerror.h"
+#include "tsql/sqlliteral.h"
 #include "tsql/tsqladapter.h"
 #include "tsql/tsqlbatches.h"
 
@@ -70,18 +71,16 @@ QString Connection::embeddedDatabasePath(const QString &dataSource)
 
 QString Connection::odbcDataSourceConnectionString(const QString &odbc)
 {
-    QString quoted = odbc;
-    quoted.replace(QLatin1Char('\''), QLatin1String("''"));
     return QStringLiteral(
                "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
                "Catalog='';Data Source='") +
-           odbcPrefix + quoted + QLatin1Char('\'');
+           odbcPrefix + sqlQuoted(odbc) + QLatin1Char('\'');
 }
 
 void Connection::Open()
 {
     if (isOpen())
-        throw RuntimeError(3705,
+        throw RuntimeError(ErrorNumber::ObjectOpen,
                            QStringLiteral("Operation is not allowed when the object is open."));
     const AdoConnectionValues values = parseAdoConnectionString(ConnectionString);
     m_adapter.reset();

@@ -23,7 +23,7 @@ namespace {
 
 [[noreturn]] void closedRecordset()
 {
-    throw RuntimeError(3704, QStringLiteral("Operation is not allowed when the object is closed."));
+    throw RuntimeError(ErrorNumber::ObjectClosed, QStringLiteral("Operation is not allowed when the object is closed."));
 }
 
 } // namespace
@@ -61,7 +61,7 @@ void Recordset::Open(const QString &source, const ConnectionPtr &connection, int
                      int lockType, int options)
 {
     if (d->open)
-        throw RuntimeError(3705,
+        throw RuntimeError(ErrorNumber::ObjectOpen,
                            QStringLiteral("Operation is not allowed when the object is open."));
     if (cursorType != 0 || lockType != 1 || (options != -1 && options != 1))
         throw RuntimeError(
@@ -153,7 +153,7 @@ Field Recordset::Fields(const QString &name) const
     for (int i = 0; i < d->columns.size(); ++i)
         if (d->columns.at(i).name.compare(name, Qt::CaseInsensitive) == 0)
             return Fields(i);
-    throw RuntimeError(3265,
+    throw RuntimeError(ErrorNumber::ItemNotFound,
                        QStringLiteral("Item cannot be found in the collection corresponding to the "
                                       "requested name or ordinal."));
 }
@@ -164,7 +164,7 @@ Field Recordset::Fields(int index) const
         closedRecordset();
     if (index < 0 || index >= d->columns.size())
         throw RuntimeError(
-            3265, QStringLiteral("Item cannot be found in the collection corresponding to the "
+            ErrorNumber::ItemNotFound, QStringLiteral("Item cannot be found in the collection corresponding to the "
                                  "requested name or ordinal."));
     if (d->eof)
         noCurrentRecord();

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "reports/exportvariant.h"
+
 #include <QString>
 
 namespace quorvale {
-
-// The two export windows share one design; the customer reports use
-// frmToExcel, the finance reports frmToExcelnew.
-enum class ExportVariant { Customer, Finance };
 
 // Where and how one grid is written into a workbook.
 struct ExportOptions {
@@ -17,11 +15,14 @@ struct ExportOptions {
 };
 
 // The source column whose non-empty cells are forced to text with a leading
-// apostrophe: the mobile-phone column of the property customer report. The
-// finance window uses its own index; both are tied to the index, not the header.
+// apostrophe: the mobile-phone column of the property customer report, the
+// invoice-number column of the advance-receipt reports. Both are tied to the
+// index, not the header, in every report of the window.
+inline constexpr int CustomerTextColumn = 22;
+inline constexpr int FinanceTextColumn = 15;
 inline int textColumnOf(ExportVariant variant)
 {
-    return variant == ExportVariant::Customer ? 22 : 15;
+    return variant == ExportVariant::Customer ? CustomerTextColumn : FinanceTextColumn;
 }
 
 } // namespace quorvale

@@ -2,10 +2,10 @@
 
 #include "output/headermerge.h"
 #include "output/workbooktarget.h"
+#include "reports/reporttable.h"
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/vb.h"
-#include "ui/flexgrid.h"
 #include "xlsx/xlsxworkbook.h"
 #include "xlsx/xlsxworksheet.h"
 
@@ -36,14 +36,15 @@ xlsx::Worksheet &targetSheet(xlsx::Workbook &book, const QString &name)
 
 } // namespace
 
-void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<int> &chosenColumns,
-                      ExportVariant variant, const QString &sheetName)
+void writeTableToSheet(xlsx::Workbook &book, const ReportTable &table,
+                       const QVector<int> &chosenColumns, ExportVariant variant,
+                       const QString &sheetName)
 {
     xlsx::Worksheet &sheet = targetSheet(book, sheetName);
     sheet.setVisible(true);
 
     const int columns = int(chosenColumns.size());
-    const int rows = grid.Rows();
+    const int rows = table.rows();
     // A rewritten sheet shows exactly the new rows: the block an earlier
     // export wrote (its header's columns, down to its last row) and the
     // block written now are wiped first, with whatever lies on them
@@ -55,7 +56,7 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     }
 
     for (int k = 1; k <= columns; ++k)
-        sheet.setColumnWidth(k, grid.ColWidth(chosenColumns[k - 1]) / kTwipsPerWidthUnit);
+        sheet.setColumnWidth(k, table.colWidth(chosenColumns[k - 1]) / kTwipsPerWidthUnit);
 
     // The sheet writes its rows out as they come, so the formatting steps
     // are given first; the result is that of the steps in their own order.
@@ -69,12 +70,12 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     if (columns > 0 && rows > 1)
         sheet.setRangeFontSize(2, 1, rows, columns, kDataFontSize);
 
-    if (grid.FixedRows() == 2 && rows >= 2) {
+    if (table.fixedRows() == 2 && rows >= 2) {
         QStringList upper;
         QStringList lower;
         for (int i : chosenColumns) {
-            upper.append(grid.TextMatrix(0, i));
-            lower.append(grid.TextMatrix(1, i));
+            upper.append(table.text(0, i));
+            lower.append(table.text(1, i));
         }
         for (const HeaderMerge &m : headerMerges(upper, lower))
             sheet.merge(m.row1, m.col1, m.row2, m.col2);
@@ -84,7 +85,7 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     for (int r = 0; r < rows; ++r) {
         for (int k = 1; k <= columns; ++k) {
             const int i = chosenColumns[k - 1];
-            QString text = grid.TextMatrix(r, i);
+            QString text = table.text(r, i);
             if (i == textColumn && r != 0 && !vbrt::Trim(text).isEmpty())
                 text.prepend(QLatin1Char('\''));
             sheet.setCellValue(r + 1, k, text);
@@ -92,11 +93,11 @@ void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<
     }
 }
 
-QStringList writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                                const ExportOptions &options)
+QStringList writeTableToWorkbook(const ReportTable &table, const QVector<int> &chosenColumns,
+                                 const ExportOptions &options)
 {
     WorkbookTarget target(options.path);
-    target.writeGrid(grid, chosenColumns, options.variant, options.sheet);
+    target.writeTable(table, chosenColumns, options.variant, options.sheet);
     OutputSet outputs;
     target.stage(outputs);
     outputs.commit();

@@ -8,31 +8,32 @@
 
 namespace quorvale {
 
-class FlexGrid;
+class ReportTable;
 namespace xlsx {
 class Workbook;
 }
 
-// Writes the chosen source columns (in the given order, packed to the left)
-// into options.sheet of the workbook at options.path and saves it. Every row
-// is written, row 0 being the header; the workbook is written in one piece
-// or not at all, locked against other writers (WorkbookTarget). Errors are
-// RuntimeError with a description fit for the user.
+// Writes the chosen columns of the table (in the given order, packed to the
+// left) into options.sheet of the workbook at options.path and saves it.
+// Every row is written, row 0 being the header; the workbook is written in
+// one piece or not at all, locked against other writers (WorkbookTarget).
+// Errors are RuntimeError with a description fit for the user.
 //
 // The formatting follows the export's steps in order: row 1 centred, borders
 // round the written block, row 1 in 14 pt, rows 2 and 3 in 10 pt, then the
 // data block (rows 2 to the last written row, written columns only) in
 // 10.5 pt, so rows 2 and 3 keep 10 pt only outside the written columns.
-// A grid with two fixed rows gets its header merged (see headerMerges).
+// A table with two fixed rows gets its header merged (see headerMerges).
 // Returns the warnings of the write (WorkbookTarget::warnings).
-QStringList writeGridToWorkbook(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                                const ExportOptions &options);
+QStringList writeTableToWorkbook(const ReportTable &table, const QVector<int> &chosenColumns,
+                                 const ExportOptions &options);
 
 // The same into a workbook already open (one save for several sheets). A
 // sheet that exists is rewritten: the block an earlier export wrote there is
 // wiped first, cells outside it are kept. Throws xlsx::Error.
-void writeGridToSheet(xlsx::Workbook &book, const FlexGrid &grid, const QVector<int> &chosenColumns,
-                      ExportVariant variant, const QString &sheet);
+void writeTableToSheet(xlsx::Workbook &book, const ReportTable &table,
+                       const QVector<int> &chosenColumns, ExportVariant variant,
+                       const QString &sheet);
 
 // The file a chosen name stands for: an existing file as it is; a new name
 // without extension, or with the legacy ".xls" that could only hold the old

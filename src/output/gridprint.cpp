@@ -1,13 +1,15 @@
 #include "output/gridprint.h"
 
+#include "reports/textwidth.h"
+#include "runtime/printer.h"
+#include "runtime/printerfonts.h"
 #include "runtime/runtimeerror.h"
+#include "runtime/twips.h"
 #include "runtime/vb.h"
-#include "ui/flexgrid.h"
-#include "ui/msgbox.h"
-#include "ui/printer.h"
-#include "ui/printerpreview.h"
 
 #include <QDate>
+#include <QFontMetrics>
+#include <QImage>
 #include <cmath>
 
 namespace quorvale {
@@ -20,6 +22,8 @@ const QString kPrintDate = QStringLiteral("打印日期 ");
 const QString kSignature = QStringLiteral("审核                制单              ");
 const QString kTooWide = QStringLiteral("纸张宽度不够，请设置更宽的纸张或把纸张改成横向打印");
 const QString kChangeSetup = QStringLiteral("是否要修改打印设置？");
+const QString kPrintTitleSuffix = QStringLiteral("收款日报表");
+const QString kDateRange = QStringLiteral("日期范围:");
 constexpr double kHeadingSize = 16;
 constexpr double kRowPitchExtra = 45;
 
@@ -28,9 +32,9 @@ QString pageText(int page, int pageCount)
     return QStringLiteral("第%1页 共%2页").arg(page).arg(pageCount);
 }
 
-double bodyFontSize(const FlexGrid &grid)
+double bodyFontSize(const QFont &font)
 {
-    const double size = grid.font().pointSizeF();
+    const double size = font.pointSizeF();
     return size > 0 ? size : 9.0;
 }
 
@@ -44,7 +48,7 @@ void printRowTexts(Printer &printer, const GridPrintTable &table, int row, doubl
 {
     const double textTop = centredTop(printer, rowTop, table.rowPitch);
     for (int c = 0; c < table.widths.size(); ++c) {
-        const QString text = table.grid->TextMatrix(row, c);
+        const QString text = table.table->text(row, c);
         if (text.isEmpty())
             continue;
         printer.setCurrentX(table.columnLeft(c));
@@ -64,18 +68,49 @@ void printColumnRules(Printer &printer, const GridPrintTable &table, double top,
 
 // The printed columns centred on the printer's paper; left is negative when
 // the table is wider than the paper.
-GridPrintTable centredTable(Printer &printer, const FlexGrid &grid, int trailing)
+GridPrintTable centredTable(Printer &printer, const ReportTable &source, int trailing)
 {
     GridPrintTable table;
-    table.grid = &grid;
-    const int printed = qMax(0, grid.Cols() - trailing);
+    table.table = &source;
+    const int printed = qMax(0, source.cols() - trailing);
     for (int c = 0; c < printed; ++c)
-        table.widths.append(float(grid.ColWidth(c)));
+        table.widths.append(float(source.colWidth(c)));
     table.left = (printer.ScaleWidth() - table.width()) / 2;
     return table;
 }
 
 } // namespace
+
+PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to)
+{
+    PrintTitles titles;
+    titles.title = QLatin1Char('(') + officeName + QLatin1Char(')') + kPrintTitleSuffix;
+    titles.secondLine =
+        kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') + vbrt::formatChineseDate(to);
+    return titles;
+}
+
+PrintLook printLookOf(const QFont &font, int dpi)
+{
+    // The grid's rows are the font's height plus two pixels, as it lays them out.
+    ensureCjkFontSubstitutes();
+    QImage device(1, 1, QImage::Format_ARGB32);
+    const int dotsPerMeter = qRound(dpi / 0.0254);
+    device.setDotsPerMeterX(dotsPerMeter);
+    device.setDotsPerMeterY(dotsPerMeter);
+    const QFontMetrics metrics(font, &device);
+    return {font, qRound(dotsToTwips(metrics.height() + 2, device.logicalDpiX()))};
+}
+
+QString paperTooNarrowQuestion()
+{
+    return kTooWide + QLatin1Char('\n') + kChangeSetup;
+}
+
+bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing)
+{
+    return centredTable(printer, table, trailing).left >= 0;
+}
 
 double GridPrintTable::width() const
 {
@@ -137,7 +172,7 @@ double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QStrin
 
     const double textTop = centredTop(printer, tableTop, table.rowPitch);
     for (int c = 0; c < table.widths.size(); ++c) {
-        const QString text = table.grid->TextMatrix(0, c);
+        const QString text = table.table->text(0, c);
         printer.setCurrentX(table.columnLeft(c) + (table.widths[c] - printer.TextWidth(text)) / 2);
         printer.setCurrentY(textTop);
         printer.Print(text);
@@ -175,15 +210,16 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
 
 namespace {
 
-void printTable(Printer &printer, GridPrintTable table, const PrintTitles &titles, bool signature)
+void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
+                const PrintTitles &titles, bool signature)
 {
-    const FlexGrid &grid = *table.grid;
+    const ReportTable &source = *table.table;
     const double headingHeight = LineHeight(printer);
     const double bodyHeight = BodyLineHeight(printer);
     const double h = printer.TextHeight(QStringLiteral("的"));
-    table.rowPitch = grid.RowHeight(0) + kRowPitchExtra;
+    table.rowPitch = look.rowHeight + kRowPitchExtra;
 
-    const int dataRows = grid.Rows() - 1;
+    const int dataRows = source.rows() - 1;
     // Integer division of the classic kind: both sides rounded half to even first.
     const qint64 room =
         qint64(std::nearbyint(printer.ScaleHeight() - headingHeight - bodyHeight - 4 * h));
@@ -192,12 +228,12 @@ void printTable(Printer &printer, GridPrintTable table, const PrintTitles &title
     int pageCount = 1;
     if (rowsPerPage < dataRows) {
         if (rowsPerPage < 1)
-            throw RuntimeError(11, QStringLiteral("Division by zero"));
+            throw RuntimeError(ErrorNumber::DivisionByZero, QStringLiteral("Division by zero"));
         pageCount = dataRows / rowsPerPage + (dataRows % rowsPerPage >= 1 ? 1 : 0);
     }
 
-    const QString bodyFont = grid.font().family();
-    const double bodySize = bodyFontSize(grid);
+    const QString bodyFont = look.font.family();
+    const double bodySize = bodyFontSize(look.font);
     int page = 0;
     int onPage = 0;
     double tableTop = 0;
@@ -214,7 +250,7 @@ void printTable(Printer &printer, GridPrintTable table, const PrintTitles &title
         onPage = 1;
     };
 
-    for (int row = 1; row < grid.Rows(); ++row) {
+    for (int row = 1; row < source.rows(); ++row) {
         if (row == 1 || onPage >= rowsPerPage)
             startPage();
         else
@@ -231,58 +267,21 @@ void printTable(Printer &printer, GridPrintTable table, const PrintTitles &title
     printer.EndDoc();
 }
 
-// The width question: true when the table fits the paper or the user
-// answers No, taking the table cut off at both edges.
-bool confirmTableWidth(Printer &printer, const FlexGrid &grid, int trailing)
-{
-    // No icon, on purpose: the user may well want the clipped print.
-    return centredTable(printer, grid, trailing).left >= 0 ||
-           MsgBox(kTooWide + QLatin1Char('\n') + kChangeSetup, vb::YesNo) != vb::Yes;
-}
-
 } // namespace
 
-void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
-               int trailing)
+void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
+               const PrintTitles &titles, bool signature, int trailing)
 {
-    if (confirmTableWidth(printer, grid, trailing))
-        printTable(printer, centredTable(printer, grid, trailing), titles, signature);
+    printTable(printer, centredTable(printer, table, trailing), look, titles, signature);
 }
 
-void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing)
+void AutoFitColumns(ReportTable &table, const TextWidthFn &textWidth)
 {
-    std::unique_ptr<Printer> printer = Printer::defaultPrinter();
-    PrintGrid(*printer, grid, titles, signature, trailing);
-}
-
-void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
-                 int trailing)
-{
-    // The preview draws its pages again on every page setup and for the
-    // final print; the question belongs to the print, not to each drawing.
-    showPrintPreview(
-        parent,
-        [&](Printer &printer) {
-            printTable(printer, centredTable(printer, grid, trailing), titles, signature);
-        },
-        [&](Printer &printer) { return confirmTableWidth(printer, grid, trailing); });
-}
-
-void AutoFitColumns(FlexGrid &grid, const QFont &font)
-{
-    AutoFitColumns(grid,
-                   [&grid, &font](const QString &text) { return grid.TextWidth(text, font); });
-}
-
-void AutoFitColumns(FlexGrid &grid, const std::function<double(const QString &)> &textWidth)
-{
-    for (int c = 0; c < grid.Cols(); ++c) {
+    for (int c = 0; c < table.cols(); ++c) {
         double widest = 0;
-        for (int r = 0; r < grid.Rows(); ++r)
-            widest = qMax(widest, textWidth(grid.TextMatrix(r, c)));
-        const int width = qRound(widest);
-        if (width != grid.ColWidth(c))
-            grid.setColWidth(c, width);
+        for (int r = 0; r < table.rows(); ++r)
+            widest = qMax(widest, textWidth(table.text(r, c)));
+        table.setColWidth(c, qRound(widest));
     }
 }
 

@@ -1,16 +1,15 @@
 #pragma once
 
+#include "reports/reporttable.h"
+#include "runtime/printer.h"
+
+#include <QDate>
 #include <QFont>
 #include <QString>
 #include <QVector>
 #include <functional>
 
-class QWidget;
-
 namespace quorvale {
-
-class FlexGrid;
-class Printer;
 
 // What a report window puts above its table: the report title and an
 // optional second line such as the date range.
@@ -19,9 +18,17 @@ struct PrintTitles {
     QString secondLine;
 };
 
-// Where the printed columns of one grid sit on the paper, in twips.
+// The print branch's titles, the same in every report window: "(office)"
+// followed by "收款日报表" (a leftover of the first report, kept), and the
+// date range line.
+PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to);
+
+// The look of a grid in the font at the dpi, as the grid lays its rows out.
+PrintLook printLookOf(const QFont &font, int dpi);
+
+// Where the printed columns of one table sit on the paper, in twips.
 struct GridPrintTable {
-    const FlexGrid *grid = nullptr;
+    const ReportTable *table = nullptr;
     double left = 0; // negative when the table is wider than the paper
     QVector<double> widths;
     double rowPitch = 0;
@@ -30,18 +37,19 @@ struct GridPrintTable {
     double columnLeft(int column) const;
 };
 
-// Prints rows 1 .. Rows-1 of the grid, row 0 as the column heading of every
-// page, leaving out the last `trailing` columns. signature = true adds the
-// signature fields to every footer. A table wider than the paper asks first;
-// answering Yes prints nothing. Printer failures throw RuntimeError.
-void PrintGrid(Printer &printer, const FlexGrid &grid, const PrintTitles &titles, bool signature,
-               int trailing);
-// The same on the system's default printer.
-void PrintGrid(const FlexGrid &grid, const PrintTitles &titles, bool signature, int trailing);
-// The same in a print preview window: the width question is asked once,
-// before the window opens; Yes opens nothing.
-void PreviewGrid(QWidget *parent, const FlexGrid &grid, const PrintTitles &titles, bool signature,
-                 int trailing);
+// The question a window asks when the table is wider than the paper; Yes
+// leaves the print, so the user can change the paper first.
+QString paperTooNarrowQuestion();
+// Whether the printed columns fit the printer's paper.
+bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing);
+
+// Prints rows 1 .. rows-1 of the table, row 0 as the column heading of
+// every page, leaving out the last `trailing` columns. signature = true adds
+// the signature fields to every footer. It asks nothing: a table wider than
+// the paper is printed shifted left (callers ask or warn first, with
+// tableFitsPaper). Printer failures throw RuntimeError.
+void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
+               const PrintTitles &titles, bool signature, int trailing);
 
 // Heading block and column-heading row of one page, from the top of the
 // page; returns the y of the table's top rule. The body font stays set.
@@ -57,7 +65,6 @@ double LineHeight(Printer &printer);
 double BodyLineHeight(Printer &printer);
 
 // Sets every column's width (twips) to the widest of its cell texts.
-void AutoFitColumns(FlexGrid &grid, const QFont &font);
-void AutoFitColumns(FlexGrid &grid, const std::function<double(const QString &)> &textWidth);
+void AutoFitColumns(ReportTable &table, const TextWidthFn &textWidth);
 
 } // namespace quorvale

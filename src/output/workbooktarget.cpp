@@ -71,11 +71,11 @@ WorkbookTarget::WorkbookTarget(QString path, const WriterLock::Waiting &waiting,
 
 WorkbookTarget::~WorkbookTarget() = default;
 
-void WorkbookTarget::writeGrid(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                               ExportVariant variant, const QString &sheet)
+void WorkbookTarget::writeTable(const ReportTable &table, const QVector<int> &chosenColumns,
+                                ExportVariant variant, const QString &sheet)
 {
     asRuntimeError([&] {
-        writeGridToSheet(*m_book, grid, chosenColumns, variant, sheet);
+        writeTableToSheet(*m_book, table, chosenColumns, variant, sheet);
         // Compressed at once: the next report's grid can then take the memory.
         m_book->finishSheet(*m_book->worksheet(sheet));
     });

@@ -10,7 +10,7 @@
 
 namespace quorvale {
 
-class FlexGrid;
+class ReportTable;
 class OutputSet;
 namespace xlsx {
 class Workbook;
@@ -33,10 +33,10 @@ class WorkbookTarget {
 
     const QString &path() const { return m_path; }
 
-    // Writes the chosen columns of the grid into the named sheet with the
-    // export window's rules (see writeGridToWorkbook).
-    void writeGrid(const FlexGrid &grid, const QVector<int> &chosenColumns,
-                   ExportVariant variant, const QString &sheet);
+    // Writes the chosen columns of the table into the named sheet with the
+    // export window's rules (see writeTableToWorkbook).
+    void writeTable(const ReportTable &table, const QVector<int> &chosenColumns,
+                    ExportVariant variant, const QString &sheet);
     // Writes the whole workbook into a new output of the set.
     void stage(OutputSet &outputs);
     // What was written differently from what was asked, so far (a text cut

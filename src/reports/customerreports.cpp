@@ -2,8 +2,8 @@
 
 #include "db/field.h"
 #include "db/recordset.h"
-#include "reports/gridfill.h"
 #include "reports/sqltext.h"
+#include "reports/tablefill.h"
 #include "runtime/vb.h"
 
 namespace quorvale {
@@ -152,29 +152,30 @@ QString floorOfRoom(const Field &room)
 
 void fillPropertyCustomerRow(const Recordset &record, QStringList &row)
 {
+    using namespace PropertyColumn;
     const QString officeName = text(record, QStringLiteral("GYD_Name"));
-    row[0] = officeName;
-    row[1] = text(record, QStringLiteral("GYD_DH"));
-    row[2] = officeName;
-    row[4] = text(record, QStringLiteral("DZ"));
+    row[Office] = officeName;
+    row[OfficeCode] = text(record, QStringLiteral("GYD_DH"));
+    row[EstateName] = officeName;
+    row[GroupName] = text(record, QStringLiteral("DZ"));
     const Field room = record.Fields(QStringLiteral("室"));
-    row[9] = floorOfRoom(room);
-    row[10] = room.text();
-    row[13] = text(record, QStringLiteral("建筑面积"));
-    row[16] = text(record, QStringLiteral("姓名"));
-    row[15] = row[16].isEmpty() ? QString() : kPersonalCustomer;
-    row[20] = text(record, QStringLiteral("FWXZ_xz"));
-    row[22] = text(record, QStringLiteral("移动电话"));
+    row[Floor] = floorOfRoom(room);
+    row[Room] = room.text();
+    row[Area] = text(record, QStringLiteral("建筑面积"));
+    row[OwnerName] = text(record, QStringLiteral("姓名"));
+    row[CustomerKind] = row[OwnerName].isEmpty() ? QString() : kPersonalCustomer;
+    row[HouseNature] = text(record, QStringLiteral("FWXZ_xz"));
+    row[MobilePhone] = text(record, QStringLiteral("移动电话"));
     const QString movedIn = text(record, QStringLiteral("进户日期"));
-    row[49] = movedIn;
-    row[52] = movedIn;
+    row[MovedIn] = movedIn;
+    row[OccupiedSince] = movedIn;
 }
 
 void computePropertyCustomers(const ConnectionPtr &connection, const ReportParams &params,
-                              FlexGrid &, GridFill &fill)
+                              TableFill &fill)
 {
     fill.run(connection, propertyCustomerStatement(params.officeCode), fillPropertyCustomerRow,
-             GridFill::EarlierRows::DropAfterOpen);
+             TableFill::EarlierRows::DropAfterOpen);
 }
 
 ReportDefinition propertyCustomerDefinition()
@@ -186,7 +187,7 @@ ReportDefinition propertyCustomerDefinition()
     d.formatString = leftAlignedFormat(kPropertyColumns);
     d.officeStyle = OfficeQueryStyle::Property;
     d.compute = computePropertyCustomers;
-    d.exportVariant = ExportWindow::Variant::Customer;
+    d.exportVariant = ExportVariant::Customer;
     d.exportTitleSuffix = QStringLiteral(" 房产数据");
     d.exportTemplate = QStringLiteral("房产数据模板");
     return d;
@@ -217,25 +218,26 @@ QString parkingCustomerStatement(const QString &officeCode)
 
 void fillParkingCustomerRow(const Recordset &record, QStringList &row)
 {
+    using namespace ParkingColumn;
     const QString officeName = text(record, QStringLiteral("GYD_Name"));
-    row[0] = officeName;
-    row[1] = text(record, QStringLiteral("GYD_DH"));
-    row[2] = officeName;
-    row[3] = text(record, QStringLiteral("车库编号"));
-    row[4] = text(record, QStringLiteral("车库名"));
-    row[7] = text(record, QStringLiteral("车位编号"));
+    row[Office] = officeName;
+    row[OfficeCode] = text(record, QStringLiteral("GYD_DH"));
+    row[EstateName] = officeName;
+    row[CarParkCode] = text(record, QStringLiteral("车库编号"));
+    row[CarParkName] = text(record, QStringLiteral("车库名"));
+    row[Space] = text(record, QStringLiteral("车位编号"));
     // The open application's applicant and date, else the space's own.
-    row[10] = firstNotNull(record, QStringLiteral("车主姓名"), QStringLiteral("产权人"));
-    row[9] = row[10].isEmpty() ? QString() : kPersonalCustomer;
-    row[38] = firstNotNull(record, QStringLiteral("登记日期"), QStringLiteral("计费日期"));
-    row[42] = row[38];
+    row[OwnerName] = firstNotNull(record, QStringLiteral("车主姓名"), QStringLiteral("产权人"));
+    row[CustomerKind] = row[OwnerName].isEmpty() ? QString() : kPersonalCustomer;
+    row[MovedIn] = firstNotNull(record, QStringLiteral("登记日期"), QStringLiteral("计费日期"));
+    row[OccupiedSince] = row[MovedIn];
 }
 
 void computeParkingCustomers(const ConnectionPtr &connection, const ReportParams &params,
-                             FlexGrid &, GridFill &fill)
+                             TableFill &fill)
 {
     fill.run(connection, parkingCustomerStatement(params.officeCode), fillParkingCustomerRow,
-             GridFill::EarlierRows::DropAfterOpen);
+             TableFill::EarlierRows::DropAfterOpen);
 }
 
 ReportDefinition parkingCustomerDefinition()
@@ -247,7 +249,7 @@ ReportDefinition parkingCustomerDefinition()
     d.formatString = leftAlignedFormat(kParkingColumns);
     d.officeStyle = OfficeQueryStyle::Parking;
     d.compute = computeParkingCustomers;
-    d.exportVariant = ExportWindow::Variant::Customer;
+    d.exportVariant = ExportVariant::Customer;
     d.exportTitleSuffix = QStringLiteral(" 车位数据模板");
     d.exportTemplate = QStringLiteral("车位数据模板");
     return d;

@@ -3,8 +3,9 @@
 #include "reports/financecontrolnames.h"
 #include "reports/financereporttraits.h"
 #include "reports/monthenddate.h"
+#include "runtime/msgboxstyle.h"
+#include "runtime/programinfo.h"
 #include "runtime/vb.h"
-#include "ui/msgbox.h"
 
 namespace quorvale {
 

@@ -1,7 +1,5 @@
 #include "reports/financecolumnfit.h"
 
-#include "ui/flexgrid.h"
-
 #include <cmath>
 #include <memory>
 
@@ -15,20 +13,20 @@ constexpr int kNewRowMargin = 90;
 
 } // namespace
 
-WidthRule financeColumnFit(ColumnFit fit, const FlexGrid &grid, const QFont &font)
+WidthRule financeColumnFit(ColumnFit fit, const ReportTable &table, const TextWidthFn &textWidth)
 {
     if (fit == ColumnFit::NewRow)
-        return widenToRowTexts(grid, font, kNewRowMargin, kNewRowMargin);
+        return widenToRowTexts(textWidth, kNewRowMargin, kNewRowMargin);
 
     auto measuredRow = std::make_shared<int>(-1);
-    return [&grid, font, measuredRow](const QStringList &, int, QVector<int> &widths) {
-        const int row = grid.Row();
+    return [&table, textWidth, measuredRow](const QStringList &, int, QVector<int> &widths) {
+        const int row = table.currentRow();
         if (row == *measuredRow)
             return;
         *measuredRow = row;
-        const int cols = qMin(grid.Cols(), int(widths.size()));
+        const int cols = qMin(table.cols(), int(widths.size()));
         for (int c = 0; c < cols; ++c) {
-            const double w = grid.TextWidth(grid.TextMatrix(row, c), font);
+            const double w = textWidth(table.text(row, c));
             if (w + kCurrentRowTestMargin > widths[c])
                 widths[c] = int(std::lround(w + kCurrentRowSetMargin));
         }

@@ -4,36 +4,36 @@
 #include "reports/financereporttraits.h"
 #include "reports/financerows.h"
 #include "reports/financestatements.h"
-#include "ui/flexgrid.h"
 
 namespace quorvale {
 
 void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
-                          const ReportParams &params, FlexGrid &grid, GridFill &fill)
+                          const ReportParams &params, TableFill &fill)
 {
     const FinanceReportTraits &traits = financeTraits(kind);
     const QStringList statements = financeStatements(kind, params);
-    fill.setWidthRule(financeColumnFit(traits.fit, grid, grid.font()));
+    ReportTable &table = fill.table();
+    fill.setWidthRule(financeColumnFit(traits.fit, table, fill.textWidth()));
 
     const bool newRowCurrent = traits.fit == ColumnFit::NewRow;
     if (newRowCurrent)
-        grid.setRedraw(false);
+        table.setRedraw(false);
     // The last row added is the current one, and drawing resumes, also when
     // a record fails: the rows read before it stay and must be seen.
     const auto finish = [&] {
         if (!newRowCurrent)
             return;
         if (fill.rowsAdded() > 0)
-            grid.setRow(grid.Rows() - 1);
-        grid.setRedraw(true);
+            table.setCurrentRow(table.rows() - 1);
+        table.setRedraw(true);
     };
     try {
         // The earlier result goes only once the first statement is open; the
         // second statement's rows follow the first's.
-        auto earlier = GridFill::EarlierRows::DropAfterOpen;
+        auto earlier = TableFill::EarlierRows::DropAfterOpen;
         for (const QString &statement : statements) {
             fill.run(connection, statement, FinanceRowBuilder(kind), earlier);
-            earlier = GridFill::EarlierRows::Keep;
+            earlier = TableFill::EarlierRows::Keep;
         }
     } catch (...) {
         finish();
@@ -53,28 +53,23 @@ ReportDefinition financeReportDefinition(FinanceReportKind kind)
     definition.headerAtLoad = traits.headingAtLoad;
     definition.officeStyle = OfficeQueryStyle::Finance;
     definition.compute = [kind](const ConnectionPtr &connection, const ReportParams &params,
-                                FlexGrid &grid, GridFill &fill) {
-        computeFinanceReport(kind, connection, params, grid, fill);
+                                TableFill &fill) {
+        computeFinanceReport(kind, connection, params, fill);
     };
-    definition.exportVariant = ExportWindow::Variant::Finance;
+    definition.exportVariant = ExportVariant::Finance;
     definition.exportTitleSuffix = traits.titleSuffix;
     definition.exportTemplate = traits.sheetName;
     return definition;
 }
 
-void setFinanceHeading(FinanceReportKind kind, FlexGrid &grid)
-{
-    grid.setRows(1);
-    grid.setFormatString(financeTraits(kind).heading);
-}
-
 FinanceCheck runFinanceReport(FinanceReportKind kind, const ConnectionPtr &connection,
-                              const ReportParams &params, FlexGrid &grid,
-                              const FillProgress &progress)
+                              const ReportParams &params, ReportTable &table,
+                              const TextWidthFn &textWidth, const FillProgress &progress)
 {
     const FinanceCheck check = checkFinanceInput(kind, params);
     if (check.proceeds())
-        computeReport(financeReportDefinition(kind), connection, params, grid, progress);
+        computeReport(financeReportDefinition(kind), connection, params, table, textWidth,
+                      progress);
     return check;
 }
 

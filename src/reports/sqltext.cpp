@@ -2,13 +2,6 @@
 
 namespace quorvale {
 
-QString sqlQuoted(const QString &value)
-{
-    QString quoted = value;
-    quoted.replace(QLatin1Char('\''), QStringLiteral("''"));
-    return quoted;
-}
-
 QString buildingAddressSelect()
 {
     QString select = QStringLiteral("Select");

@@ -1,12 +1,10 @@
 #pragma once
 
+#include "tsql/sqlliteral.h"
+
 #include <QString>
 
 namespace quorvale {
-
-// A value as it goes between single quotes of a statement: each quote
-// doubled, so text without a quote is spliced exactly as it stands.
-QString sqlQuoted(const QString &value);
 
 // The building address DZ that the property reports select first: address
 // parts 1 to 4 each followed by its unit word, Null parts as empty text.

@@ -26,7 +26,7 @@ QString hexLiteralAsDecimal(const QString &digits)
 void convertRegistryValue(unsigned type, const QByteArray &data, QString &keyValue)
 {
     if (data.isEmpty())
-        throw RuntimeError(5, QStringLiteral("无效的过程调用或参数"));
+        throw RuntimeError(ErrorNumber::InvalidProcedureCall, QStringLiteral("无效的过程调用或参数"));
     const QByteArray raw = data.at(data.size() - 1) == '\0' ? data.left(data.size() - 1) : data;
     if (type == RegistryType::String) {
         keyValue = QString::fromLocal8Bit(raw);

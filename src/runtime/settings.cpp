@@ -1,9 +1,13 @@
 #include "runtime/settings.h"
 
+#include "runtime/runtimeerror.h"
+#include "runtime/stagedfile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <memory>
 
 namespace quorvale {
@@ -42,21 +46,52 @@ QString SettingsStore::GetSetting(const QString &app, const QString &section, co
 void SettingsStore::SaveSetting(const QString &app, const QString &section, const QString &key,
                                 const QString &value)
 {
+    SaveSettings(app, section, {{key, value}});
+}
+
+void SettingsStore::SaveSettings(const QString &app, const QString &section,
+                                 const QList<std::pair<QString, QString>> &values)
+{
+#ifdef Q_OS_WIN
     auto store = openStore(app);
-#ifndef Q_OS_WIN
-    // Created private before anything is written, so the password is never
-    // readable by others, not even for a moment; rewrites keep the mode.
-    const QString fileName = store->fileName();
-    if (!QFileInfo::exists(fileName)) {
-        QDir().mkpath(QFileInfo(fileName).absolutePath());
-        QFile file(fileName);
-        file.open(QIODevice::WriteOnly | QIODevice::NewOnly, QFile::ReadOwner | QFile::WriteOwner);
-    }
-    QFile::setPermissions(fileName, QFile::ReadOwner | QFile::WriteOwner);
-#endif
     store->beginGroup(section);
-    store->setValue(key, value);
+    for (const auto &[key, value] : values)
+        store->setValue(key, value);
     store->sync();
+    if (store->status() != QSettings::NoError)
+        throw RuntimeError(ErrorNumber::PermissionDenied,
+                           QStringLiteral("cannot write the settings to %1").arg(location(app)));
+#else
+    // QSettings makes the INI text in a scratch copy; the file itself is
+    // written the safe way, private from its first byte.
+    const QString target = openStore(app)->fileName();
+    QTemporaryDir scratch;
+    const QString copy = scratch.filePath(QStringLiteral("settings.ini"));
+    if (QFileInfo::exists(target) && !QFile::copy(target, copy))
+        throw RuntimeError(ErrorNumber::PermissionDenied,
+                           QStringLiteral("cannot read %1").arg(QDir::toNativeSeparators(target)));
+    QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+    {
+        QSettings ini(copy, QSettings::IniFormat);
+        ini.beginGroup(section);
+        for (const auto &[key, value] : values)
+            ini.setValue(key, value);
+        ini.endGroup();
+        ini.sync();
+        if (ini.status() != QSettings::NoError)
+            throw RuntimeError(ErrorNumber::PermissionDenied,
+                               QStringLiteral("%1 is not a valid settings file")
+                                   .arg(QDir::toNativeSeparators(target)));
+    }
+    QFile text(copy);
+    if (!text.open(QIODevice::ReadOnly))
+        throw RuntimeError(ErrorNumber::PermissionDenied, text.errorString());
+    QDir().mkpath(QFileInfo(target).absolutePath());
+    StagedFile file(target, QFile::ReadOwner | QFile::WriteOwner);
+    file.device().write(text.readAll());
+    file.finish();
+    file.commit();
+#endif
 }
 
 QString SettingsStore::location(const QString &app)
@@ -80,6 +115,25 @@ QString SettingsStore::readProblem(const QString &app)
     if (store->status() == QSettings::AccessError)
         return QStringLiteral("%1 cannot be read").arg(QDir::toNativeSeparators(file.filePath()));
     return {};
+}
+
+DatabaseSettings DatabaseSettings::read()
+{
+    const QString app = QStringLiteral("Quorvale");
+    const QString section = QStringLiteral("DBConfig");
+    return {SettingsStore::GetSetting(app, section, QStringLiteral("Svr")),
+            SettingsStore::GetSetting(app, section, QStringLiteral("UID")),
+            SettingsStore::GetSetting(app, section, QStringLiteral("PWD")),
+            SettingsStore::GetSetting(app, section, QStringLiteral("DBname"))};
+}
+
+void DatabaseSettings::save() const
+{
+    SettingsStore::SaveSettings(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+                                {{QStringLiteral("Svr"), server},
+                                 {QStringLiteral("UID"), login},
+                                 {QStringLiteral("PWD"), password},
+                                 {QStringLiteral("DBname"), database}});
 }
 
 } // namespace quorvale

@@ -62,7 +62,8 @@ class StagedFile::CheckedFile : public QFile {
     }
 };
 
-StagedFile::StagedFile(QString target) : m_target(std::move(target))
+StagedFile::StagedFile(QString target, std::optional<QFile::Permissions> permissions)
+    : m_target(std::move(target)), m_permissions(permissions)
 {
     const QFileInfo info(m_target);
     const QFileInfo folder(info.absolutePath());
@@ -78,6 +79,8 @@ StagedFile::StagedFile(QString target) : m_target(std::move(target))
         throw RuntimeError(ErrorNumber::PermissionDenied,
                            QStringLiteral("无法保存“%1”：文件为只读，或正被其他程序使用")
                                .arg(shown(m_target)));
+    if (!(folder.permissions() & QFile::WriteOwner))
+        fail(m_target, QStringLiteral("文件夹为只读，不能写入"));
     const QString temp = info.absoluteDir().filePath(
         QStringLiteral(".%1.%2.%3.tmp")
             .arg(info.fileName())
@@ -86,7 +89,8 @@ StagedFile::StagedFile(QString target) : m_target(std::move(target))
     m_file = std::make_unique<CheckedFile>(temp);
     registerTemporaryFile(temp);
     // Unbuffered, so each failing write is seen with its own errno.
-    if (!m_file->open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+    const auto mode = QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
+    if (!(permissions ? m_file->open(mode, *permissions) : m_file->open(mode))) {
         unregisterTemporaryFile(temp);
         if (!folder.isWritable() || !(folder.permissions() & QFile::WriteOwner))
             fail(m_target, QStringLiteral("文件夹为只读，不能写入"));
@@ -136,10 +140,12 @@ void StagedFile::finish()
     m_file->close();
     if (m_file->error() != QFileDevice::NoError)
         fail(m_target, m_file->errorString());
-    // A temporary file is private to its owner; the output is an ordinary file.
-    QFile::setPermissions(m_file->fileName(), QFile::ReadOwner | QFile::WriteOwner |
-                                                  QFile::ReadUser | QFile::WriteUser |
-                                                  QFile::ReadGroup | QFile::ReadOther);
+    // A temporary file is private to its owner; the output is an ordinary
+    // file unless it was asked to stay private.
+    QFile::setPermissions(m_file->fileName(),
+                          m_permissions.value_or(QFile::ReadOwner | QFile::WriteOwner |
+                                                 QFile::ReadUser | QFile::WriteUser |
+                                                 QFile::ReadGroup | QFile::ReadOther));
     m_finished = true;
 }
 

@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace quorvale {
 
@@ -17,8 +18,10 @@ namespace quorvale {
 class StagedFile {
   public:
     // Checks that the target can be written (its folder exists and is
-    // writable, it is not a folder) and creates the temporary file.
-    explicit StagedFile(QString target);
+    // writable, it is not a folder) and creates the temporary file, with the
+    // given permissions (a file holding a password is private from the start).
+    explicit StagedFile(QString target,
+                        std::optional<QFile::Permissions> permissions = std::nullopt);
     ~StagedFile();
     StagedFile(const StagedFile &) = delete;
     StagedFile &operator=(const StagedFile &) = delete;
@@ -42,6 +45,7 @@ class StagedFile {
     class CheckedFile;
     QString m_target;
     std::unique_ptr<CheckedFile> m_file;
+    std::optional<QFile::Permissions> m_permissions;
     bool m_finished = false;
     bool m_committed = false;
 };

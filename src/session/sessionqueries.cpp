@@ -1,22 +1,14 @@
 #include "session/sessionqueries.h"
 
 #include "runtime/vb.h"
+#include "tsql/sqlliteral.h"
 
 namespace quorvale {
 
-namespace {
-QString q(const QString &value)
-{
-    QString doubled = value;
-    return doubled.replace(QLatin1Char('\''), QLatin1String("''"));
-}
-
-} // namespace
-
 QString employeeCheckSql(const QString &userText, const QString &passwordText)
 {
-    return QStringLiteral("Select * From 员工档案 Where 工号 ='") + q(userText) +
-           QStringLiteral("' and 帐号密码='") + q(vbrt::Trim(passwordText)) + QStringLiteral("'");
+    return QStringLiteral("Select * From 员工档案 Where 工号 ='") + sqlQuoted(userText) +
+           QStringLiteral("' and 帐号密码='") + sqlQuoted(vbrt::Trim(passwordText)) + QStringLiteral("'");
 }
 
 QString currentPostsSql(const QString &userText)
@@ -36,7 +28,7 @@ QString currentPostsSql(const QString &userText)
            QStringLiteral(" Inner joIn 职能部门类别 on 职能部门new.职能部门类别代号 = "
                           "职能部门类别.部门类别代号") +
            QStringLiteral(" Inner joIn 员工档案 on 岗位员工new.员工代号 = 员工档案.工号") +
-           QStringLiteral(" Where 岗位员工new.员工代号='") + q(userText) +
+           QStringLiteral(" Where 岗位员工new.员工代号='") + sqlQuoted(userText) +
            QStringLiteral("' and 员工档案.离职日期 is null AND (岗位员工new.离岗日期 IS NULL)");
 }
 
@@ -44,8 +36,8 @@ QString projectAuditSql(const QString &deptCode, const QString &postCode)
 {
     return QStringLiteral("SELECT     ID, 类型, 部门代号, 岗位代号") +
            QStringLiteral(" From 专项审核权限表") + QStringLiteral(" WHERE     (部门代号 = N'") +
-           q(deptCode) + QStringLiteral("') ") + QStringLiteral(" AND (岗位代号 = N'") +
-           q(postCode) + QStringLiteral("') ") + QStringLiteral(" AND (类型 = N'项目管理')");
+           sqlQuoted(deptCode) + QStringLiteral("') ") + QStringLiteral(" AND (岗位代号 = N'") +
+           sqlQuoted(postCode) + QStringLiteral("') ") + QStringLiteral(" AND (类型 = N'项目管理')");
 }
 
 QString privilegeSql(const QString &postCode, const QString &memo)
@@ -55,8 +47,8 @@ QString privilegeSql(const QString &postCode, const QString &memo)
                           "GroupPrivilege.Popedom") +
            QStringLiteral(" FROM  岗位权限设置 INNER JOIN GroupPrivilege ON 岗位权限设置.组代号 = "
                           "GroupPrivilege.GroupID") +
-           QStringLiteral(" Where 授权 = 1 AND 岗位代号='") + q(postCode) + QStringLiteral("'") +
-           QStringLiteral(" AND Memo='") + q(memo) + QStringLiteral("'") +
+           QStringLiteral(" Where 授权 = 1 AND 岗位代号='") + sqlQuoted(postCode) + QStringLiteral("'") +
+           QStringLiteral(" AND Memo='") + sqlQuoted(memo) + QStringLiteral("'") +
            QStringLiteral(" ORDER BY GroupPrivilege.Popedom");
 }
 

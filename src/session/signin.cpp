@@ -1,10 +1,9 @@
 #include "session/signin.h"
 
 #include "db/recordset.h"
-#include "session/dbconnection.h"
+#include "runtime/msgboxstyle.h"
+#include "session/session.h"
 #include "session/sessionqueries.h"
-#include "session/sessionvalues.h"
-#include "ui/msgbox.h"
 
 namespace quorvale {
 
@@ -52,31 +51,23 @@ bool checkTypedCredentials(const QString &userText, const QString &passwordText,
     return true;
 }
 
-void clearSessionForSignIn()
-{
-    QString *const nine[] = {&CurUserNo,        &CurDeptCode,      &CurDeptName,
-                             &CurPostCode,      &CurPostName,      &CurDeptClassCode,
-                             &CurDeptClassName, &CurPostClassCode, &CurPostClassName};
-    for (QString *value : nine)
-        value->clear();
-}
-
-SignInResult verifyCredentials(const QString &userText, const QString &passwordText)
+SignInResult verifyCredentials(Session &session, const QString &userText,
+                               const QString &passwordText)
 {
     if (userText == superUserName && passwordText == superUserPassword) {
-        CurUserNo = superUserNo;
+        session.CurUserNo = superUserNo;
         SignInResult r;
         r.kind = SignInResult::Kind::SuperUser;
         return r;
     }
     {
         Recordset employee;
-        employee.Open(employeeCheckSql(userText, passwordText), DbConn, 0, 1, -1);
+        employee.Open(employeeCheckSql(userText, passwordText), session.DbConn, 0, 1, -1);
         if (employee.eof())
             return refused(QStringLiteral("用户名或密码不正确,请重新输入!"), vb::Information);
     }
     Recordset posts;
-    posts.Open(currentPostsSql(userText), DbConn, 0, 1, -1);
+    posts.Open(currentPostsSql(userText), session.DbConn, 0, 1, -1);
     if (posts.eof())
         return refused(QStringLiteral("对不起，您没有岗位，请选择系统管理员"), vb::OKOnly);
 

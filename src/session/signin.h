@@ -8,6 +8,8 @@
 
 namespace quorvale {
 
+struct Session;
+
 // The sign-in checks without a window, shared by the login window and the
 // batch export so that both accept and refuse exactly the same users.
 
@@ -29,13 +31,10 @@ struct SignInResult {
 bool checkTypedCredentials(const QString &userText, const QString &passwordText,
                            SignInRefusal &refusal);
 
-// Clears nine of the ten session values before a sign-in attempt; the user's
-// name keeps whatever it held.
-void clearSessionForSignIn();
-
-// On the open shared connection: the built-in super-user (which sets
+// On the session's open connection: the built-in super-user (which sets
 // CurUserNo), then the employee check, then the user's current posts.
 // Database errors are thrown.
-SignInResult verifyCredentials(const QString &userText, const QString &passwordText);
+SignInResult verifyCredentials(Session &session, const QString &userText,
+                               const QString &passwordText);
 
 } // namespace quorvale

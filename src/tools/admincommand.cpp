@@ -1,11 +1,11 @@
 #include "tools/admincommand.h"
 
+#include "batch/refusederror.h"
+#include "batch/usageerror.h"
 #include "runtime/programinfo.h"
 #include "runtime/runtimeerror.h"
 #include "tools/adminhelp.h"
 #include "tools/consoletext.h"
-#include "tools/refusederror.h"
-#include "tools/usageerror.h"
 
 #include <algorithm>
 

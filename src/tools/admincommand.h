@@ -28,7 +28,7 @@ struct AdminOption {
 // argument and option, and one complete example.
 struct AdminCommand {
     // Which Qt application object the command needs.
-    enum class Application { Core, Gui, Widgets };
+    enum class Application { Core, Gui };
 
     QString name;
     QString synopsis; // the arguments, for usage lines

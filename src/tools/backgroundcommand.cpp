@@ -3,6 +3,7 @@
 #include "runtime/runtimeerror.h"
 #include "session/mdibackground.h"
 #include "tools/commandline.h"
+#include "tools/imagefile.h"
 
 #include <QImage>
 
@@ -20,9 +21,7 @@ AdminCommand makeBackgroundCommand()
     command.application = AdminCommand::Application::Gui;
     command.run = [](const QStringList &arguments, QTextStream &) {
         const QString path = CommandLine(arguments, {}, {}).onlyPositional(QStringLiteral("FILE"));
-        if (!drawMainBackground(QSize(1024, 768)).save(path, "BMP"))
-            throw RuntimeError(ErrorNumber::PathFileAccessError,
-                               QStringLiteral("cannot write %1").arg(path));
+        writeImage(drawMainBackground(QSize(1024, 768)), path, "BMP");
     };
     return command;
 }

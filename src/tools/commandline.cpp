@@ -1,6 +1,6 @@
 #include "tools/commandline.h"
 
-#include "tools/usageerror.h"
+#include "batch/usageerror.h"
 
 namespace quorvale {
 

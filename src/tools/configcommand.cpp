@@ -1,8 +1,8 @@
 #include "tools/configcommand.h"
 
+#include "batch/usageerror.h"
 #include "runtime/settings.h"
 #include "tools/commandline.h"
-#include "tools/usageerror.h"
 
 #include <QDir>
 

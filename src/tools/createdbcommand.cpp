@@ -1,7 +1,7 @@
 #include "tools/createdbcommand.h"
 
+#include "batch/usageerror.h"
 #include "tools/commandline.h"
-#include "tools/usageerror.h"
 
 #include <QElapsedTimer>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "dbtools/databasefile.h"
 #include "tools/admincommand.h"
-#include "tools/databasefile.h"
 
 namespace quorvale {
 

@@ -1,11 +1,10 @@
 #include "tools/exportcommand.h"
 
+#include "batch/batchexport.h"
+#include "batch/refusederror.h"
 #include "runtime/runtimeerror.h"
-#include "session/dbconnection.h"
-#include "tools/batchexport.h"
 #include "tools/consoletext.h"
-#include "tools/exportrequest.h"
-#include "tools/refusederror.h"
+#include "tools/exportrequestparser.h"
 
 #include <QElapsedTimer>
 #include <QLocale>
@@ -160,7 +159,7 @@ AdminCommand exportCommand()
     command.example = QStringLiteral(
         "quorvale-admin export --report all --office all --user 1002 --password-env QUORVALE_PW "
         "--post GW05 --month last --cutoff month-end --xlsx 'out/{month}/{office}.xlsx'");
-    command.application = AdminCommand::Application::Widgets;
+    command.application = AdminCommand::Application::Gui;
     command.run = [](const QStringList &arguments, QTextStream &out) {
         const ExportRequest request = parseExportRequest(arguments);
         const auto progress = terminalProgress();
@@ -186,11 +185,8 @@ AdminCommand exportCommand()
         } catch (...) {
             if (progress)
                 std::fprintf(stderr, "\n");
-            DbConn.reset();
             throw;
         }
-        // The connection goes before the application object it was made under.
-        DbConn.reset();
         if (progress)
             std::fprintf(stderr, "\r\x1b[K");
         // A single export that failed prints its one line and nothing else.

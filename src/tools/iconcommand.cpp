@@ -1,9 +1,10 @@
 #include "tools/iconcommand.h"
 
+#include "batch/usageerror.h"
 #include "runtime/runtimeerror.h"
 #include "session/mdibackground.h"
 #include "tools/commandline.h"
-#include "tools/usageerror.h"
+#include "tools/imagefile.h"
 
 #include <QImage>
 
@@ -45,9 +46,7 @@ AdminCommand makeIconCommand()
                                      .arg(kMaxSize)
                                      .arg(line.value(QStringLiteral("size"))));
         }
-        if (!drawEmblem(QSize(size, size)).save(path, "PNG"))
-            throw RuntimeError(ErrorNumber::PathFileAccessError,
-                               QStringLiteral("cannot write %1").arg(path));
+        writeImage(drawEmblem(QSize(size, size)), path, "PNG");
     };
     return command;
 }

@@ -1,8 +1,8 @@
 #include "tools/importcommand.h"
 
+#include "dbtools/configureddatabase.h"
+#include "dbtools/csvimport.h"
 #include "tools/commandline.h"
-#include "tools/configureddatabase.h"
-#include "tools/csvimport.h"
 
 namespace quorvale {
 

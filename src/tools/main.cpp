@@ -2,7 +2,6 @@
 #include "tools/admincommands.h"
 #include "tools/consoletext.h"
 
-#include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <cstdio>
@@ -35,9 +34,7 @@ int main(int argc, char **argv)
                 std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
         });
     std::unique_ptr<QCoreApplication> app;
-    if (kind == AdminCommand::Application::Widgets)
-        app = std::make_unique<QApplication>(argc, argv);
-    else if (kind == AdminCommand::Application::Gui)
+    if (kind == AdminCommand::Application::Gui)
         app = std::make_unique<QGuiApplication>(argc, argv);
     else
         app = std::make_unique<QCoreApplication>(argc, argv);

@@ -1,21 +1,14 @@
 #include "tools/snapshotcommand.h"
 
+#include "batch/usageerror.h"
 #include "db/odbcconnectionstring.h"
-#include "db/sqlerrortext.h"
+#include "dbtools/configureddatabase.h"
+#include "dbtools/snapshot.h"
 #include "runtime/runtimeerror.h"
 #include "tools/commandline.h"
-#include "tools/configureddatabase.h"
 #include "tools/consoletext.h"
-#include "tools/embeddeddatabase.h"
-#include "tools/newfile.h"
-#include "tools/schemascript.h"
-#include "tools/tablecopy.h"
-#include "tools/tableprinter.h"
-#include "tools/usageerror.h"
 
 #include <QElapsedTimer>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <cstdio>
 #include <unistd.h>
 
@@ -82,12 +75,6 @@ void printCounts(QTextStream &out, const QList<TableCopyCount> &counts)
     out.flush();
 }
 
-void pragma(Connection &connection, const char *setting)
-{
-    QSqlQuery query(connection.database());
-    query.exec(QStringLiteral("PRAGMA ") + QLatin1String(setting));
-}
-
 } // namespace
 
 AdminCommand snapshotCommand()
@@ -117,34 +104,9 @@ AdminCommand snapshotCommand()
         const ConnectionPtr source = openSource(line);
         QElapsedTimer timer;
         timer.start();
-        qint64 rows = 0;
-        buildNewFile(path, line.isSet(QStringLiteral("force")), [&](const QString &tempPath) {
-            ConnectionPtr target = openEmbeddedDatabase(tempPath, true);
-            // Nobody uses the file before the rename: a crash leaves only a stray temporary.
-            pragma(*target, "synchronous = OFF");
-            pragma(*target, "journal_mode = MEMORY");
-            QSqlDatabase db = target->database();
-            if (!db.transaction())
-                throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(db.lastError()));
-            createSchema(*target);
-            const QList<TableCopyCount> counts =
-                copySchemaTables(source, *target, terminalProgress());
-            if (!db.commit())
-                throw RuntimeError(ErrorNumber::DatabaseError, sqlErrorText(db.lastError()));
-            pragma(*target, "journal_mode = DELETE");
-            printCounts(out, counts);
-            QStringList different;
-            for (const TableCopyCount &c : counts) {
-                rows += c.read;
-                if (c.read != c.written)
-                    different << c.table;
-            }
-            if (!different.isEmpty())
-                throw RuntimeError(ErrorNumber::DatabaseError,
-                                   QStringLiteral("rows read and written differ for %1; no file "
-                                                  "written")
-                                       .arg(different.join(QStringLiteral(", "))));
-        });
+        const qint64 rows = writeSnapshot(
+            source, path, line.isSet(QStringLiteral("force")), terminalProgress(),
+            [&out](const QList<TableCopyCount> &counts) { printCounts(out, counts); });
         out << path << ": " << rows << " rows copied in "
             << QString::number(double(timer.elapsed()) / 1000.0, 'f', 1) << " s\n";
     };

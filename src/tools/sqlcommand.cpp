@@ -1,12 +1,12 @@
 #include "tools/sqlcommand.h"
 
+#include "batch/usageerror.h"
 #include "db/sqlscript.h"
+#include "dbtools/configureddatabase.h"
+#include "dbtools/csvprinter.h"
 #include "runtime/runtimeerror.h"
 #include "tools/commandline.h"
-#include "tools/configureddatabase.h"
-#include "tools/csvprinter.h"
 #include "tools/tableprinter.h"
-#include "tools/usageerror.h"
 
 #include <QFile>
 #include <QStringDecoder>

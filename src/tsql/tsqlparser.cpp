@@ -2,6 +2,7 @@
 // and strings are written for SQLite, and which statement comes next.
 #include "tsql/tsqlparser.h"
 
+#include "tsql/sqlliteral.h"
 #include "tsql/tsqlcatalog.h"
 #include "tsql/tsqltranslator.h"
 
@@ -79,9 +80,7 @@ QString TsqlParser::quoteName(const QString &name)
 
 QString TsqlParser::quoteString(const QString &value)
 {
-    QString q = value;
-    q.replace(QLatin1Char('\''), QLatin1String("''"));
-    return QLatin1Char('\'') + q + QLatin1Char('\'');
+    return QLatin1Char('\'') + sqlQuoted(value) + QLatin1Char('\'');
 }
 
 QString TsqlParser::collate()

@@ -1,9 +1,11 @@
 #include "ui/flexgrid.h"
 
+#include "reports/textwidth.h"
+#include "runtime/printer.h"
+#include "runtime/printerfonts.h"
 #include "runtime/runtimeerror.h"
+#include "runtime/twips.h"
 #include "ui/flexgridmodel.h"
-#include "ui/flexgridtextwidth.h"
-#include "ui/printerfonts.h"
 
 #include <QEvent>
 #include <QFontMetricsF>
@@ -11,15 +13,7 @@
 
 namespace quorvale {
 
-namespace {
-
-constexpr int kDefaultColTwips = 960;
-// FormatString widens each column by a little more than the text itself.
-constexpr int kFormatMarginTwips = 120;
-
-} // namespace
-
-FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridModel(this))
+FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridModel(m_table, this))
 {
     ensureCjkFontSubstitutes();
     setModel(m_model);
@@ -34,7 +28,6 @@ FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridMo
     horizontalHeader()->setMinimumSectionSize(0);
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->setHighlightSections(false);
-    m_colTwips.fill(kDefaultColTwips, m_model->cols());
     applyRowHeight();
     applyColumnWidths(0, m_model->columnCount() - 1);
 
@@ -42,18 +35,23 @@ FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridMo
             [this](const QModelIndex &, int first, int last) { applyColumnWidths(first, last); });
     connect(m_model, &QAbstractItemModel::modelReset, this,
             [this] { applyColumnWidths(0, m_model->columnCount() - 1); });
+    connect(m_model, &FlexGridModel::columnWidthChanged, this,
+            [this](int col) { applyColumnWidths(col, col); });
+    connect(m_model, &FlexGridModel::drawingSwitched, this, [this](bool on) {
+        setUpdatesEnabled(on);
+    });
     connect(horizontalHeader(), &QHeaderView::sectionResized, this,
             [this](int section, int, int size) {
-                if (!m_settingWidths && section < m_colTwips.size())
-                    m_colTwips[section] = qRound(pixelsToTwipsX(size));
+                if (!m_settingWidths && section < m_table.cols())
+                    m_table.setColWidth(section, qRound(pixelsToTwipsX(size)));
             });
     connect(this, &QAbstractItemView::pressed, this, [this](const QModelIndex &index) {
-        m_row = m_model->gridRow(index);
+        m_table.setCurrentRow(m_model->gridRow(index));
         m_col = index.column();
     });
     connect(this, &QAbstractItemView::clicked, this, [this] { Q_EMIT Click(); });
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex &index) {
-        m_row = m_model->gridRow(index);
+        m_table.setCurrentRow(m_model->gridRow(index));
         m_col = index.column();
         Q_EMIT DblClick();
     });
@@ -71,25 +69,23 @@ FlexGrid::~FlexGrid() = default;
 
 int FlexGrid::Rows() const
 {
-    return m_model->rows();
+    return m_table.rows();
 }
 
 void FlexGrid::setRows(int rows)
 {
-    m_model->setRows(rows);
-    m_row = qMin(m_row, rows - 1);
+    m_table.setRows(rows);
 }
 
 int FlexGrid::Cols() const
 {
-    return m_model->cols();
+    return m_table.cols();
 }
 
 void FlexGrid::setCols(int cols)
 {
     const int old = Cols();
-    m_model->setCols(cols);
-    m_colTwips.resize(cols, kDefaultColTwips);
+    m_table.setCols(cols);
     // Columns dropped and re-added before the view heard of it keep their sections.
     applyColumnWidths(qMin(old, cols), qMin(cols, m_model->columnCount()) - 1);
     m_col = qMin(m_col, qMax(0, cols - 1));
@@ -97,110 +93,85 @@ void FlexGrid::setCols(int cols)
 
 int FlexGrid::FixedRows() const
 {
-    return m_model->fixedRows();
+    return m_table.fixedRows();
 }
 
 void FlexGrid::setFixedRows(int rows)
 {
-    m_model->setFixedRows(rows);
+    m_table.setFixedRows(rows);
     horizontalHeader()->setVisible(rows > 0);
 }
 
 int FlexGrid::FixedCols() const
 {
-    return m_model->fixedCols();
+    return m_table.fixedCols();
 }
 
 void FlexGrid::setFixedCols(int cols)
 {
-    m_model->setFixedCols(cols);
+    m_table.setFixedCols(cols);
 }
 
 QString FlexGrid::TextMatrix(int row, int col) const
 {
-    return m_model->text(row, col);
+    return m_table.text(row, col);
 }
 
 void FlexGrid::setTextMatrix(int row, int col, const QString &text)
 {
-    m_model->setText(row, col, text);
+    m_table.setText(row, col, text);
 }
 
 void FlexGrid::appendRows(const QVector<QStringList> &rows)
 {
-    m_model->appendRows(rows);
+    m_table.appendRows(rows);
 }
 
 void FlexGrid::setFormatString(const QString &format)
 {
-    const QStringList columns = format.split(QLatin1Char('|'));
-    setCols(int(columns.size()));
-    if (Rows() < 1)
-        setRows(1);
-    for (int c = 0; c < columns.size(); ++c) {
-        QString text = columns[c];
-        int alignment = FlexAlign::General;
-        if (text.startsWith(QLatin1Char('<')))
-            alignment = FlexAlign::LeftCenter;
-        else if (text.startsWith(QLatin1Char('>')))
-            alignment = FlexAlign::RightCenter;
-        else if (text.startsWith(QLatin1Char('^')))
-            alignment = FlexAlign::CenterCenter;
-        if (alignment != FlexAlign::General)
-            text.remove(0, 1);
-        setColAlignment(c, alignment);
-        setTextMatrix(0, c, text);
-        setColWidth(c, qRound(TextWidth(text)) + kFormatMarginTwips);
-    }
-    m_formatString = format;
+    m_table.setFormatString(format, textWidthFn());
 }
 
 QString FlexGrid::FormatString() const
 {
-    return m_formatString;
+    return m_table.formatString();
 }
 
 int FlexGrid::ColWidth(int col) const
 {
-    checkCol(col);
-    return m_colTwips[col];
+    return m_table.colWidth(col);
 }
 
 void FlexGrid::setColWidth(int col, int twips)
 {
-    checkCol(col);
-    m_colTwips[col] = twips < 0 ? kDefaultColTwips : twips;
-    if (col < m_model->columnCount())
-        applyColumnWidths(col, col);
+    m_table.setColWidth(col, twips);
 }
 
 int FlexGrid::RowHeight(int row) const
 {
     if (row < 0 || row >= Rows())
-        throw RuntimeError(30009, QStringLiteral("Invalid Row value"));
+        throw RuntimeError(ErrorNumber::InvalidRowValue, QStringLiteral("Invalid Row value"));
     return qRound(pixelsToTwipsX(verticalHeader()->defaultSectionSize()));
 }
 
 int FlexGrid::ColAlignment(int col) const
 {
-    return m_model->alignment(col);
+    return m_table.alignment(col);
 }
 
 void FlexGrid::setColAlignment(int col, int alignment)
 {
-    m_model->setAlignment(col, alignment);
+    m_table.setAlignment(col, alignment);
 }
 
 int FlexGrid::Row() const
 {
-    return m_row;
+    return m_table.currentRow();
 }
 
 void FlexGrid::setRow(int row)
 {
-    if (row < 0 || row >= Rows())
-        throw RuntimeError(30009, QStringLiteral("Invalid Row value"));
-    m_row = row;
+    m_table.setCurrentRow(row);
 }
 
 int FlexGrid::Col() const
@@ -211,18 +182,18 @@ int FlexGrid::Col() const
 void FlexGrid::setCol(int col)
 {
     if (col < 0 || col >= Cols())
-        throw RuntimeError(30010, QStringLiteral("Invalid Col value"));
+        throw RuntimeError(ErrorNumber::InvalidColValue, QStringLiteral("Invalid Col value"));
     m_col = col;
 }
 
 QColor FlexGrid::CellBackColor() const
 {
-    return cellBackColor(m_row, m_col);
+    return cellBackColor(Row(), m_col);
 }
 
 void FlexGrid::setCellBackColor(const QColor &color)
 {
-    setCellBackColor(m_row, m_col, color);
+    setCellBackColor(Row(), m_col, color);
 }
 
 QColor FlexGrid::cellBackColor(int row, int col) const
@@ -238,16 +209,12 @@ void FlexGrid::setCellBackColor(int row, int col, const QColor &color)
 
 bool FlexGrid::Redraw() const
 {
-    return m_redraw;
+    return m_table.redraw();
 }
 
 void FlexGrid::setRedraw(bool on)
 {
-    if (on == m_redraw)
-        return;
-    m_redraw = on;
-    setUpdatesEnabled(on);
-    m_model->setSuspended(!on);
+    m_table.setRedraw(on);
 }
 
 double FlexGrid::TextWidth(const QString &text) const
@@ -270,21 +237,33 @@ double FlexGrid::TextWidth(const QString &text, const QFont &font) const
     return m_otherFontWidths->width(text);
 }
 
+TextWidthFn FlexGrid::textWidthFn() const
+{
+    return [this](const QString &text) { return TextWidth(text); };
+}
+
+PrintLook FlexGrid::printLook() const
+{
+    return {font(), RowHeight(0)};
+}
+
 int FlexGrid::twipsToPixelsX(double twips) const
 {
-    return qRound(twips * logicalDpiX() / 1440.0);
+    return qRound(twipsToDots(twips, logicalDpiX()));
 }
 
 double FlexGrid::pixelsToTwipsX(int pixels) const
 {
-    return pixels * 1440.0 / logicalDpiX();
+    return dotsToTwips(pixels, logicalDpiX());
 }
 
 void FlexGrid::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTableView::currentChanged(current, previous);
-    if (current.isValid()) {
-        m_row = m_model->gridRow(current);
+    // The view may still show rows the table has dropped (it hears of
+    // changes in batches); such a row is not the table's to be current.
+    if (current.isValid() && m_model->gridRow(current) < m_table.rows()) {
+        m_table.setCurrentRow(m_model->gridRow(current));
         m_col = current.column();
     }
 }
@@ -299,8 +278,8 @@ void FlexGrid::changeEvent(QEvent *event)
 void FlexGrid::applyColumnWidths(int first, int last)
 {
     m_settingWidths = true;
-    for (int c = first; c <= last && c < m_colTwips.size(); ++c)
-        horizontalHeader()->resizeSection(c, twipsToPixelsX(m_colTwips[c]));
+    for (int c = first; c <= last && c < m_table.cols(); ++c)
+        horizontalHeader()->resizeSection(c, twipsToPixelsX(m_table.colWidth(c)));
     m_settingWidths = false;
 }
 
@@ -308,12 +287,6 @@ void FlexGrid::applyRowHeight()
 {
     const QFontMetrics metrics(font(), this);
     verticalHeader()->setDefaultSectionSize(metrics.height() + 2);
-}
-
-void FlexGrid::checkCol(int col) const
-{
-    if (col < 0 || col >= m_colTwips.size())
-        throw RuntimeError(381, QStringLiteral("Subscript out of range"));
 }
 
 } // namespace quorvale

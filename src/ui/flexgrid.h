@@ -1,9 +1,11 @@
 #pragma once
 
-// Library ui: classic controls on Qt Widgets: the flex grid and its model
-// in twips, the twips printer with its PDF and preview targets, printer
-// fonts and the message box with its test responder. It depends on runtime
-// only and knows nothing of databases, workbooks or reports.
+// Library ui: classic controls on Qt Widgets: the flex grid (a view of a
+// report table), the real printers and the print preview, the message box
+// with its test responder, the application object. It depends on runtime and
+// on the report table; it knows nothing of databases or workbooks.
+
+#include "reports/reporttable.h"
 
 #include <QColor>
 #include <QFont>
@@ -16,27 +18,17 @@ namespace quorvale {
 
 class FlexGridModel;
 class TextWidthCache;
+struct PrintLook;
 
-// Flex-grid alignment values as the windows set and read them.
-namespace FlexAlign {
-inline constexpr int LeftTop = 0;
-inline constexpr int LeftCenter = 1;
-inline constexpr int LeftBottom = 2;
-inline constexpr int CenterTop = 3;
-inline constexpr int CenterCenter = 4;
-inline constexpr int CenterBottom = 5;
-inline constexpr int RightTop = 6;
-inline constexpr int RightCenter = 7;
-inline constexpr int RightBottom = 8;
-inline constexpr int General = 9; // text left, numbers right
-} // namespace FlexAlign
-
-// The flex-grid control of the report and export windows. Row and column
-// numbers count the fixed (header) rows: Rows() == 1 is a header-only grid,
-// TextMatrix(0, c) is the heading of column c. The fixed rows are shown in
-// the horizontal header so they never scroll away. Sizes are in twips
-// (1440 per inch) and converted at the widget's logical DPI.
-// Range errors throw RuntimeError, as the control raised them.
+// The flex-grid control of the report and export windows: a view of the
+// ReportTable it holds, which keeps the cells, widths, alignments, current
+// row and drawing state; the grid adds what is the screen's (the clicked
+// column, cell colours). Row and column numbers count the fixed (header)
+// rows: Rows() == 1 is a header-only grid, TextMatrix(0, c) is the heading
+// of column c. The fixed rows are shown in the horizontal header so they
+// never scroll away. Sizes are in twips (1440 per inch) and converted at
+// the widget's logical DPI. Range errors throw RuntimeError, as the
+// control raised them.
 class FlexGrid : public QTableView {
     Q_OBJECT
   public:
@@ -92,6 +84,14 @@ class FlexGrid : public QTableView {
     int twipsToPixelsX(double twips) const;
     double pixelsToTwipsX(int pixels) const;
 
+    // What the grid shows; a compute fills it, export and print read it.
+    ReportTable &table() { return m_table; }
+    const ReportTable &table() const { return m_table; }
+    // Text widths in the grid's font, for the table's width rules.
+    TextWidthFn textWidthFn() const;
+    // The grid's font and row height, which a printout follows.
+    PrintLook printLook() const;
+
     FlexGridModel *gridModel() const { return m_model; }
 
   Q_SIGNALS:
@@ -105,14 +105,10 @@ class FlexGrid : public QTableView {
   private:
     void applyColumnWidths(int first, int last);
     void applyRowHeight();
-    void checkCol(int col) const;
 
+    ReportTable m_table;
     FlexGridModel *m_model;
-    QVector<int> m_colTwips;
-    QString m_formatString;
-    int m_row = 0;
     int m_col = 0;
-    bool m_redraw = true;
     bool m_settingWidths = false;
     mutable std::unique_ptr<TextWidthCache> m_gridFontWidths;
     mutable std::unique_ptr<TextWidthCache> m_otherFontWidths;

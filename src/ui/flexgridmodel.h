@@ -1,52 +1,39 @@
 #pragma once
 
+#include "reports/reporttable.h"
+
 #include <QAbstractTableModel>
 #include <QColor>
 #include <QHash>
-#include <QStringList>
-#include <QVector>
 
 namespace quorvale {
 
-// The cells of a FlexGrid. Grid rows 0 .. fixedRows-1 are the heading and
-// appear as horizontal header data; model row i is grid row i + fixedRows.
+// The item model a FlexGrid shows its ReportTable through. Table rows
+// 0 .. fixedRows-1 are the heading and appear as horizontal header data;
+// model row i is table row i + fixedRows. The model holds no cells of its
+// own, only what is the view's: the cells' background colours.
 //
 // Reports add rows one at a time, up to a hundred thousand of them, so the
 // model tells its views about changes in one batch: rowCount() reports the
 // size the views were last told, and the pending changes are published when
-// control returns to the event loop, when publish() is called, or when a
-// suspension ends. Only filled cells take memory.
-class FlexGridModel : public QAbstractTableModel {
+// control returns to the event loop, when publish() is called, when rows
+// are appended in a batch, or when drawing is switched back on.
+class FlexGridModel : public QAbstractTableModel, private ReportTable::Observer {
     Q_OBJECT
   public:
-    explicit FlexGridModel(QObject *parent = nullptr);
+    explicit FlexGridModel(ReportTable &table, QObject *parent = nullptr);
+    ~FlexGridModel() override;
 
-    int rows() const { return int(m_rows.size()); }
-    void setRows(int rows);
-    int cols() const { return m_cols; }
-    void setCols(int cols);
-    int fixedRows() const { return m_fixedRows; }
-    void setFixedRows(int rows);
-    int fixedCols() const { return m_fixedCols; }
-    void setFixedCols(int cols);
-
-    QString text(int row, int col) const;
-    void setText(int row, int col, const QString &text);
-    void appendRows(const QVector<QStringList> &rows);
-
-    int alignment(int col) const;
-    void setAlignment(int col, int alignment);
+    const ReportTable &table() const { return m_table; }
 
     QColor backColor(int row, int col) const; // invalid when never set
     void setBackColor(int row, int col, const QColor &color);
 
-    // While suspended nothing is published, not even from the event loop.
-    void setSuspended(bool suspended);
-    bool isSuspended() const { return m_suspended; }
+    bool isSuspended() const { return !m_table.redraw(); }
     void publish();
     bool hasPending() const;
 
-    int gridRow(const QModelIndex &index) const { return index.row() + m_fixedRows; }
+    int gridRow(const QModelIndex &index) const { return index.row() + m_table.fixedRows(); }
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -55,27 +42,31 @@ class FlexGridModel : public QAbstractTableModel {
                         int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
+  Q_SIGNALS:
+    // A column's width changed in the table (a fill's width rule, a window).
+    void columnWidthChanged(int col);
+    void drawingSwitched(bool on);
+
   private:
-    struct Cell {
-        int col;
-        QString text;
-    };
-    using RowCells = QVector<Cell>; // sorted by column, empty texts not stored
+    void rowsChanged(int oldRows) override;
+    void rowsAppended(int oldRows) override;
+    void cellChanged(int row, int col) override;
+    void columnsChanged(int oldCols) override;
+    void widthChanged(int col) override;
+    void alignmentChanged(int col) override;
+    void layoutChanged() override;
+    void redrawChanged(bool on) override;
 
     void markDirty(int firstRow, int lastRow, int firstCol, int lastCol);
     void markHeaderDirty(int firstCol, int lastCol);
     void schedulePublish();
-    int actualBodyRows() const { return qMax(0, rows() - m_fixedRows); }
+    int actualBodyRows() const { return qMax(0, m_table.rows() - m_table.fixedRows()); }
     static quint64 colorKey(int row, int col)
     {
         return (quint64(quint32(row)) << 32) | quint32(col);
     }
 
-    QVector<RowCells> m_rows;
-    int m_cols = 0;
-    int m_fixedRows = 1;
-    int m_fixedCols = 1;
-    QVector<int> m_alignment;
+    ReportTable &m_table;
     QHash<quint64, QColor> m_colors;
 
     int m_shownRows = 0; // what the views were last told
@@ -86,7 +77,6 @@ class FlexGridModel : public QAbstractTableModel {
     int m_dirtyRight = -1;
     int m_headerLeft = -1;
     int m_headerRight = -1;
-    bool m_suspended = false;
     bool m_publishQueued = false;
 };
 

@@ -1,26 +1,12 @@
 #pragma once
 
+#include "runtime/msgboxstyle.h"
 #include "runtime/programinfo.h"
 
 #include <QString>
 #include <functional>
 
 namespace quorvale {
-
-// Style numbers and answers of the classic message box.
-namespace vb {
-inline constexpr int OKOnly = 0;
-inline constexpr int YesNo = 4;
-inline constexpr int Critical = 16;
-inline constexpr int Question = 32;
-inline constexpr int Exclamation = 48;
-inline constexpr int Information = 64;
-
-inline constexpr int OK = 1;
-inline constexpr int Cancel = 2;
-inline constexpr int Yes = 6;
-inline constexpr int No = 7;
-} // namespace vb
 
 struct MsgBoxCall {
     QString prompt;

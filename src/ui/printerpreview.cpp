@@ -1,7 +1,7 @@
 #include "ui/printerpreview.h"
 
 #include "runtime/outputset.h"
-#include "ui/printer.h"
+#include "runtime/printer.h"
 
 #include <QPrintPreviewDialog>
 #include <QPrinter>
@@ -28,7 +28,7 @@ void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job
                       const std::function<bool(Printer &)> &ready)
 {
     QPrinter device(QPrinter::HighResolution);
-    Printer::applyDefaultPageSetup(device);
+    device.setPageLayout(Printer::defaultPageLayout());
     if (ready) {
         Printer paper(&device);
         if (!ready(paper))

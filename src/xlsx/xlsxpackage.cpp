@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <quazip/quazip.h>
 #include <quazip/quazipfile.h>
 #include <quazip/quazipnewinfo.h>
@@ -334,41 +333,6 @@ void Package::write(QIODevice &out, const QString &target) const
     zip.close();
     if (zip.getZipError() != ZIP_OK)
         fail(out.errorString());
-}
-
-void Package::save(const QString &path) const
-{
-    const QString shown = displayName(path);
-    // The read-only flag is honoured even where the account could override it
-    // (an administrator), as Excel does.
-    constexpr QFile::Permissions writable = QFile::WriteOwner;
-    const QFileInfo target(path);
-    if (target.exists() && (!target.isWritable() || !(target.permissions() & writable)))
-        throw Error(ErrorNumber::PermissionDenied,
-                    QStringLiteral("无法保存“%1”：文件为只读，或正被其他程序使用").arg(shown));
-    const QFileInfo folder(target.absolutePath());
-    if (!folder.exists())
-        throw Error(ErrorNumber::PathFileAccessError,
-                    QStringLiteral("无法保存“%1”：文件夹“%2”不存在")
-                        .arg(shown, displayName(folder.absoluteFilePath())));
-    QSaveFile out(path);
-    if (!(folder.permissions() & writable))
-        throw Error(ErrorNumber::PathFileAccessError,
-                    QStringLiteral("无法保存“%1”：文件夹为只读，不能写入").arg(shown));
-    if (!out.open(QIODevice::WriteOnly))
-        throw Error(ErrorNumber::PathFileAccessError,
-                    QStringLiteral("无法保存“%1”：不能在该文件夹中写入文件（%2）")
-                        .arg(shown, out.errorString()));
-    try {
-        write(out, path);
-    } catch (...) {
-        out.cancelWriting();
-        throw;
-    }
-    if (!out.commit())
-        throw Error(ErrorNumber::PathFileAccessError,
-                           QStringLiteral("无法保存“%1”：文件正被其他程序使用，或文件夹不可写入（%2）")
-                               .arg(shown, out.errorString()));
 }
 
 } // namespace quorvale::xlsx

@@ -76,8 +76,6 @@ public:
     std::unique_ptr<PartStream> stream(const QString &name);
     void remove(const QString &name);
 
-    // Temporary file beside the target, renamed over it when complete.
-    void save(const QString &path) const;
     // The whole package into a device the caller makes safe; `target` names
     // the file in messages.
     void write(QIODevice &out, const QString &target) const;

@@ -364,12 +364,6 @@ void Workbook::dropCalcChain()
     m_partsDirty = true;
 }
 
-void Workbook::save()
-{
-    prepareParts();
-    m_package->save(m_path);
-}
-
 void Workbook::write(QIODevice &out)
 {
     prepareParts();

@@ -26,12 +26,12 @@ struct SheetLayout;
 class Worksheet;
 class WorkbookXml;
 
-// An .xlsx workbook edited in memory and written back on save(). Parts the
+// An .xlsx workbook edited in memory and written out by write(). Parts the
 // export does not touch are carried over byte-for-byte. Errors are
 // xlsx::Error with a description fit for the user.
 class Workbook {
 public:
-    // A new workbook with one sheet "Sheet1"; nothing is written until save().
+    // A new workbook with one sheet "Sheet1"; nothing is written until write().
     // Its type follows the path's extension: .xlsm is macro-enabled, .xltx
     // and .xltm are templates, anything else a plain workbook.
     static std::unique_ptr<Workbook> create(const QString &path);
@@ -62,8 +62,6 @@ public:
     // file.)
     void finishSheet(Worksheet &sheet);
 
-    // Writes a temporary file beside the target and renames it over the target.
-    void save();
     // Writes the whole workbook into a device that the caller makes safe
     // (a temporary file it syncs and renames with other outputs).
     void write(QIODevice &out);

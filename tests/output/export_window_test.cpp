@@ -1,5 +1,5 @@
 #include "export_test_print.h"
-#include "output/exportwindow.h"
+#include "output/windows/exportwindow.h"
 #include "support/xlsxdump.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
@@ -44,7 +44,7 @@ class ExportWindowTest : public ::testing::Test {
 
     ExportWindow *configured(ExportWindow::Variant variant, FlexGrid &grid)
     {
-        window = ExportWindow::shared(variant);
+        window = ExportWindow::shared(variant, nullptr);
         window->Config(&grid, "房产数据模板", "(东湖) 房产数据");
         window->Show();
         return window;

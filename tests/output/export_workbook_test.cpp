@@ -79,7 +79,7 @@ TEST(GridExport, WritesChosenColumnsWithWidthsFontsBordersAndTextRule)
         fillReport(grid, 3);
         grid.setTextMatrix(2, 22, "  ");
         grid.setTextMatrix(2, 15, "  ");
-        writeGridToWorkbook(grid, allColumnsBut(1), {c.variant, path, "房产", {}});
+        writeTableToWorkbook(grid.table(), allColumnsBut(1), {c.variant, path, "房产", {}});
 
         const QJsonObject dump = dumpWorkbook(path);
         EXPECT_EQ(dump["sheets"].toArray(), QJsonArray({"Sheet1", "房产"}));
@@ -123,7 +123,7 @@ TEST(GridExport, RewritesAnExistingSheetInPlaceOrAppendsANewOne)
     FlexGrid grid;
     fillReport(grid, 2);
 
-    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, "报表", {}});
+    writeTableToWorkbook(grid.table(), {0, 2}, {ExportVariant::Customer, path, "报表", {}});
     QJsonObject after = dumpWorkbook(path);
     EXPECT_EQ(after["sheets"], before["sheets"]);
     const QJsonObject report = sheetOf(after, "报表");
@@ -138,7 +138,7 @@ TEST(GridExport, RewritesAnExistingSheetInPlaceOrAppendsANewOne)
                   before["entries"][QString::fromLatin1(part)])
             << part;
 
-    writeGridToWorkbook(grid, {0, 2}, {ExportVariant::Customer, path, "新表", {}});
+    writeTableToWorkbook(grid.table(), {0, 2}, {ExportVariant::Customer, path, "新表", {}});
     after = dumpWorkbook(path);
     const QJsonArray sheets = after["sheets"].toArray();
     ASSERT_EQ(sheets.size(), 4);
@@ -159,7 +159,7 @@ TEST(GridExport, TwoRowHeaderIsMerged)
         grid.setTextMatrix(1, c, lower[c]);
     // Exporting again over the merged header must give the same sheet.
     for (int pass = 0; pass < 2; ++pass)
-        writeGridToWorkbook(grid, {0, 1, 2, 3, 4}, {ExportVariant::Finance, path, "欠费", {}});
+        writeTableToWorkbook(grid.table(), {0, 1, 2, 3, 4}, {ExportVariant::Finance, path, "欠费", {}});
     const QJsonObject sheet = sheetOf(dumpWorkbook(path), "欠费");
     EXPECT_EQ(sheet["merges"], QJsonArray({"A1:A2", "B1:D1"}));
     EXPECT_EQ(cell(sheet, "B1")["value"], "欠费");

@@ -1,9 +1,11 @@
 #include "output/gridprint.h"
+#include "output/windows/previewgrid.h"
+#include "runtime/printer.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/vb.h"
+#include "support/pdfprinter.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
-#include "ui/printer.h"
 
 #include <QApplication>
 #include <QDate>
@@ -21,6 +23,7 @@
 #include <gtest/gtest.h>
 
 using namespace quorvale;
+using quorvale::testing::PdfFilePrinter;
 
 namespace {
 
@@ -131,7 +134,10 @@ Printed printed(int answer, const std::function<void(const QString &pdf, Printed
 Printed printToPdf(const FlexGrid &grid, bool signature, int trailing)
 {
     return printed(vb::No, [&](const QString &pdf, Printed &) {
-        PrintGrid(*Printer::pdfFile(pdf), grid, {kTitle, kSecond}, signature, trailing);
+        PdfFilePrinter printer(pdf);
+        PrintGrid(*printer, grid.table(), grid.printLook(), {kTitle, kSecond}, signature,
+                  trailing);
+        printer.finish();
     });
 }
 
@@ -150,7 +156,7 @@ Printed previewAndPrint(const FlexGrid &grid, int answer)
             dialog->findChild<QPrintPreviewWidget *>()->print();
             dialog->accept();
         });
-        PreviewGrid(nullptr, grid, {kTitle, kSecond}, false, 0);
+        PreviewGrid(nullptr, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0);
         QCoreApplication::processEvents();
     });
 }
@@ -159,7 +165,7 @@ Printed previewAndPrint(const FlexGrid &grid, int answer)
 int rowsPerPage(const FlexGrid &grid)
 {
     QTemporaryDir dir;
-    auto printer = Printer::pdfFile(dir.filePath("metrics.pdf"));
+    PdfFilePrinter printer(dir.filePath("metrics.pdf"));
     const double heading = LineHeight(*printer);
     const double body = BodyLineHeight(*printer);
     const double de = printer->TextHeight("的");
@@ -170,7 +176,7 @@ int rowsPerPage(const FlexGrid &grid)
 double paperWidth()
 {
     QTemporaryDir dir;
-    return Printer::pdfFile(dir.filePath("metrics.pdf"))->ScaleWidth();
+    return PdfFilePrinter(dir.filePath("metrics.pdf"))->ScaleWidth();
 }
 
 } // namespace
@@ -224,7 +230,7 @@ TEST(GridPrint, FooterMeetsTheTablesRightEdgeAndCentresThePageNumberAtTheFoot)
     for (int c = 0; c < 6; ++c)
         grid.setColWidth(c, widths[c]);
     QTemporaryDir dir;
-    auto paper = Printer::pdfFile(dir.filePath("metrics.pdf"));
+    PdfFilePrinter paper(dir.filePath("metrics.pdf"));
     paper->setFontName(grid.font().family());
     paper->setFontSize(grid.font().pointSizeF());
     const double signatureWidth = paper->TextWidth("审核                制单              ");
@@ -310,8 +316,13 @@ TEST(GridPrint, PrinterFailureReachesTheCaller)
 {
     FlexGrid grid;
     fill(grid, 2);
-    auto printer = Printer::pdfFile("/nonexistent-folder/out.pdf");
-    EXPECT_THROW(PrintGrid(*printer, grid, {kTitle, kSecond}, false, 0), RuntimeError);
+    EXPECT_THROW(
+        {
+            PdfFilePrinter printer("/nonexistent-folder/out.pdf");
+            PrintGrid(*printer, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0);
+            printer.finish();
+        },
+        RuntimeError);
 }
 
 TEST(GridPrint, AutoFitColumnsTakesTheWidestCell)
@@ -321,7 +332,7 @@ TEST(GridPrint, AutoFitColumnsTakesTheWidestCell)
     grid.appendRows({{"一个更长的单元格文本", "短"}});
     QFont font("微软雅黑");
     font.setPointSizeF(9);
-    AutoFitColumns(grid, font);
+    AutoFitColumns(grid.table(), [&](const QString &text) { return grid.TextWidth(text, font); });
     EXPECT_EQ(grid.ColWidth(0), qRound(grid.TextWidth("一个更长的单元格文本", font)));
     EXPECT_EQ(grid.ColWidth(1), qRound(grid.TextWidth("很长很长的标题", font)));
     EXPECT_EQ(grid.ColWidth(2), 0);

@@ -155,7 +155,7 @@ TEST(RealWorkbooks, ExportKeepsEveryShapeReadable)
     fillGrid(baseGrid);
     const QString baseline = dir.filePath("baseline.xlsx");
     const QVector<int> columns{0, 1, 2};
-    writeGridToWorkbook(baseGrid, columns, {ExportVariant::Customer, baseline, Report, "t"});
+    writeTableToWorkbook(baseGrid.table(), columns, {ExportVariant::Customer, baseline, Report, "t"});
     const QJsonObject expected = block(cellsOf(dumpWorkbook(baseline), Report));
 
     QStringList written{baseline};
@@ -172,7 +172,7 @@ TEST(RealWorkbooks, ExportKeepsEveryShapeReadable)
             shape.edit(grid);
         const QString sheet = QString::fromUtf8(shape.sheet);
         try {
-            writeGridToWorkbook(grid, columns, {ExportVariant::Customer, path, sheet, "t"});
+            writeTableToWorkbook(grid.table(), columns, {ExportVariant::Customer, path, sheet, "t"});
             if (shape.refusal) {
                 ADD_FAILURE() << "written although it must be refused";
                 continue;
@@ -227,7 +227,7 @@ TEST(RealWorkbooks, TextLongerThanACellIsCutAndSaidSo)
     fillGrid(grid);
     grid.setTextMatrix(1, 0, QString(40000, u'长'));
     const QStringList warnings =
-        writeGridToWorkbook(grid, {0, 1, 2}, {ExportVariant::Customer, path, Report, "t"});
+        writeTableToWorkbook(grid.table(), {0, 1, 2}, {ExportVariant::Customer, path, Report, "t"});
     ASSERT_EQ(warnings.size(), 1);
     EXPECT_TRUE(warnings[0].contains(Report) && warnings[0].contains("A2") &&
                 warnings[0].contains("32767"))
@@ -248,7 +248,7 @@ TEST(RealWorkbooks, WorkbookOpenInLibreOfficeIsRefused)
     FlexGrid grid;
     fillGrid(grid);
     try {
-        writeGridToWorkbook(grid, {0, 1, 2}, {ExportVariant::Customer, path, Report, "t"});
+        writeTableToWorkbook(grid.table(), {0, 1, 2}, {ExportVariant::Customer, path, Report, "t"});
         ADD_FAILURE() << "written into a workbook open in LibreOffice";
     } catch (const RuntimeError &e) {
         EXPECT_TRUE(e.description().contains("LibreOffice")) << e.description().toStdString();

@@ -1,7 +1,7 @@
 #include "reportwindowfixture.h"
 
-#include "reports/frm收款日报表.h"
-#include "reports/frm车位基础表.h"
+#include "reports/windows/frm收款日报表.h"
+#include "reports/windows/frm车位基础表.h"
 
 #include <QDate>
 

@@ -1,16 +1,16 @@
 #include "financefixture.h"
 
-#include "reports/calendarpopup.h"
 #include "reports/financereport.h"
-#include "reports/frm收款日报表.h"
-#include "reports/frm财务数据欠收表房产.h"
-#include "reports/frm财务数据欠收表车位.h"
-#include "reports/frm财务数据预收表房产.h"
-#include "reports/frm财务数据预收表车位.h"
-#include "reports/frm车位基础表.h"
+#include "reports/windows/calendarpopup.h"
+#include "reports/windows/frm收款日报表.h"
+#include "reports/windows/frm财务数据欠收表房产.h"
+#include "reports/windows/frm财务数据欠收表车位.h"
+#include "reports/windows/frm财务数据预收表房产.h"
+#include "reports/windows/frm财务数据预收表车位.h"
+#include "reports/windows/frm车位基础表.h"
 
-#include "output/exportwindow.h"
 #include "output/gridprint.h"
+#include "output/windows/exportwindow.h"
 #include "support/xlsxdump.h"
 
 #include <QAction>
@@ -300,19 +300,19 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
     };
     PrintTitles printed;
     ReportWindow::setPrintTarget(
-        [&printed](QWidget *, const FlexGrid &, const PrintTitles &titles) { printed = titles; });
+        [&printed](QWidget *, const ReportTable &, const PrintTitles &titles) { printed = titles; });
     vbrt::setToday(QDate(2026, 1, 5));
     QTemporaryDir dir;
-    const ConnectionPtr working = DbConn;
+    const ConnectionPtr working = session->DbConn;
     for (const auto &c : cases) {
-        DbConn = working;
+        session->DbConn = working;
         ReportWindow *w = c.open();
         SCOPED_TRACE(w->objectName().toStdString());
         computeOffice01(w); // its commercial mark is Null, which counts as 0
         const QList<QStringList> before = rows(*w->grid());
         ASSERT_FALSE(before.isEmpty());
         w->ReportCommand(ReportWindow::Export);
-        ExportWindow *exporter = ExportWindow::shared(c.variant);
+        ExportWindow *exporter = ExportWindow::shared(c.variant, nullptr);
         EXPECT_TRUE(exporter->isVisible());
         EXPECT_EQ(exporter->objectName(), QString::fromUtf8(c.exporter));
         EXPECT_EQ(exporter->sourceGrid(), w->grid());
@@ -347,7 +347,7 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         if (QLineEdit *cutOff = text(w, "Text2"))
             cutOff->setText("2024年3月31日");
         else
-            DbConn = std::make_shared<Connection>();
+            session->DbConn = std::make_shared<Connection>();
         w->ReportCommand(ReportWindow::Compute);
         ASSERT_EQ(boxes.size(), 1); // the failure's, none before it
         EXPECT_EQ(boxes[0].style, vb::Information);
@@ -401,10 +401,12 @@ TEST_F(FinanceReports, ChunkedFillGivesTheWidthsOfTheRowByRowRule)
         params.feeCodeList = parking ? "'11'" : "'01'";
         params.month = kind == FinanceReportKind::PropertyArrears ? "202401" : "202312";
         FlexGrid chunked, reference;
-        setFinanceHeading(kind, chunked);
-        setFinanceHeading(kind, reference);
+        const ReportDefinition definition = financeReportDefinition(kind);
+        prepareReportTable(definition, chunked.table(), chunked.textWidthFn());
+        prepareReportTable(definition, reference.table(), reference.textWidthFn());
         chunked.setFormatString(chunked.FormatString()); // widths from the heading, as at load
-        computeReport(financeReportDefinition(kind), db.connection(), params, chunked, {}, 2);
+        computeReport(definition, db.connection(), params, chunked.table(), chunked.textWidthFn(),
+                      {}, 2);
         ASSERT_GT(chunked.Rows(), 3);
         const bool newRow = kind == FinanceReportKind::PropertyAdvance;
         rowByRowWidths(reference, rows(chunked), newRow);

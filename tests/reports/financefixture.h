@@ -1,9 +1,7 @@
 #pragma once
 
-#include "reports/financereportwindow.h"
+#include "reports/windows/financereportwindow.h"
 #include "reportwindowfixture.h"
-#include "session/dbconnection.h"
-#include "session/sessionvalues.h"
 #include "support/fixturedb.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"

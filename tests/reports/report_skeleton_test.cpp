@@ -1,13 +1,13 @@
 #include "reportwindowfixture.h"
 
-#include "reports/frm收款日报表.h"
-#include "reports/frm财务数据欠收表房产.h"
-#include "reports/frm财务数据欠收表车位.h"
-#include "reports/frm财务数据预收表房产.h"
-#include "reports/frm财务数据预收表车位.h"
-#include "reports/frm车位基础表.h"
-#include "reports/reportregistry.h"
-#include "session/mdiform1.h"
+#include "reports/windows/frm收款日报表.h"
+#include "reports/windows/frm财务数据欠收表房产.h"
+#include "reports/windows/frm财务数据欠收表车位.h"
+#include "reports/windows/frm财务数据预收表房产.h"
+#include "reports/windows/frm财务数据预收表车位.h"
+#include "reports/windows/frm车位基础表.h"
+#include "reports/windows/reportregistry.h"
+#include "session/windows/mdiform1.h"
 
 #include <QHeaderView>
 #include <QMdiArea>
@@ -65,7 +65,7 @@ TEST_F(ReportSkeleton, OfficeListFollowsTheAuditRightInCodeOrder)
         {true, {"2 二区=0", "3 外区=0", "10 十区=0", "1A 商场=1"}},
     };
     for (const Case &c : cases) {
-        HasProjectAudit = c.audit;
+        session->HasProjectAudit = c.audit;
         const QList<ReportWindow *> opened = {open<frm收款日报表>(), open<frm车位基础表>()};
         for (ReportWindow *w : opened) {
             EXPECT_EQ(items(w), c.expected) << w->objectName().toStdString() << c.audit;
@@ -235,7 +235,7 @@ TEST_F(ReportSkeleton, LargeFillArrivesInChunksAndBlocksReentry)
 TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
 {
     registerReportWindows();
-    auto *main = new MdiForm1;
+    auto *main = new MdiForm1(session);
     main->show();
     struct Case {
         QString item, window, caption;

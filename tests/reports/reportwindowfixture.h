@@ -1,9 +1,8 @@
 #pragma once
 
-#include "reports/reportwindow.h"
+#include "reports/windows/reportwindow.h"
 #include "runtime/vb.h"
-#include "session/dbconnection.h"
-#include "session/sessionvalues.h"
+#include "session/session.h"
 #include "support/fixturedb.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
@@ -23,12 +22,12 @@ class ReportWindowFixture : public ::testing::Test {
   protected:
     void signIn(const QString &user, const QString &deptName, const QString &post)
     {
-        DbConn = db.connection();
-        CurUserName = user;
-        CurDeptCode = "D1";
-        CurDeptName = deptName;
-        CurPostName = post;
-        HasProjectAudit = false;
+        session = std::make_shared<Session>();
+        session->DbConn = db.connection();
+        session->CurUserName = user;
+        session->CurDeptCode = "D1";
+        session->CurDeptName = deptName;
+        session->CurPostName = post;
         setMsgBoxResponder([this](const MsgBoxCall &call) {
             boxes.append(call);
             return (call.style & 7) == vb::YesNo ? vb::No : vb::OK;
@@ -41,12 +40,11 @@ class ReportWindowFixture : public ::testing::Test {
             delete w.data();
         setMsgBoxResponder({});
         vbrt::setToday({});
-        DbConn.reset();
     }
 
     template <typename Window> Window *open()
     {
-        auto *w = new Window;
+        auto *w = new Window(session);
         w->load();
         windows.append(w);
         return w;
@@ -89,6 +87,7 @@ class ReportWindowFixture : public ::testing::Test {
     }
 
     FixtureDb db;
+    SessionPtr session;
     QList<MsgBoxCall> boxes;
     QList<QPointer<ReportWindow>> windows;
 };

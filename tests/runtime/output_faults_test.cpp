@@ -1,10 +1,10 @@
 // Output files under faults the user cannot see coming: a disk that fills up,
 // a rename that fails half-way through a set, another writer holding the lock.
 #include "runtime/outputset.h"
+#include "runtime/printer.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/writerlock.h"
 #include "support/files.h"
-#include "ui/printer.h"
 #include "ui/printerpreview.h"
 
 #include <QDir>

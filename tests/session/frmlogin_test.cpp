@@ -39,13 +39,16 @@ class Login : public SessionTest {
     FrmLogin *login = nullptr;
 };
 
+// The values the main window was given.
 std::string session()
 {
-    return QStringList{CurUserNo,        CurUserName,     CurDeptCode,      CurDeptName,
-                       CurPostCode,      CurPostName,     CurDeptClassCode, CurDeptClassName,
-                       CurPostClassCode, CurPostClassName}
-        .join(QLatin1Char('|'))
-        .toStdString();
+    if (!MdiForm1::instance())
+        return "(no main window)";
+    Session &s = *MdiForm1::instance()->session();
+    QStringList values;
+    for (int i = 0; i < Session::ValueCount; ++i)
+        values << s.value(i);
+    return values.join(QLatin1Char('|')).toStdString();
 }
 
 } // namespace
@@ -156,19 +159,20 @@ TEST_F(Login, SuperUserNeedsNoEmployeeRow)
 
 TEST_F(Login, EveryPressOpensAFreshConnectionAndKeepsOnlyTheName)
 {
-    CurUserName = "前一位";
-    CurDeptCode = "X";
-    CurPostCode = "Y";
+    Session &s = login->session();
+    s.CurUserName = "前一位";
+    s.CurDeptCode = "X";
+    s.CurPostCode = "Y";
     signIn("1001", "bad");
-    const ConnectionPtr first = DbConn;
+    const ConnectionPtr first = s.DbConn;
     ASSERT_TRUE(first);
-    EXPECT_EQ(CurUserName, "前一位");
-    EXPECT_TRUE(CurDeptCode.isEmpty());
-    EXPECT_TRUE(CurPostCode.isEmpty());
+    EXPECT_EQ(s.CurUserName, "前一位");
+    EXPECT_TRUE(s.CurDeptCode.isEmpty());
+    EXPECT_TRUE(s.CurPostCode.isEmpty());
 
     signIn("1001", "bad again");
-    EXPECT_NE(DbConn, first);
-    EXPECT_EQ(DbConnString,
+    EXPECT_NE(s.DbConn, first);
+    EXPECT_EQ(s.DbConn->ConnectionString,
               QStringLiteral("Provider=SQLOLEDB.1;Password=secret;Persist Security Info=False;User "
                              "ID=sa;Initial Catalog='quorvale';Data Source='") +
                   db->server() + "'");
@@ -193,11 +197,12 @@ TEST_F(Login, CommandLineSkipsTheLoginWindow)
     for (const Case &c : cases) {
         auto *started = new FrmLogin;
         EXPECT_FALSE(started->load(c.args));
-        EXPECT_EQ(CurUserNo, "1002");
-        EXPECT_EQ(CurPostCode, "G01");
-        EXPECT_EQ(CurPostClassName, c.lastValue);
-        EXPECT_EQ(StartupArgs, c.args);
-        EXPECT_TRUE(mainShown());
+        ASSERT_TRUE(mainShown());
+        const Session &s = *MdiForm1::instance()->session();
+        EXPECT_EQ(s.CurUserNo, "1002");
+        EXPECT_EQ(s.CurPostCode, "G01");
+        EXPECT_EQ(s.CurPostClassName, c.lastValue);
+        EXPECT_TRUE(s.DbConn && s.DbConn->isOpen());
         EXPECT_FALSE(started->isVisible());
         EXPECT_EQ(FrmLogin::instance(), nullptr);
         delete MdiForm1::instance();
@@ -231,8 +236,9 @@ TEST_F(Connect, MissingSettingsFailTheOpenWithEmptyValues)
 #ifndef Q_OS_WIN
     QSettings(QSettings::IniFormat, QSettings::UserScope, "Quorvale").remove("DBConfig");
 #endif
-    EXPECT_THROW(ConnectDatabase(), RuntimeError);
-    EXPECT_EQ(DbConnString,
+    Session session;
+    EXPECT_THROW(ConnectDatabase(session), RuntimeError);
+    EXPECT_EQ(session.DbConn->ConnectionString,
               QStringLiteral("Provider=SQLOLEDB.1;Password=;Persist Security "
                              "Info=False;User ID=;Initial Catalog='';Data Source=''"));
     EXPECT_TRUE(boxes.empty());

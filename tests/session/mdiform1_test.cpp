@@ -1,6 +1,7 @@
 #include "runtime/runtimeerror.h"
-#include "session/frmabout.h"
+#include "session/windows/frmabout.h"
 #include "sessiontesting.h"
+#include "ui/centerinmain.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -19,14 +20,15 @@ class MainWindow : public SessionTest {
     {
         SessionTest::SetUp();
         db = makeStaffDb();
-        OpenDbConnection(db->server(), "quorvale", "sa", "secret");
-        CurDeptCode = "B01";
-        CurPostCode = "G01";
+        session = std::make_shared<Session>();
+        session->DbConn = db->connection();
+        session->CurDeptCode = "B01";
+        session->CurPostCode = "G01";
     }
 
     MdiForm1 *open()
     {
-        MdiForm1 *w = MdiForm1::showMainWindow();
+        MdiForm1 *w = MdiForm1::showMainWindow(session);
         w->resize(900, 600);
         return w;
     }
@@ -37,6 +39,7 @@ class MainWindow : public SessionTest {
     }
 
     std::unique_ptr<FixtureDb> db;
+    SessionPtr session;
 };
 
 void addAuditRows(FixtureDb &db, const QList<QVariantList> &rows)
@@ -79,10 +82,10 @@ TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
         db->execute("DELETE FROM 专项审核权限表");
         if (!c.rows.isEmpty())
             addAuditRows(*db, c.rows);
-        HasProjectAudit = !c.expected;
+        session->HasProjectAudit = !c.expected;
         new FrmLogin;
         open();
-        EXPECT_EQ(HasProjectAudit, c.expected) << c.rows.size();
+        EXPECT_EQ(session->HasProjectAudit, c.expected) << c.rows.size();
         EXPECT_EQ(FrmLogin::instance(), nullptr);
         delete MdiForm1::instance();
     }
@@ -91,7 +94,7 @@ TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
 TEST_F(MainWindow, FailingLoadIsNotTrapped)
 {
     db->execute("DROP TABLE 专项审核权限表");
-    EXPECT_THROW(MdiForm1::showMainWindow(), RuntimeError);
+    EXPECT_THROW(MdiForm1::showMainWindow(session), RuntimeError);
     EXPECT_TRUE(boxes.empty());
 }
 
@@ -171,7 +174,7 @@ TEST_F(MainWindow, ClosingByTheFrameAsksTheQuitItemDoesNot)
 TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
 {
     int made = 0;
-    registerWindowFactory("车位客户", [&] {
+    registerWindowFactory("车位客户", [&](const SessionPtr &) {
         ++made;
         auto *w = new QWidget;
         w->setObjectName("frm车位基础表");
@@ -202,7 +205,7 @@ TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
 
 TEST_F(MainWindow, CenterInMainPlacesAChildInTheMiddleOfTheClientArea)
 {
-    registerWindowFactory("财务数据欠收表车位", [] {
+    registerWindowFactory("财务数据欠收表车位", [](const SessionPtr &) {
         auto *w = new QWidget;
         w->resize(300, 200);
         return w;

@@ -2,9 +2,8 @@
 
 #include "runtime/toplevelhandler.h"
 #include "session/dbconnection.h"
-#include "session/frmlogin.h"
-#include "session/mdiform1.h"
-#include "session/sessionvalues.h"
+#include "session/windows/frmlogin.h"
+#include "session/windows/mdiform1.h"
 #include "support/fixturedb.h"
 #include "ui/msgbox.h"
 
@@ -28,11 +27,6 @@ class SessionTest : public ::testing::Test {
             return answer;
         });
         setEndProgramHook([this](int status) { ends.push_back(status); });
-        for (QString *value : {&CurUserNo, &CurUserName, &CurDeptCode, &CurDeptName, &CurPostCode,
-                               &CurPostName, &CurDeptClassCode, &CurDeptClassName,
-                               &CurPostClassCode, &CurPostClassName, &StartupArgs})
-            value->clear();
-        HasProjectAudit = false;
     }
 
     void TearDown() override
@@ -40,8 +34,6 @@ class SessionTest : public ::testing::Test {
         delete MdiForm1::instance();
         delete FrmLogin::instance();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        DbConn.reset();
-        DbConnString.clear();
         setMsgBoxResponder({});
         setEndProgramHook({});
     }

@@ -1,6 +1,6 @@
+#include "db/configuredconnection.h"
 #include "runtime/registry.h"
 #include "runtime/runtimeerror.h"
-#include "session/dbconnection.h"
 #include "session/sessionqueries.h"
 
 #include <gtest/gtest.h>

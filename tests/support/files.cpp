@@ -1,5 +1,8 @@
 #include "support/files.h"
 
+#include "runtime/outputset.h"
+#include "xlsx/xlsxworkbook.h"
+
 #include <QFile>
 #include <stdexcept>
 
@@ -20,3 +23,10 @@ void writeBytes(const QString &path, const QByteArray &bytes)
 }
 
 } // namespace quorvale::testing
+
+void quorvale::testing::saveWorkbook(xlsx::Workbook &book)
+{
+    OutputSet outputs;
+    book.write(outputs.add(book.path()).device());
+    outputs.commit();
+}

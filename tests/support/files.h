@@ -11,3 +11,14 @@ QByteArray bytesOf(const QString &path);
 void writeBytes(const QString &path, const QByteArray &bytes);
 
 } // namespace quorvale::testing
+
+namespace quorvale::xlsx {
+class Workbook;
+}
+
+namespace quorvale::testing {
+
+// Writes the workbook over its own path the way the program saves one.
+void saveWorkbook(xlsx::Workbook &book);
+
+} // namespace quorvale::testing

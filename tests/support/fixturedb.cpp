@@ -1,12 +1,12 @@
 #include "support/fixturedb.h"
 
 #include "db/recordset.h"
+#include "dbtools/bulkinsert.h"
+#include "dbtools/demodata.h"
+#include "dbtools/embeddeddatabase.h"
+#include "dbtools/schemascript.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/settings.h"
-#include "tools/bulkinsert.h"
-#include "tools/demodata.h"
-#include "tools/embeddeddatabase.h"
-#include "tools/schemascript.h"
 
 namespace quorvale {
 

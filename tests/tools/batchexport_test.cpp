@@ -1,19 +1,20 @@
-#include "ui/flexgrid.h"
-#include "ui/msgbox.h"
+#include "reports/windows/frm收款日报表.h"
+#include "reports/windows/frm财务数据欠收表房产.h"
+#include "reports/windows/frm财务数据欠收表车位.h"
+#include "reports/windows/frm财务数据预收表房产.h"
+#include "reports/windows/frm财务数据预收表车位.h"
+#include "reports/windows/frm车位基础表.h"
 #include "runtime/vb.h"
-#include "reports/frm收款日报表.h"
-#include "reports/frm财务数据欠收表房产.h"
-#include "reports/frm财务数据欠收表车位.h"
-#include "reports/frm财务数据预收表房产.h"
-#include "reports/frm财务数据预收表车位.h"
-#include "reports/frm车位基础表.h"
 #include "session/dbconnection.h"
-#include "session/frmlogin.h"
-#include "session/mdiform1.h"
+#include "session/privileges.h"
 #include "session/signin.h"
+#include "session/windows/frmlogin.h"
+#include "session/windows/mdiform1.h"
 #include "support/adminprocess.h"
 #include "support/fixturedb.h"
 #include "support/xlsxdump.h"
+#include "ui/flexgrid.h"
+#include "ui/msgbox.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -98,25 +99,20 @@ class BatchExport : public ::testing::Test {
         db.loadDemo(today);
         db.writeSettings();
         // The window runs in this process under the same sign-in as the command.
-        clearSessionForSignIn();
-        ASSERT_TRUE(ConnectDatabase());
-        const SignInResult signIn = verifyCredentials("1002", "888888");
+        session = std::make_shared<Session>();
+        ASSERT_TRUE(ConnectDatabase(*session));
+        const SignInResult signIn = verifyCredentials(*session, "1002", "888888");
         ASSERT_EQ(signIn.kind, SignInResult::Kind::Posts);
         for (const PostChoice &post : signIn.posts)
             if (post.postCode == "GW05")
-                sessionFromPostChoice(post);
-        LoadProjectAuditRight();
+                session->takePost(post);
+        LoadProjectAuditRight(*session);
         setMsgBoxResponder([this](const MsgBoxCall &call) {
             boxes << call.prompt;
             return vb::OK;
         });
     }
-    void TearDown() override
-    {
-        setMsgBoxResponder({});
-        // The connection must go before the application object it lives under.
-        DbConn.reset();
-    }
+    void TearDown() override { setMsgBoxResponder({}); }
 
     QStringList signInArgs() const
     {
@@ -125,6 +121,7 @@ class BatchExport : public ::testing::Test {
 
     const QDate today = QDate::currentDate();
     FixtureDb db;
+    SessionPtr session;
     QTemporaryDir out;
     QStringList boxes;
 };
@@ -144,30 +141,30 @@ TEST_F(BatchExport, WorkbookEqualsTheWindowsGridForEveryReportAndMode)
         typeText(w, "Text4", last);
     };
     const std::vector<Case> cases = {
-        {"property customers", [] { return new frm收款日报表; }, {"--report", "房产客户"}, {}},
-        {"parking customers", [] { return new frm车位基础表; }, {"--report", "frm车位基础表"}, {}},
+        {"property customers", [this] { return new frm收款日报表(session); }, {"--report", "房产客户"}, {}},
+        {"parking customers", [this] { return new frm车位基础表(session); }, {"--report", "frm车位基础表"}, {}},
         {"property arrears, one month, cut-off",
-         [] { return new frm财务数据欠收表房产; },
+         [this] { return new frm财务数据欠收表房产(session); },
          {"--report", "财务数据欠收表房产", "--month", month, "--cutoff", cutOffText},
          [&](ReportWindow &w) {
              typeText(w, "Text1", month);
              typeText(w, "Text2", cutOffText);
          }},
         {"property arrears, range",
-         [] { return new frm财务数据欠收表房产; },
+         [this] { return new frm财务数据欠收表房产(session); },
          {"--report", "frm财务数据欠收表房产", "--months", yearAgo + ":" + month},
          [&](ReportWindow &w) { monthRange(w, yearAgo, month); }},
         {"parking arrears, range",
-         [] { return new frm财务数据欠收表车位; },
+         [this] { return new frm财务数据欠收表车位(session); },
          {"--report", "财务数据欠收表车位", "--months", yearAgo + ":" + month},
          [&](ReportWindow &w) { monthRange(w, yearAgo, month); }},
         {"parking advance, cut-off",
-         [] { return new frm财务数据预收表车位; },
+         [this] { return new frm财务数据预收表车位(session); },
          {"--report", "财务数据预收表车位", "--month", month, "--cutoff",
           today.toString("yyyy-MM-dd")},
          [&](ReportWindow &w) { typeText(w, "Text1", month); }},
         {"parking advance, receipt range",
-         [] { return new frm财务数据预收表车位; },
+         [this] { return new frm财务数据预收表车位(session); },
          {"--report", "财务数据预收表车位", "--months", month + ":" + nextYear, "--receipts",
           monthStart.addYears(-1).toString("yyyy-MM-dd") + ":" + today.toString("yyyy-MM-dd")},
          [&](ReportWindow &w) {
@@ -177,7 +174,7 @@ TEST_F(BatchExport, WorkbookEqualsTheWindowsGridForEveryReportAndMode)
              pickDate(w, "DTPicker2", today);
          }},
         {"property advance, cut-off",
-         [] { return new frm财务数据预收表房产; },
+         [this] { return new frm财务数据预收表房产(session); },
          {"--report", "frm财务数据预收表房产", "--cutoff", today.toString("yyyy/M/d")},
          [&](ReportWindow &w) { pickDate(w, "DTPicker3", today); }},
     };

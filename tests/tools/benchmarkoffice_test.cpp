@@ -1,8 +1,7 @@
-#include "reports/reportprint.h"
-#include "session/dbconnection.h"
+#include "batch/batchreport.h"
+#include "reports/reportdefinition.h"
+#include "reports/textwidth.h"
 #include "support/fixturedb.h"
-#include "tools/batchreport.h"
-#include "ui/flexgrid.h"
 
 #include <QDate>
 #include <gtest/gtest.h>
@@ -18,15 +17,14 @@ TEST(BenchmarkOffice, EveryReportYieldsScaleRowsWithDefaultParameters)
     ExportRequest request;
     request.today = QDate(2026, 11, 22);
     db.loadDemo(request.today, scale);
-    DbConn = db.connection();
+    const TextWidthFn textWidth = textWidthsIn(reportWindowFont(QFont()), 96);
     for (const QString &name : menuReportNames()) {
         const ReportEntry report = *findReport(name);
         ReportParams params = reportParams(report, request);
         params.officeCode = QStringLiteral("BIG");
-        FlexGrid grid;
-        prepareReportGrid(report.definition, grid);
-        computeForBatch(report, params, grid, {});
-        EXPECT_EQ(grid.Rows() - 1, scale) << name.toStdString();
+        ReportTable table;
+        prepareReportTable(report.definition, table, textWidth);
+        computeForBatch(report, db.connection(), params, table, textWidth, {});
+        EXPECT_EQ(table.rows() - 1, scale) << name.toStdString();
     }
-    DbConn.reset();
 }

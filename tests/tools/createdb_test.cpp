@@ -1,7 +1,7 @@
 #include "db/recordset.h"
-#include "tools/databasefile.h"
-#include "tools/embeddeddatabase.h"
-#include "tools/schemascript.h"
+#include "dbtools/databasefile.h"
+#include "dbtools/embeddeddatabase.h"
+#include "dbtools/schemascript.h"
 
 #include <QTemporaryDir>
 #include <gtest/gtest.h>

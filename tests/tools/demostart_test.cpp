@@ -1,9 +1,9 @@
-#include "ui/msgbox.h"
-#include "reports/reportregistry.h"
+#include "reports/windows/reportregistry.h"
 #include "session/dbconnection.h"
-#include "session/frmlogin.h"
-#include "session/mdiform1.h"
+#include "session/windows/frmlogin.h"
+#include "session/windows/mdiform1.h"
 #include "support/adminprocess.h"
+#include "ui/msgbox.h"
 
 #include <QCoreApplication>
 #include <QLineEdit>
@@ -37,7 +37,6 @@ class DemoStart : public ::testing::Test {
     {
         setMsgBoxResponder({});
         delete MdiForm1::instance();
-        DbConn.reset();
     }
 
     QTemporaryDir dir;

@@ -1,10 +1,10 @@
 // The month-end run: every report of every office in one command, as a
 // scheduler starts it.
+#include "batch/exportdates.h"
+#include "batch/usageerror.h"
 #include "support/adminprocess.h"
 #include "support/fixturedb.h"
 #include "support/xlsxdump.h"
-#include "tools/exportdates.h"
-#include "tools/usageerror.h"
 
 #include <QDir>
 #include <QFile>

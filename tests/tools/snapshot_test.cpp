@@ -2,12 +2,12 @@
 // PostgreSQL server of the test's own, read through "PostgreSQL Unicode".
 #include "db/connection.h"
 #include "db/recordset.h"
+#include "dbtools/embeddeddatabase.h"
 #include "runtime/settings.h"
 #include "runtime/vb.h"
 #include "support/adminprocess.h"
 #include "support/postgresserver.h"
 #include "support/xlsxdump.h"
-#include "tools/embeddeddatabase.h"
 
 #include <QDir>
 #include <QFile>

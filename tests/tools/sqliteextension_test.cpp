@@ -3,6 +3,7 @@
 #include "db/recordset.h"
 #include "reports/officelist.h"
 #include "session/dbconnection.h"
+#include "session/session.h"
 #include "session/signin.h"
 #include "support/adminprocess.h"
 #include "support/fixturedb.h"
@@ -66,25 +67,25 @@ TEST(SqliteExtension, RowsWrittenByPythonAreFoundByTheProgram)
               "u001");
 
     db.writeSettings();
-    ASSERT_TRUE(ConnectDatabase());
-    const SignInResult signIn = verifyCredentials("qv1", "pw");
+    Session session;
+    ASSERT_TRUE(ConnectDatabase(session));
+    const SignInResult signIn = verifyCredentials(session, "qv1", "pw");
     ASSERT_EQ(signIn.kind, SignInResult::Kind::Posts) << signIn.refusal.message.toStdString();
     ASSERT_EQ(signIn.posts.size(), 1);
     EXPECT_EQ(signIn.posts.first().postName, "外部岗位");
 
     Recordset offices;
     offices.Open(officeStatement(OfficeQueryStyle::Property, false, signIn.posts.first().deptCode),
-                 DbConn);
+                 session.DbConn);
     QStringList listed;
     for (; !offices.eof(); offices.MoveNext())
         listed << officeItemOf(offices).text;
     EXPECT_EQ(listed, QStringList{"ZZ9 外部管理处"});
     offices.Close();
 
-    QSqlQuery check(DbConn->database());
+    QSqlQuery check(session.DbConn->database());
     ASSERT_TRUE(check.exec("PRAGMA integrity_check") && check.next());
     EXPECT_EQ(check.value(0).toString(), "ok");
-    DbConn.reset();
 }
 
 } // namespace

@@ -1,6 +1,6 @@
+#include "runtime/runtimeerror.h"
 #include "ui/flexgrid.h"
 #include "ui/flexgridmodel.h"
-#include "runtime/runtimeerror.h"
 
 #include <QAbstractItemModelTester>
 #include <QFontMetricsF>
@@ -21,7 +21,7 @@ double measured(const FlexGrid &grid, const QString &text)
 QVariant shown(const FlexGrid &grid, int gridRow, int col, int role = Qt::DisplayRole)
 {
     const FlexGridModel *model = grid.gridModel();
-    return model->data(model->index(gridRow - model->fixedRows(), col), role);
+    return model->data(model->index(gridRow - grid.table().fixedRows(), col), role);
 }
 
 } // namespace

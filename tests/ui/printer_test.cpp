@@ -1,6 +1,7 @@
-#include "ui/printer.h"
-#include "ui/printerpreview.h"
+#include "runtime/printer.h"
 #include "runtime/runtimeerror.h"
+#include "support/pdfprinter.h"
+#include "ui/printerpreview.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -15,7 +16,7 @@ TEST(Printer, PrintAndLineMoveThePenLikeTheClassicObject)
 {
     QTemporaryDir dir;
     const QString path = dir.filePath(QStringLiteral("p.pdf"));
-    auto printer = Printer::pdfFile(path);
+    quorvale::testing::PdfFilePrinter printer(path);
     printer->setFontName(QStringLiteral("宋体"));
     printer->setFontSize(16);
     const double line = printer->TextHeight(QStringLiteral("中"));
@@ -45,7 +46,7 @@ TEST(Printer, PrintAndLineMoveThePenLikeTheClassicObject)
         EXPECT_DOUBLE_EQ(printer->CurrentY(), step.y) << step.what;
     }
     EXPECT_EQ(printer->Page(), 2);
-    printer->EndDoc();
+    printer.finish();
     EXPECT_GT(QFileInfo(path).size(), 0);
 }
 
@@ -61,6 +62,6 @@ TEST(Printer, PreviewHandsJobErrorsToTheCaller)
     guard.start(10000);
     EXPECT_THROW(
         showPrintPreview(
-            nullptr, [](Printer &) { throw RuntimeError(482, QStringLiteral("Printer error")); }),
+            nullptr, [](Printer &) { throw RuntimeError(ErrorNumber::PrinterError, QStringLiteral("Printer error")); }),
         RuntimeError);
 }

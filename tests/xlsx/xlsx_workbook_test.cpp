@@ -1,7 +1,8 @@
+#include "support/files.h"
+#include "support/xlsxdump.h"
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxworkbook.h"
 #include "xlsx/xlsxworksheet.h"
-#include "support/xlsxdump.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -14,6 +15,7 @@ using namespace quorvale;
 using namespace quorvale::xlsx;
 using quorvale::testing::cellsOf;
 using quorvale::testing::dumpWorkbook;
+using quorvale::testing::saveWorkbook;
 
 namespace {
 
@@ -68,7 +70,7 @@ TEST(XlsxWorkbook, TypedInputBecomesNumberDateOrText)
         }
     }
     EXPECT_THROW(sheet.setCellValue(1, 3, "x"), xlsx::Error); // rows go top to bottom
-    book->save();
+    saveWorkbook(*book);
 
     const QJsonObject cells = cellsOf(dumpWorkbook(path), QStringLiteral("Sheet1"));
     row = 1;
@@ -110,7 +112,7 @@ TEST(XlsxWorkbook, ExportFormattingReadsBack)
     for (int c = 1; c <= 3; ++c)
         sheet.setCellValue(3, c, c == 2 ? QString() : "x");
     EXPECT_THROW(sheet.setRowFontSize(4, 10), xlsx::Error); // formats come before cells
-    book->save();
+    saveWorkbook(*book);
 
     const QJsonObject dump = dumpWorkbook(path);
     const QJsonObject data = dump["data"]["Sheet1"].toObject();
@@ -166,7 +168,7 @@ TEST(XlsxWorkbook, SheetNamesFollowExcelRules)
     added.setCellValue(1, 1, "x");
     EXPECT_EQ(book->worksheet("财务数据欠收表"), &added);
     EXPECT_THROW(book->worksheet(3), xlsx::Error);
-    book->save();
+    saveWorkbook(*book);
     EXPECT_EQ(dumpWorkbook(path)["sheets"].toArray(), (QJsonArray{"Sheet1", "财务数据欠收表"}));
 }
 
@@ -197,7 +199,7 @@ TEST(XlsxWorkbook, SheetsFinishedBeforeTheSaveReadBackWhole)
         }
         book->finishSheet(sheet);
     }
-    book->save();
+    saveWorkbook(*book);
 
     const QJsonObject dump = dumpWorkbook(path);
     for (int s = 0; s < 2; ++s) {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "batch/exportrequest.h"
+#include "batch/reportlookup.h"
+#include "reports/officelist.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+namespace quorvale {
+
+// One report for one office, with the files it goes to.
+struct PlannedExport {
+    ReportEntry report;
+    QString officeCode;
+    QString officeName;
+    QString refusal; // set: refused before it runs (not offered, commercial)
+    QString workbook;
+    QString sheet;
+    QString pdf; // empty: no print
+};
+
+// Every report-office pair of a run, ordered so that the pairs writing one
+// workbook follow each other (one save per workbook), and the commercial
+// offices that `--office all` left out.
+struct ExportPlan {
+    QList<PlannedExport> pairs;
+    QStringList skipped;
+};
+
+// The offices a report's window lists for the signed-in post, in its order.
+using OfficeLister = std::function<QList<OfficeItem>(const ReportEntry &)>;
+
+// Expands the request into pairs and names their files. Two pairs that
+// would write one sheet of one workbook, or one PDF, are refused with a
+// UsageError listing every clash, before anything runs.
+ExportPlan planExports(const ExportRequest &request, const OfficeLister &offices);
+
+} // namespace quorvale

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "output/gridprint.h"
+
+class QWidget;
+
+namespace quorvale {
+
+// A report window's print: the table in a print preview, from where the
+// user prints or saves a PDF. A table wider than the paper asks first
+// whether to change the paper; Yes opens nothing.
+void PreviewGrid(QWidget *parent, const ReportTable &table, const PrintLook &look,
+                 const PrintTitles &titles, bool signature, int trailing);
+
+} // namespace quorvale

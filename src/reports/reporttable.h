@@ -1,0 +1,116 @@
+#pragma once
+
+// Library reports: what a report is without a window: its table, the shared
+// fill engine, each report's statements and compute procedure, the checks of
+// the finance reports and the office list. It needs Qt Core and Gui (text
+// widths for the column rules) and the db and runtime libraries; no widgets.
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+#include <functional>
+#include <vector>
+
+namespace quorvale {
+
+// Column alignment values as the windows set and read them.
+namespace FlexAlign {
+inline constexpr int LeftTop = 0;
+inline constexpr int LeftCenter = 1;
+inline constexpr int LeftBottom = 2;
+inline constexpr int CenterTop = 3;
+inline constexpr int CenterCenter = 4;
+inline constexpr int CenterBottom = 5;
+inline constexpr int RightTop = 6;
+inline constexpr int RightCenter = 7;
+inline constexpr int RightBottom = 8;
+inline constexpr int General = 9; // text left, numbers right
+} // namespace FlexAlign
+
+// The texts a text width is measured by, in twips (a font at a resolution).
+using TextWidthFn = std::function<double(const QString &text)>;
+
+// A report's table as the flex grid holds it: rows of cell texts, the fixed
+// (heading) rows counted in, column widths in twips and alignments, the
+// current row and whether drawing is on. Rows are numbered from 0 with the
+// fixed rows: rows() == 1 is a table of its heading only. The compute
+// procedures fill it; the grid shows it; export and print read it.
+//
+// Each row's texts are kept packed in one string, and only filled cells take
+// room, so a hundred thousand rows of a wide report stay small.
+// Out-of-range rows and columns throw RuntimeError, as the control did.
+class ReportTable {
+public:
+    // Told of every change, so that a view can show it.
+    class Observer {
+    public:
+        virtual ~Observer() = default;
+        virtual void rowsChanged(int oldRows) = 0; // set to a count
+        virtual void rowsAppended(int oldRows) = 0; // a batch added below the last row
+        virtual void cellChanged(int row, int col) = 0;
+        virtual void columnsChanged(int oldCols) = 0;
+        virtual void widthChanged(int col) = 0;
+        virtual void alignmentChanged(int col) = 0;
+        virtual void layoutChanged() = 0; // fixed rows or columns
+        virtual void redrawChanged(bool on) = 0;
+    };
+
+    // Two rows and two columns, one of each fixed, as the control starts.
+    ReportTable();
+    ReportTable(const ReportTable &other);
+    ReportTable &operator=(const ReportTable &other);
+    ReportTable(ReportTable &&) noexcept;
+    ReportTable &operator=(ReportTable &&) noexcept;
+    ~ReportTable();
+
+    void setObserver(Observer *observer) { m_observer = observer; }
+
+    int rows() const { return int(m_rows.size()); }
+    void setRows(int rows);
+    int cols() const { return m_cols; }
+    void setCols(int cols);
+    int fixedRows() const { return m_fixedRows; }
+    void setFixedRows(int rows); // 0, 1 or 2
+    int fixedCols() const { return m_fixedCols; }
+    void setFixedCols(int cols);
+
+    QString text(int row, int col) const;
+    void setText(int row, int col, const QString &text);
+    // Appends whole rows below the last one; texts beyond cols() are dropped.
+    void appendRows(const QVector<QStringList> &rows);
+
+    int colWidth(int col) const; // twips
+    void setColWidth(int col, int twips); // negative restores the default width
+    int alignment(int col) const;
+    void setAlignment(int col, int alignment);
+
+    // "col0|<col1|>col2|^col3": sets cols, the row-0 texts (trailing blanks
+    // kept), the alignments, and each column's width from its text.
+    void setFormatString(const QString &format, const TextWidthFn &textWidth);
+    QString formatString() const { return m_formatString; }
+
+    // The current row, which the grid moves on a click and the finance
+    // procedures read and set.
+    int currentRow() const { return m_currentRow; }
+    void setCurrentRow(int row);
+    // Off while a procedure fills the table without it being shown.
+    bool redraw() const { return m_redraw; }
+    void setRedraw(bool on);
+
+private:
+    void checkRow(int row) const;
+    void checkCol(int col) const;
+
+    std::vector<QString> m_rows; // per row: (column, length, text) runs, filled cells only
+    int m_cols = 2;
+    int m_fixedRows = 1;
+    int m_fixedCols = 1;
+    QVector<int> m_widths;
+    QVector<int> m_alignments;
+    QString m_formatString;
+    int m_currentRow = 0;
+    bool m_redraw = true;
+    Observer *m_observer = nullptr;
+};
+
+} // namespace quorvale

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "reports/windows/financereportwindow.h"
+
+namespace quorvale {
+
+// The parking arrears table: never-received parking fees of rented, then of
+// owned spaces, for one month and all before it, or for a range.
+class frm财务数据欠收表车位 : public FinanceReportWindow {
+  public:
+    explicit frm财务数据欠收表车位(SessionPtr session, QWidget *parent = nullptr);
+};
+
+} // namespace quorvale

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "reports/windows/financereportwindow.h"
+
+namespace quorvale {
+
+// The property advance-receipt table: daily fees already received for months
+// after the chosen one (or inside a range).
+class frm财务数据预收表房产 : public FinanceReportWindow {
+  public:
+    explicit frm财务数据预收表房产(SessionPtr session, QWidget *parent = nullptr);
+};
+
+} // namespace quorvale

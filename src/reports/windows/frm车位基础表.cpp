@@ -1,0 +1,10 @@
+#include "reports/windows/frm车位基础表.h"
+
+#include "reports/customerreports.h"
+
+namespace quorvale {
+
+frm车位基础表::frm车位基础表(SessionPtr session, QWidget *parent)
+    : ReportWindow(std::move(session), parkingCustomerDefinition(), parent) {}
+
+} // namespace quorvale

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "session/session.h"
+
+#include <QBrush>
+#include <QHash>
+#include <QList>
+#include <QMainWindow>
+#include <QPointer>
+#include <QString>
+#include <functional>
+
+class QAction;
+class QLabel;
+class QMdiArea;
+class QMenu;
+class QMdiSubWindow;
+
+namespace quorvale {
+
+// How a menu item's window is shown: inside the main window's client area,
+// or as its own window owned by the main window (the About window).
+enum class ChildKind { MdiChild, TopLevel };
+using WindowFactory = std::function<QWidget *(const SessionPtr &session)>;
+
+// Wires a menu item (by its control name, e.g. "房产客户") to the window it
+// shows. The factory runs when the window does not exist yet. Menu items
+// without a factory open nothing.
+void registerWindowFactory(const QString &menuItemName, WindowFactory factory,
+                           ChildKind kind = ChildKind::MdiChild);
+
+// The multiple-document main window "MDIForm1": the menu, the background
+// picture, the closing question and the post privileges of the menu items.
+class MdiForm1 : public QMainWindow {
+    Q_OBJECT
+  public:
+    explicit MdiForm1(SessionPtr session, QWidget *parent = nullptr);
+    ~MdiForm1() override;
+
+    // The main window, once it exists.
+    static MdiForm1 *instance();
+    // Creates and loads the main window for the signed-in session on first
+    // use, shows it modelessly and brings it to the front. Errors of the
+    // load are not trapped.
+    static MdiForm1 *showMainWindow(SessionPtr session);
+
+    // Window load: the audit right, then the login window is unloaded.
+    void load();
+    const SessionPtr &session() const { return m_session; }
+
+    // Shows the window of a menu item: created at most once, modeless,
+    // brought to the front. Returns it, or nullptr when nothing is wired.
+    QWidget *showWindow(const QString &menuItemName);
+    // The open window of a menu item, or nullptr.
+    QWidget *openWindow(const QString &menuItemName) const;
+
+    // Switches the menu items on and off from the post's privilege rows of
+    // one module; errors are shown in a box and leave the menu as far as it got.
+    void 权限设置(const QString &Memo);
+
+    QMdiArea *mdiArea() const { return m_mdiArea; }
+    // Every menu item in menu order, top menus and separators included.
+    const QList<QAction *> &menuItems() const { return m_menuItems; }
+
+  protected:
+    void closeEvent(QCloseEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+  private:
+    void buildMenu();
+    QAction *addItem(QMenu *menu, const QString &name, const QString &caption);
+    void updateBackground();
+    void watchChild(QWidget *widget, QMdiSubWindow *sub);
+
+    SessionPtr m_session;
+    QMdiArea *m_mdiArea;
+    QLabel *m_userLabel;
+    QList<QAction *> m_menuItems;
+    QHash<QString, QPointer<QWidget>> m_openWindows;
+    QBrush m_plainBackground;
+};
+
+// Where the main window looks for its background bitmap: the program's folder,
+// or an installation's data folder.
+QString mainBackgroundPath();
+
+} // namespace quorvale

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QImage>
+#include <QString>
+
+namespace quorvale {
+
+// Writes a drawn picture through the safe-write path: the file appears only
+// complete. Throws RuntimeError naming the file.
+void writeImage(const QImage &image, const QString &path, const char *format);
+
+} // namespace quorvale
