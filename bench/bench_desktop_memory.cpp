@@ -27,6 +27,7 @@
 #include "session/mdiform1.h"
 #include "tools/databasefile.h"
 #endif
+#include "processmemory.h"
 #include "runtime/settings.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
@@ -47,34 +48,14 @@ using namespace quorvale;
 
 namespace {
 
-long statusKiB(const char *key)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(key))
-            return line.mid(int(qstrlen(key))).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
-
 double residentMb()
 {
-    return statusKiB("VmRSS:") / 1024.0;
-}
-
-// Writing 5 to clear_refs restarts the high-water mark at the present size.
-void resetPeak()
-{
-    QFile refs(QStringLiteral("/proc/self/clear_refs"));
-    if (refs.open(QIODevice::WriteOnly))
-        refs.write("5");
+    return bench::residentKiB() / 1024.0;
 }
 
 double peakMb()
 {
-    return statusKiB("VmHWM:") / 1024.0;
+    return bench::peakKiB() / 1024.0;
 }
 
 // Lets queued deletions and repaints run, as the event loop would between clicks.
@@ -112,7 +93,7 @@ Measured measure(MdiForm1 &main, const QString &menuItem, const QString &exporte
     QComboBox *offices = window->combo1();
     offices->setCurrentIndex(offices->findText(QStringLiteral("BIG "), Qt::MatchStartsWith));
 
-    resetPeak();
+    bench::resetPeak();
     QElapsedTimer timer;
     timer.start();
     window->ReportCommand(ReportWindow::Compute);
@@ -122,7 +103,7 @@ Measured measure(MdiForm1 &main, const QString &menuItem, const QString &exporte
     m.computed = residentMb();
     m.rows = window->grid()->Rows() - 1;
 
-    resetPeak();
+    bench::resetPeak();
     timer.restart();
     window->ReportCommand(ReportWindow::Export);
     QWidget *dialog = visibleWidget(exporter);

@@ -4,6 +4,7 @@
 // Usage: bench_flexgrid [rows]   (run with QT_QPA_PLATFORM=offscreen)
 
 #include "output/gridprint.h"
+#include "processmemory.h"
 #include "runtime/outputset.h"
 #include "runtime/printer.h"
 #include "ui/flexgrid.h"
@@ -16,22 +17,11 @@
 #include <cstdio>
 
 using namespace quorvale;
+using quorvale::bench::residentKiB;
 
 namespace {
 
 constexpr int kCols = 71;
-
-long residentKiB()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith("VmRSS:"))
-            return line.mid(6).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
 
 // The cells a customer record fills: every fifth column, repeating texts.
 QString cellText(int row, int col)

@@ -10,6 +10,7 @@
 #include "dbtools/databasefile.h"
 #include "dbtools/embeddeddatabase.h"
 #include "output/gridprint.h"
+#include "processmemory.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
@@ -28,6 +29,7 @@
 #include <sys/resource.h>
 
 using namespace quorvale;
+using namespace quorvale::bench;
 
 namespace {
 
@@ -35,27 +37,6 @@ double median(QList<double> values)
 {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
-}
-
-long statusKiB(const char *key)
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : status.readAll().split('\n')) {
-        if (line.startsWith(key))
-            return line.mid(int(qstrlen(key))).trimmed().split(' ').first().toLong();
-    }
-    return -1;
-}
-
-// Writing 5 to clear_refs restarts VmHWM, so each run's peak excludes the
-// database build and the earlier runs.
-void resetPeak()
-{
-    QFile refs(QStringLiteral("/proc/self/clear_refs"));
-    if (refs.open(QIODevice::WriteOnly))
-        refs.write("5");
 }
 
 double cpuSeconds()
