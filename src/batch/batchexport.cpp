@@ -30,17 +30,22 @@ namespace {
 // command line, not something to ignore.
 void checkDateOptions(const ExportRequest &request)
 {
-    bool finance = false, advance = false;
+    bool finance = false, advance = false, arrears = false;
     for (const QString &name : request.reports) {
         const ReportEntry entry = *findReport(name);
         finance = finance || entry.finance.has_value();
-        advance = advance || (entry.finance && financeTraits(*entry.finance).advance);
+        const bool isAdvance = entry.finance && financeTraits(*entry.finance).advance;
+        advance = advance || isAdvance;
+        arrears = arrears || (entry.finance && !isAdvance);
     }
     if (!finance && (request.month || request.months || request.cutoff || request.receipts))
         throw UsageError(QStringLiteral("--month, --months, --cutoff and --receipts apply to the "
                                         "finance reports only"));
     if (!advance && request.receipts)
         throw UsageError(QStringLiteral("--receipts applies to the advance-receipt reports only"));
+    if (!arrears && request.cutoff && request.receipts)
+        throw UsageError(QStringLiteral("with --receipts, --cutoff applies to the arrears reports "
+                                        "only, and none is in the run"));
 }
 
 // The concrete months and dates, defaults included, as the run's first line.
@@ -56,11 +61,19 @@ QString periodOf(const ExportRequest &request)
         parts << QStringLiteral("months %1 to %2").arg(request.months->first, request.months->second);
     else
         parts << QStringLiteral("month %1").arg(request.monthText);
-    parts << QStringLiteral("cut-off %1")
-                 .arg(request.cutoff ? *request.cutoff : request.today.toString(Qt::ISODate));
-    if (request.receipts)
-        parts << QStringLiteral("receipts %1 to %2")
-                     .arg(request.receipts->first, request.receipts->second);
+    const QString cutoff =
+        QStringLiteral("cut-off %1")
+            .arg(request.cutoff ? *request.cutoff : request.today.toString(Qt::ISODate));
+    if (request.receipts) {
+        // Given both, each report takes its own: the advance-receipt reports
+        // run in their range mode, which leaves their cut-off picker aside.
+        const QString receipts = QStringLiteral("receipts %1 to %2")
+                                     .arg(request.receipts->first, request.receipts->second);
+        parts << (request.cutoff ? cutoff + QStringLiteral(" (arrears)") : cutoff)
+              << (request.cutoff ? receipts + QStringLiteral(" (advance receipts)") : receipts);
+    } else {
+        parts << cutoff;
+    }
     parts << QStringLiteral("today %1").arg(request.today.toString(Qt::ISODate));
     return parts.join(QStringLiteral(", "));
 }

@@ -143,7 +143,8 @@ AdminCommand exportCommand()
                         "day of the month given")},
         {QStringLiteral("--receipts DATE:DATE|month"),
          QStringLiteral("advance-receipt reports: the receipt date range; month is the whole "
-                        "month given")},
+                        "month given. With --cutoff too, the arrears take the cut-off and the "
+                        "advance-receipt reports the range, as their windows' range mode does")},
         {QStringLiteral("--xlsx FILE"),
          QStringLiteral("the workbook, created if missing; may hold {office}, {office_name}, "
                         "{report}, {month}, {date}")},

@@ -67,7 +67,7 @@ QString exportSynopsis()
         "--report NAME[,NAME…]|all --office CODE[,CODE…]|all --user NO "
         "(--password PW | --password-file FILE | --password-env NAME) [--post POSTCODE] "
         "[--month YYYYMM|this|last|last-N | --months FIRST:LAST] "
-        "[--cutoff DATE|today|month-end | --receipts DATE:DATE|month] "
+        "[--cutoff DATE|today|month-end] [--receipts DATE:DATE|month] "
         "--xlsx FILE [--sheet NAME] [--pdf FILE] [--paper A4|A3] "
         "[--orientation portrait|landscape|auto] [--dry-run]");
 }
@@ -90,8 +90,6 @@ ExportRequest parseExportRequest(const QStringList &arguments, const QDate &toda
                   QStringLiteral("xlsx")});
     if (line.isSet(QStringLiteral("month")) && line.isSet(QStringLiteral("months")))
         throw UsageError(QStringLiteral("--month and --months exclude each other"));
-    if (line.isSet(QStringLiteral("cutoff")) && line.isSet(QStringLiteral("receipts")))
-        throw UsageError(QStringLiteral("--cutoff and --receipts exclude each other"));
 
     ExportRequest r;
     r.today = today;

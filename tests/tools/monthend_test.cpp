@@ -85,6 +85,43 @@ TEST_F(MonthEnd, EveryReportOfEveryOfficeEqualsTheSingleExports)
     }
 }
 
+// Arrears as of the month end and the month's receipts in the same workbook.
+TEST_F(MonthEnd, CutOffAndReceiptsTogetherGiveEachReportItsOwn)
+{
+    const QString book = out.filePath("month.xlsx");
+    const QStringList dates = {"--month", "this", "--cutoff", "month-end", "--receipts", "month"};
+    const ProcessRun run =
+        runAdmin(QStringList{"export", "--report", "all", "--office", "2", "--xlsx", book} +
+                 dates + signIn());
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QString period = run.out.section('\n', 0, 0);
+    EXPECT_TRUE(period.contains("(arrears)") && period.contains("(advance receipts)"))
+        << period.toStdString();
+
+    const QJsonObject together = dumpWorkbook(book);
+    const struct {
+        const char *report;
+        QStringList dates;
+    } singles[] = {
+        {"财务数据欠收表房产", {"--month", "this", "--cutoff", "month-end"}},
+        {"财务数据欠收表车位", {"--month", "this", "--cutoff", "month-end"}},
+        {"财务数据预收表车位", {"--month", "this", "--receipts", "month"}},
+        {"财务数据预收表房产", {"--month", "this", "--receipts", "month"}},
+    };
+    for (const auto &single : singles) {
+        SCOPED_TRACE(single.report);
+        const QString alone = out.filePath(QString::fromUtf8(single.report) + ".xlsx");
+        const ProcessRun one = runAdmin(QStringList{"export", "--report", single.report,
+                                                    "--office", "2", "--xlsx", alone} +
+                                        single.dates + signIn());
+        ASSERT_EQ(one.status, 0) << one.err.toStdString();
+        const QJsonObject dump = dumpWorkbook(alone);
+        const QString sheet = dump.value("sheets").toArray().last().toString();
+        EXPECT_FALSE(cellsOf(dump, sheet).isEmpty());
+        EXPECT_EQ(cellsOf(together, sheet), cellsOf(dump, sheet));
+    }
+}
+
 TEST_F(MonthEnd, ARunThatCannotBeDoneWritesNothing)
 {
     const struct {
@@ -96,6 +133,9 @@ TEST_F(MonthEnd, ARunThatCannotBeDoneWritesNothing)
         {"two reports into one PDF",
          {"--report", "all", "--office", "2", "--xlsx", out.filePath("{report}.xlsx"), "--pdf",
           out.filePath("{office}.pdf")}},
+        {"a cut-off that no report of the run would take",
+         {"--report", "财务数据预收表车位", "--office", "2", "--cutoff", "today", "--receipts",
+          "month", "--xlsx", out.filePath("one.xlsx")}},
         {"dry run",
          {"--report", "all", "--office", "all", "--xlsx", out.filePath("{office}/{report}.xlsx"),
           "--dry-run"}},
