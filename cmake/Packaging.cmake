@@ -29,10 +29,11 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${QUORVALE_HOMEPAGE})
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 # Libraries the binaries link come from dpkg-shlibdeps; Qt loads the SQL
-# drivers and finds the fonts with Chinese glyphs at run time.
+# drivers, finds the fonts with Chinese glyphs and loads its own Chinese
+# texts (dialog buttons, file and print dialogs) at run time.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libqt6sql6-sqlite, libqt6sql6-odbc, fonts-wqy-microhei | fonts-noto-cjk")
+    "libqt6sql6-sqlite, libqt6sql6-odbc, fonts-wqy-microhei | fonts-noto-cjk, qt6-translations-l10n")
 # The SQL Server path: unixODBC and the FreeTDS driver.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "unixodbc, tdsodbc")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)

@@ -19,8 +19,8 @@ packages=(
   # the snapshot's test and benchmark read a real server through a real ODBC driver;
   # the extension's test loads it into the sqlite3 shell and Debian's Python
   postgresql odbc-postgresql sqlite3 python3
-  # Chinese fonts for the UI and for PDFs
-  fonts-wqy-microhei
+  # Chinese fonts for the UI and for PDFs; Qt's own texts in Chinese
+  fonts-wqy-microhei qt6-translations-l10n
   # benchmarks compare the workbook writer with libxlsxwriter; time measures peak memory
   libxlsxwriter-dev time
   # running the desktop program on a machine without a display

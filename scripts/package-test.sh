@@ -24,6 +24,12 @@ debs=(dist/quorvale_*.deb)
 deb=./${debs[0]}
 version=$(dpkg-deb -f "$deb" Version)
 
+# What the programs load at run time rather than link.
+depends=$(dpkg-deb -f "$deb" Depends)
+for needed in libqt6sql6-sqlite fonts-wqy-microhei qt6-translations-l10n; do
+  grep -q "$needed" <<< "$depends" || fail "the package does not depend on $needed: $depends"
+done
+
 echo "package-test: lintian $deb"
 lintian --fail-on error --display-info "$deb" || fail "lintian reports errors"
 

@@ -4,6 +4,9 @@
 #include "runtime/toplevelhandler.h"
 
 #include <QFont>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 
 namespace quorvale {
 
@@ -22,8 +25,31 @@ bool Application::notify(QObject *receiver, QEvent *event)
     }
 }
 
+namespace {
+
+// Qt's translations as Debian installs them, or beside the program where an
+// installer puts them (translations/).
+void useChineseForQt(QApplication &app)
+{
+    const QLocale chinese(QLocale::Chinese, QLocale::China);
+    QLocale::setDefault(chinese);
+    auto *translator = new QTranslator(&app);
+    for (const QString &folder :
+         {QLibraryInfo::path(QLibraryInfo::TranslationsPath),
+          QCoreApplication::applicationDirPath() + QStringLiteral("/translations")}) {
+        if (translator->load(chinese, QStringLiteral("qt"), QStringLiteral("_"), folder)) {
+            app.installTranslator(translator);
+            return;
+        }
+    }
+    delete translator;
+}
+
+} // namespace
+
 void setUpApplication(QApplication &app)
 {
+    useChineseForQt(app);
     app.setApplicationName(programTitle());
     QFont font = app.font();
     // 微软雅黑 on Windows; the CJK fonts Debian ships elsewhere.

@@ -14,7 +14,9 @@ class Application : public QApplication {
     bool notify(QObject *receiver, QEvent *event) override;
 };
 
-// Sets the program's name and the UI font with Chinese glyphs.
+// Sets the program's name, the UI font with Chinese glyphs, and Qt's own
+// texts (dialog buttons, file and print dialogs, calendars) in Chinese,
+// whatever the system's language: the program's language is Chinese.
 void setUpApplication(QApplication &app);
 
 } // namespace quorvale

@@ -1,5 +1,10 @@
+#include "support/chineseapplication.h"
 #include "ui/msgbox.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTimer>
 #include <gtest/gtest.h>
 
 using namespace quorvale;
@@ -16,4 +21,32 @@ TEST(MsgBox, ResponderSeesPromptStyleAndDefaultTitle)
     EXPECT_EQ(seen[0].style, 68);
     EXPECT_EQ(seen[0].title, QStringLiteral("系统提示"));
     EXPECT_EQ(seen[1].title, programTitle());
+}
+
+// A question in a Chinese program reads Chinese on its buttons too, as a
+// clerk sees it: the real box, answered by clicking.
+TEST(MsgBox, QuestionButtonsReadChinese)
+{
+    quorvale::testing::ChineseApplication chinese;
+    QStringList buttons;
+    QTimer::singleShot(0, [&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        for (QAbstractButton *b : box->buttons())
+            buttons << b->text();
+        box->button(QMessageBox::No)->click();
+    });
+    EXPECT_EQ(MsgBox(QStringLiteral("是否要修改打印设置？"), vb::YesNo), vb::No);
+    buttons.sort();
+    EXPECT_EQ(buttons, (QStringList{"否(&N)", "是(&Y)"}));
+
+    QTimer::singleShot(0, [&] {
+        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+            buttons = {box->buttons().first()->text()};
+            box->buttons().first()->click();
+        }
+    });
+    MsgBox(QStringLiteral("请选择管理处！"));
+    EXPECT_EQ(buttons, QStringList{"确定"});
 }

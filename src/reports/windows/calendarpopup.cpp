@@ -1,8 +1,8 @@
 #include "reports/windows/calendarpopup.h"
 
 #include "reports/financecontrolnames.h"
+#include "ui/chinesecalendar.h"
 
-#include <QCalendarWidget>
 #include <QVBoxLayout>
 
 namespace quorvale {
@@ -13,7 +13,7 @@ CalendarPopup::CalendarPopup(QWidget *window) : QFrame(window)
     setFrameShape(QFrame::Box);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(1, 1, 1, 1);
-    m_monthView = new QCalendarWidget(this);
+    m_monthView = new ChineseCalendar(this);
     m_monthView->setObjectName(financecontrol::MonthView1);
     m_monthView->setGridVisible(true);
     layout->addWidget(m_monthView);

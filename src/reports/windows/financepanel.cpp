@@ -4,6 +4,7 @@
 #include "reports/financereporttraits.h"
 #include "reports/reportparams.h"
 #include "runtime/vb.h"
+#include "ui/chinesecalendar.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -116,6 +117,7 @@ FinancePanel::FinancePanel(QFrame *picture2, FinanceReportKind kind)
         auto *picker = new QDateEdit(m_frame1);
         picker->setObjectName(kPickerName[i]);
         picker->setCalendarPopup(true);
+        picker->setCalendarWidget(new ChineseCalendar(picker));
         picker->setDisplayFormat(kPickerFormat);
         picker->setFont(pickerFont);
         picker->setMinimumWidth(
