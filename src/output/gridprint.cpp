@@ -211,7 +211,7 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
 namespace {
 
 void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
-                const PrintTitles &titles, bool signature)
+                const PrintTitles &titles, bool signature, const PrintProgress &progress)
 {
     const ReportTable &source = *table.table;
     const double headingHeight = LineHeight(printer);
@@ -242,6 +242,8 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
         if (page > 0) {
             printColumnRules(printer, table, tableTop, y);
             PrintPageFooter(printer, table.left, table.width(), signature, page, pageCount, y);
+            if (progress)
+                progress(page, pageCount);
             printer.NewPage();
         }
         tableTop = PrintPageHeader(printer, titles, bodyFont, bodySize, table);
@@ -265,14 +267,17 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
     printColumnRules(printer, table, tableTop, y);
     PrintPageFooter(printer, table.left, table.width(), signature, page, pageCount, y);
     printer.EndDoc();
+    if (progress)
+        progress(page, pageCount);
 }
 
 } // namespace
 
 void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
-               const PrintTitles &titles, bool signature, int trailing)
+               const PrintTitles &titles, bool signature, int trailing,
+               const PrintProgress &progress)
 {
-    printTable(printer, centredTable(printer, table, trailing), look, titles, signature);
+    printTable(printer, centredTable(printer, table, trailing), look, titles, signature, progress);
 }
 
 void AutoFitColumns(ReportTable &table, const TextWidthFn &textWidth)

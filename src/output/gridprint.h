@@ -43,13 +43,17 @@ QString paperTooNarrowQuestion();
 // Whether the printed columns fit the printer's paper.
 bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing);
 
+// Told after each page is drawn: pages done, pages in all.
+using PrintProgress = std::function<void(int page, int pageCount)>;
+
 // Prints rows 1 .. rows-1 of the table, row 0 as the column heading of
 // every page, leaving out the last `trailing` columns. signature = true adds
 // the signature fields to every footer. It asks nothing: a table wider than
 // the paper is printed shifted left (callers ask or warn first, with
 // tableFitsPaper). Printer failures throw RuntimeError.
 void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
-               const PrintTitles &titles, bool signature, int trailing);
+               const PrintTitles &titles, bool signature, int trailing,
+               const PrintProgress &progress = {});
 
 // Heading block and column-heading row of one page, from the top of the
 // page; returns the y of the table's top rule. The body font stays set.

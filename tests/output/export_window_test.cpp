@@ -1,5 +1,6 @@
 #include "export_test_print.h"
 #include "output/windows/exportwindow.h"
+#include "output/windows/saveasfolder.h"
 #include "support/xlsxdump.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
@@ -29,7 +30,10 @@ class ExportWindowTest : public ::testing::Test {
             boxes.append(call);
             return vb::OK;
         });
-        ExportWindow::setOpenWorkbookHook([this](const QString &path) { opened << path; });
+        ExportWindow::setOpenWorkbookHook([this](const QString &path) {
+            opened << path;
+            return true;
+        });
         source.setRows(1);
         source.setFormatString("编号|<名称|<备注||<电话");
         source.appendRows({{"1", "东湖", "x", "hidden", "0755123"}, {"2", "西湖", "y", "", ""}});
@@ -223,4 +227,38 @@ TEST_F(ExportWindowTest, FileDialogFillsThePath)
     EXPECT_TRUE(filter.startsWith("Excel Flie *.xls ("));
     EXPECT_TRUE(filter.contains("*.xlsx"));
     EXPECT_TRUE(filter.contains("All flie *.*"));
+}
+
+// Installed, the program's folder is /usr/bin or Program Files: Save As
+// starts where the clerk can write instead.
+TEST(SaveAsFolder, TheProgramsFolderOnlyWhileItCanBeWritten)
+{
+    QTemporaryDir home;
+    const QByteArray savedHome = qgetenv("HOME");
+    qputenv("HOME", QFile::encodeName(home.path()));
+    const QString program = home.filePath("bin");
+    const QString documents = home.filePath("Documents");
+    QDir().mkpath(program);
+    const auto readOnly = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther | QFile::ExeOther;
+    const struct {
+        const char *name;
+        bool programWritable;
+        bool hasDocuments;
+        QString expected;
+    } cases[] = {
+        {"writable program folder", true, true, program},
+        {"read-only, documents folder", false, true, documents},
+        {"read-only, no documents folder", false, false, home.path()},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        QFile::setPermissions(program, c.programWritable ? readOnly | QFile::WriteOwner : readOnly);
+        if (c.hasDocuments)
+            QDir().mkpath(documents);
+        else
+            QDir(documents).removeRecursively();
+        EXPECT_EQ(QDir(saveAsFolder(program)).canonicalPath(), QDir(c.expected).canonicalPath());
+    }
+    QFile::setPermissions(program, readOnly | QFile::WriteOwner);
+    qputenv("HOME", savedHome);
 }

@@ -8,6 +8,7 @@
 #include "ui/msgbox.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDate>
 #include <QFile>
 #include <QFileInfo>
@@ -111,6 +112,7 @@ struct Printed {
     QList<PdfPage> pages; // none when nothing was written
     QVector<MsgBoxCall> boxes;
     bool previewOpened = false;
+    QStringList progress; // "page/pages waiting|arrow" as each page was told
 };
 
 // Runs print with the path of a PDF file, answering every question with
@@ -146,17 +148,27 @@ Printed printToPdf(const FlexGrid &grid, bool signature, int trailing)
 Printed previewAndPrint(const FlexGrid &grid, int answer)
 {
     return printed(answer, [&](const QString &pdf, Printed &result) {
-        QTimer::singleShot(0, [&] {
+        // Watches for the preview rather than guessing when it opens.
+        QTimer watch;
+        watch.setInterval(10);
+        QObject::connect(&watch, &QTimer::timeout, [&] {
             auto *dialog = qobject_cast<QPrintPreviewDialog *>(QApplication::activeModalWidget());
             if (!dialog)
                 return;
+            watch.stop();
             result.previewOpened = true;
             dialog->printer()->setOutputFormat(QPrinter::PdfFormat);
             dialog->printer()->setOutputFileName(pdf);
             dialog->findChild<QPrintPreviewWidget *>()->print();
             dialog->accept();
         });
-        PreviewGrid(nullptr, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0);
+        watch.start();
+        PreviewGrid(nullptr, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0,
+                    [&](int page, int pageCount) {
+                        const QCursor *pointer = QApplication::overrideCursor();
+                        result.progress << QStringLiteral("%1/%2 %3").arg(page).arg(pageCount).arg(
+                            pointer && pointer->shape() == Qt::WaitCursor ? "waiting" : "arrow");
+                    });
         QCoreApplication::processEvents();
     });
 }
@@ -299,6 +311,10 @@ TEST(GridPrint, TableWiderThanThePaperAsksOncePerPrintThroughThePreview)
             EXPECT_EQ(printed.boxes[0].style, vb::YesNo);
         }
         EXPECT_EQ(printed.previewOpened, c.prints);
+        // Drawn for the preview and again for the print, under the wait pointer.
+        const QStringList drawnTwice = {"1/1 waiting", "1/1 waiting"};
+        EXPECT_EQ(printed.progress, c.prints ? drawnTwice : QStringList());
+        EXPECT_EQ(QApplication::overrideCursor(), nullptr);
         EXPECT_EQ(printed.pages.isEmpty(), !c.prints);
         if (c.prints) {
             ASSERT_EQ(printed.pages.size(), 1);

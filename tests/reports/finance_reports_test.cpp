@@ -11,16 +11,22 @@
 
 #include "output/gridprint.h"
 #include "output/windows/exportwindow.h"
+#include "support/chineseapplication.h"
+#include "support/pdfprinter.h"
 #include "support/xlsxdump.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QDateEdit>
+#include <QLabel>
+#include <QLayout>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
+#include <QTableView>
 #include <QTest>
+#include <QToolButton>
 #include <cmath>
 
 namespace quorvale {
@@ -213,6 +219,75 @@ TEST_F(FinanceReports, RefusalShowsItsBoxFocusesItsBoxAndKeepsTheGrid)
     }
 }
 
+// The month bar as it reads, left to right, and the day-name row.
+QString calendarHeader(const QCalendarWidget &calendar)
+{
+    auto *year = calendar.findChild<QToolButton *>("qt_calendar_yearbutton");
+    auto *month = calendar.findChild<QToolButton *>("qt_calendar_monthbutton");
+    const QLayout *bar = month->parentWidget()->layout();
+    return bar->indexOf(year) < bar->indexOf(month) ? year->text() + month->text()
+                                                    : month->text() + year->text();
+}
+
+QStringList dayNames(const QCalendarWidget &calendar)
+{
+    const QAbstractItemModel *model = calendar.findChild<QTableView *>()->model();
+    QStringList names;
+    for (int c = 0; c < model->columnCount(); ++c)
+        names << model->data(model->index(0, c)).toString();
+    return names;
+}
+
+// The month picker and the date pickers' calendars read as a Chinese clerk reads dates.
+TEST_F(FinanceReports, CalendarsAreHeadedYearThenMonthInChinese)
+{
+    testing::ChineseApplication chinese;
+    ReportWindow *w = open<frm财务数据预收表房产>();
+    QList<QCalendarWidget *> calendars = {w->findChild<QCalendarWidget *>("MonthView1")};
+    for (const char *picker : {"DTPicker1", "DTPicker2", "DTPicker3"})
+        calendars << w->findChild<QDateEdit *>(picker)->calendarWidget();
+    for (QCalendarWidget *calendar : calendars) {
+        ASSERT_NE(calendar, nullptr);
+        calendar->setSelectedDate(QDate(2026, 11, 23));
+        EXPECT_EQ(calendarHeader(*calendar), "2026年11月");
+        EXPECT_TRUE(dayNames(*calendar).contains("周一")) << dayNames(*calendar).join(' ').toStdString();
+        calendar->setCurrentPage(2027, 2);
+        EXPECT_EQ(calendarHeader(*calendar), "2027年2月");
+    }
+}
+
+// A long print says how far it has got, page by page, in the status bar.
+TEST_F(FinanceReports, PrintShowsPagesDoneOfPagesInTheStatusBar)
+{
+    ReportWindow *w = open<frm财务数据欠收表房产>();
+    choose(w, "01");
+    QVector<QStringList> rows(300, QStringList{"1", "王五", "物业费"});
+    w->grid()->table().appendRows(rows);
+    const auto *panel = w->findChild<QLabel *>("ProgressPanel");
+    QStringList seen;
+    int pages = 0;
+    QTemporaryDir dir;
+    ReportWindow::setPrintTarget([&](QWidget *, const ReportTable &table, const PrintTitles &titles,
+                                     const auto &progress) {
+        testing::PdfFilePrinter printer(dir.filePath("print.pdf"));
+        PrintGrid(*printer, table, w->grid()->printLook(), titles, false, 0,
+                  [&](int page, int pageCount) {
+                      progress(page, pageCount);
+                      seen << panel->text();
+                      pages = pageCount;
+                  });
+        printer.finish();
+    });
+    w->ReportCommand(ReportWindow::Print);
+    ReportWindow::setPrintTarget({});
+    ASSERT_GT(pages, 2);
+    QStringList expected;
+    for (int page = 1; page <= pages; ++page)
+        expected << QStringLiteral("已打印 %1/%2 页").arg(page).arg(pages);
+    EXPECT_EQ(seen, expected);
+    EXPECT_EQ(panel->text(), expected.last());
+}
+
 TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)
 {
     auto *property = open<frm财务数据欠收表房产>();
@@ -300,7 +375,9 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
     };
     PrintTitles printed;
     ReportWindow::setPrintTarget(
-        [&printed](QWidget *, const ReportTable &, const PrintTitles &titles) { printed = titles; });
+        [&printed](QWidget *, const ReportTable &, const PrintTitles &titles, const auto &) {
+            printed = titles;
+        });
     vbrt::setToday(QDate(2026, 1, 5));
     QTemporaryDir dir;
     const ConnectionPtr working = session->DbConn;

@@ -7,13 +7,23 @@
 #include "reports/windows/frm财务数据预收表车位.h"
 #include "reports/windows/frm车位基础表.h"
 #include "reports/windows/reportregistry.h"
+#include "output/windows/exportwindow.h"
+#include "support/chineseapplication.h"
 #include "session/windows/mdiform1.h"
 
+#include <QAction>
+#include <QCheckBox>
+#include <QDir>
 #include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QPushButton>
 #include <QSqlDriver>
+#include <QStyle>
+#include <QStyleOptionTitleBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <sqlite3.h>
 
@@ -232,6 +242,32 @@ TEST_F(ReportSkeleton, LargeFillArrivesInChunksAndBlocksReentry)
     EXPECT_TRUE(w->command1(ReportWindow::Compute)->isEnabled());
 }
 
+// 显示Excel on a desktop with no program for workbooks: the report window says so.
+TEST_F(ReportSkeleton, AWorkbookNoProgramCanOpenIsSaidInTheStatusBar)
+{
+    officeWithRooms(3);
+    auto *w = open<frm收款日报表>();
+    choose(w, "01");
+    w->ReportCommand(ReportWindow::Compute);
+    QStringList offered;
+    ExportWindow::setOpenWorkbookHook([&](const QString &path) {
+        offered << path;
+        return false;
+    });
+    w->ReportCommand(ReportWindow::Export);
+    auto *exporter = ExportWindow::shared(ExportVariant::Customer, nullptr);
+    QTemporaryDir dir;
+    const QString path = dir.filePath("一区.xlsx");
+    exporter->Text1(0)->setText(path);
+    exporter->findChild<QCheckBox *>("Check1")->setChecked(true);
+    exporter->findChild<QAction *>("输出")->trigger();
+    ExportWindow::setOpenWorkbookHook({});
+    EXPECT_TRUE(boxes.isEmpty());
+    EXPECT_EQ(offered, QStringList{path});
+    EXPECT_EQ(w->findChild<QLabel *>("ProgressPanel")->text(),
+              "已输出到 " + QDir::toNativeSeparators(path) + "，但本机没有可以打开Excel工作簿的程序");
+}
+
 TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
 {
     registerReportWindows();
@@ -261,6 +297,37 @@ TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
     }
     EXPECT_EQ(main->mdiArea()->subWindowList().size(), 2);
     delete main;
+}
+
+// Six minimized reports are told apart by their captions, which fit whole.
+TEST_F(ReportSkeleton, MinimizedWindowsShowTheirWholeCaption)
+{
+    testing::ChineseApplication program; // its font, in which captions are measured
+    registerReportWindows();
+    MdiForm1 main(session);
+    main.resize(1400, 800);
+    main.show();
+    const QStringList items = {"房产客户", "车位客户", "财务数据欠收表房产",
+                               "财务数据欠收表车位", "财务数据预收表车位", "财务数据预收表房产"};
+    QFont titleFont = QApplication::font("QMdiSubWindowTitleBar");
+    titleFont.setBold(true);
+    for (const QString &item : items) {
+        auto *sub = qobject_cast<QMdiSubWindow *>(main.showWindow(item)->parentWidget());
+        ASSERT_NE(sub, nullptr);
+        sub->showMinimized();
+        QCoreApplication::processEvents();
+        QStyleOptionTitleBar bar;
+        bar.initFrom(sub);
+        bar.rect = QRect(0, 0, sub->width(),
+                         sub->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, sub));
+        bar.titleBarFlags = sub->windowFlags();
+        bar.titleBarState = sub->windowState();
+        bar.text = sub->windowTitle();
+        const QRect label =
+            sub->style()->subControlRect(QStyle::CC_TitleBar, &bar, QStyle::SC_TitleBarLabel, sub);
+        EXPECT_GE(label.width(), QFontMetrics(titleFont).horizontalAdvance(sub->windowTitle()))
+            << sub->windowTitle().toStdString() << " in " << sub->width() << " px";
+    }
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "output/gridexport.h"
 #include "output/windows/columnchooser.h"
+#include "output/windows/desktopopen.h"
+#include "output/windows/saveasfolder.h"
 #include "runtime/programinfo.h"
 #include "runtime/runtimeerror.h"
 #include "ui/centerinmain.h"
@@ -12,7 +14,7 @@
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QDesktopServices>
+#include <QDir>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
@@ -21,7 +23,6 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
-#include <QUrl>
 #include <QVBoxLayout>
 
 namespace quorvale {
@@ -34,6 +35,8 @@ const QString kNeedTitle = QStringLiteral("请输入标题内容");
 const QString kNeedFile = QStringLiteral("请确定输出的文件名");
 const QString kExportFailed = QStringLiteral("输出到Execl失败: ");
 const QString kNoColumnChosen = QStringLiteral("没有选中要输出的列");
+const QString kNoSpreadsheetProgram =
+    QStringLiteral("已输出到 %1，但本机没有可以打开Excel工作簿的程序");
 // The misspellings are the window's own; *.xlsx is listed so workbooks can be picked.
 const QString kFileFilter = QStringLiteral("Excel Flie *.xls (*.xls *.xlsx);;All flie *.* (*)");
 
@@ -191,10 +194,11 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
         if (!renamed.isEmpty())
             m_notes.prepend(renamed);
         if (m_check1->isChecked()) {
-            if (openWorkbookHook())
-                openWorkbookHook()(options.path);
-            else
-                QDesktopServices::openUrl(QUrl::fromLocalFile(options.path));
+            const bool opened = openWorkbookHook() ? openWorkbookHook()(options.path)
+                                                   : openWithDesktopProgram(options.path);
+            if (!opened)
+                Q_EMIT statusMessage(grid, kNoSpreadsheetProgram.arg(
+                                               QDir::toNativeSeparators(options.path)));
         }
         return true;
     } catch (const RuntimeError &error) {
@@ -248,7 +252,7 @@ void ExportWindow::unload()
 
 void ExportWindow::chooseFile()
 {
-    const QString folder = QCoreApplication::applicationDirPath();
+    const QString folder = saveAsFolder(QCoreApplication::applicationDirPath());
     const QString chosen =
         fileDialogHook() ? fileDialogHook()(this, folder, kFileFilter)
                          : QFileDialog::getSaveFileName(this, QString(), folder, kFileFilter,

@@ -62,9 +62,15 @@ class ExportWindow : public QDialog {
     using FileDialogHook =
         std::function<QString(QWidget *parent, const QString &folder, const QString &filter)>;
     static void setFileDialogHook(FileDialogHook hook);
-    // Opens a written workbook when Check1 is set; tests install a recorder.
-    using OpenWorkbookHook = std::function<void(const QString &path)>;
+    // Opens a written workbook when Check1 is set, true when a program took
+    // it; tests install a recorder.
+    using OpenWorkbookHook = std::function<bool(const QString &path)>;
     static void setOpenWorkbookHook(OpenWorkbookHook hook);
+
+  Q_SIGNALS:
+    // Something the report window of `source` should say in its status bar
+    // (the window itself closes after a successful export).
+    void statusMessage(FlexGrid *source, const QString &text);
 
   protected:
     explicit ExportWindow(Variant variant, QWidget *parent = nullptr);

@@ -3,20 +3,42 @@
 #include "ui/msgbox.h"
 #include "ui/printerpreview.h"
 
+#include <QApplication>
+
 namespace quorvale {
 
+namespace {
+
+struct WaitPointer {
+    WaitPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitPointer() { QApplication::restoreOverrideCursor(); }
+    WaitPointer(const WaitPointer &) = delete;
+    WaitPointer &operator=(const WaitPointer &) = delete;
+};
+
+} // namespace
+
 void PreviewGrid(QWidget *parent, const ReportTable &table, const PrintLook &look,
-                 const PrintTitles &titles, bool signature, int trailing)
+                 const PrintTitles &titles, bool signature, int trailing,
+                 const PrintProgress &progress)
 {
     // The preview draws its pages again on every page setup and for the
     // final print; the question belongs to the print, not to each drawing.
     // No icon, on purpose: the user may well want the clipped print.
     showPrintPreview(
         parent,
-        [&](Printer &printer) { PrintGrid(printer, table, look, titles, signature, trailing); },
         [&](Printer &printer) {
-            return tableFitsPaper(printer, table, trailing) ||
-                   MsgBox(paperTooNarrowQuestion(), vb::YesNo) != vb::Yes;
+            const WaitPointer waiting;
+            PrintGrid(printer, table, look, titles, signature, trailing, progress);
+        },
+        [&](Printer &printer) {
+            if (tableFitsPaper(printer, table, trailing))
+                return true;
+            if (MsgBox(paperTooNarrowQuestion(), vb::YesNo) == vb::Yes)
+                return false;
+            // The closed box's place is painted over before the long layout starts.
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            return true;
         });
 }
 

@@ -410,6 +410,8 @@ void ReportWindow::exportGrid()
     const QString title =
         QLatin1Char('(') + officeName() + QLatin1Char(')') + m_definition.exportTitleSuffix;
     window->Config(m_grid, m_definition.exportTemplate, title);
+    connect(window, &ExportWindow::statusMessage, this, &ReportWindow::showExportMessage,
+            Qt::UniqueConnection);
     window->Show();
 }
 
@@ -419,10 +421,30 @@ void ReportWindow::printGrid()
     // Every window prints the same title, whatever its report.
     const PrintTitles titles = reportPrintTitles(officeName(), from, to);
     const PrintTarget &target = printTarget();
+    const PrintProgress progress = [this](int page, int pageCount) {
+        showPrintProgress(page, pageCount);
+    };
+    m_sinceRepaint.start();
     if (target)
-        target(this, m_grid->table(), titles);
+        target(this, m_grid->table(), titles, progress);
     else
-        PreviewGrid(this, m_grid->table(), m_grid->printLook(), titles, false, 0);
+        PreviewGrid(this, m_grid->table(), m_grid->printLook(), titles, false, 0, progress);
+}
+
+void ReportWindow::showExportMessage(FlexGrid *source, const QString &text)
+{
+    if (source == m_grid)
+        m_progressPanel->setText(text);
+}
+
+void ReportWindow::showPrintProgress(int page, int pageCount)
+{
+    m_progressPanel->setText(QStringLiteral("已打印 %1/%2 页").arg(page).arg(pageCount));
+    // A few repaints a second keep the window alive without slowing the print.
+    if (page == pageCount || m_sinceRepaint.elapsed() >= kRepaintIntervalMs) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        m_sinceRepaint.restart();
+    }
 }
 
 } // namespace quorvale

@@ -4,6 +4,7 @@
 #include "session/session.h"
 
 #include <QDate>
+#include <QElapsedTimer>
 #include <QPair>
 #include <QVector>
 #include <QWidget>
@@ -77,8 +78,9 @@ class ReportWindow : public QWidget {
 
     // Where the print branch prints; the default is a print preview window,
     // from which the user prints or saves a PDF. Tests print to a file.
-    using PrintTarget = std::function<void(QWidget *parent, const ReportTable &table,
-                                           const PrintTitles &titles)>;
+    using PrintTarget =
+        std::function<void(QWidget *parent, const ReportTable &table, const PrintTitles &titles,
+                           const std::function<void(int page, int pageCount)> &progress)>;
     static void setPrintTarget(PrintTarget target);
 
   Q_SIGNALS:
@@ -112,6 +114,8 @@ class ReportWindow : public QWidget {
     void runCompute();
     void exportGrid();
     void printGrid();
+    void showPrintProgress(int page, int pageCount);
+    void showExportMessage(FlexGrid *source, const QString &text);
     void setBusy(bool busy);
     void maximiseInMdi();
     QMdiSubWindow *mdiSubWindow() const;
@@ -127,6 +131,7 @@ class ReportWindow : public QWidget {
     QStatusBar *m_statusBar = nullptr;
     QVector<QLabel *> m_panels;
     QLabel *m_progressPanel = nullptr;
+    QElapsedTimer m_sinceRepaint;
 
     QString m_deptCode;
     QString m_officeStatement;

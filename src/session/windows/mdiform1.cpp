@@ -7,6 +7,7 @@
 #include "session/privileges.h"
 #include "session/windows/frmabout.h"
 #include "session/windows/frmlogin.h"
+#include "ui/mdicaptionstyle.h"
 #include "ui/msgbox.h"
 
 #include <QAction>
@@ -100,6 +101,8 @@ MdiForm1::MdiForm1(SessionPtr session, QWidget *parent)
     mainWindow() = this;
 
     m_mdiArea = new QMdiArea(this);
+    m_captionStyle = new MdiCaptionStyle;
+    m_captionStyle->setParent(this);
     m_mdiArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_mdiArea->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_mdiArea);
@@ -222,6 +225,7 @@ QWidget *MdiForm1::showWindow(const QString &menuItemName)
         m_openWindows.insert(menuItemName, w);
         if (found->kind == ChildKind::MdiChild) {
             QMdiSubWindow *sub = m_mdiArea->addSubWindow(w);
+            sub->setStyle(m_captionStyle);
             watchChild(w, sub);
         } else {
             w->setParent(this, Qt::Dialog);

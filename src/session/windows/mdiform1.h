@@ -13,6 +13,7 @@
 class QAction;
 class QLabel;
 class QMdiArea;
+class QStyle;
 class QMenu;
 class QMdiSubWindow;
 
@@ -74,6 +75,7 @@ class MdiForm1 : public QMainWindow {
 
     SessionPtr m_session;
     QMdiArea *m_mdiArea;
+    QStyle *m_captionStyle;
     QLabel *m_userLabel;
     QList<QAction *> m_menuItems;
     QHash<QString, QPointer<QWidget>> m_openWindows;
