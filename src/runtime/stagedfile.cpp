@@ -9,6 +9,7 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <utility>
 #include <cstdio>
 #include <cstring>
 #ifdef Q_OS_WIN
@@ -45,14 +46,58 @@ QString fileErrorText(int errorNumber)
 }
 
 // A file that remembers the errno of the first write that failed, so the
-// message can name the cause instead of Qt's generic one.
+// message can name the cause instead of Qt's generic one. Opened unbuffered,
+// so that every write the system sees is its own; small writes (a PDF
+// writer's, a zip writer's) are gathered here into chunks first, since a
+// system call each made printing a report a fifth slower.
 class StagedFile::CheckedFile : public QFile {
   public:
     using QFile::QFile;
     int failure = 0;
 
+    // Writes what is gathered; false once any write has failed.
+    bool drain()
+    {
+        if (!m_pending.isEmpty()) {
+            const QByteArray chunk = std::exchange(m_pending, QByteArray());
+            writeThrough(chunk.constData(), chunk.size());
+        }
+        return failure == 0;
+    }
+
+    // Drops what is gathered: the file is being thrown away.
+    void abandon() { m_pending.clear(); }
+
+    bool seek(qint64 offset) override { return drain() && QFile::seek(offset); }
+    qint64 size() const override
+    {
+        const_cast<CheckedFile *>(this)->drain();
+        return QFile::size();
+    }
+    void close() override
+    {
+        if (isOpen())
+            drain();
+        QFile::close();
+    }
+
   protected:
     qint64 writeData(const char *data, qint64 length) override
+    {
+        if (failure)
+            return -1;
+        if (m_pending.size() + length > kChunk && !drain())
+            return -1;
+        if (length >= kChunk)
+            return writeThrough(data, length);
+        m_pending.append(data, length);
+        return length;
+    }
+
+  private:
+    static constexpr qint64 kChunk = 64 * 1024;
+
+    qint64 writeThrough(const char *data, qint64 length)
     {
         errno = 0;
         const qint64 written = QFile::writeData(data, length);
@@ -60,6 +105,8 @@ class StagedFile::CheckedFile : public QFile {
             failure = errno ? errno : EIO;
         return written;
     }
+
+    QByteArray m_pending;
 };
 
 StagedFile::StagedFile(QString target, std::optional<QFile::Permissions> permissions)
@@ -88,7 +135,7 @@ StagedFile::StagedFile(QString target, std::optional<QFile::Permissions> permiss
             .arg(QRandomGenerator::global()->generate() & 0xffff, 4, 16, QLatin1Char('0')));
     m_file = std::make_unique<CheckedFile>(temp);
     registerTemporaryFile(temp);
-    // Unbuffered, so each failing write is seen with its own errno.
+    // Unbuffered: CheckedFile gathers writes itself and sees each failure's errno.
     const auto mode = QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered;
     if (!(permissions ? m_file->open(mode, *permissions) : m_file->open(mode))) {
         unregisterTemporaryFile(temp);
@@ -102,6 +149,7 @@ StagedFile::~StagedFile()
 {
     if (m_committed)
         return;
+    m_file->abandon();
     m_file->close();
     QFile::remove(m_file->fileName());
     unregisterTemporaryFile(m_file->fileName());
@@ -119,6 +167,7 @@ QIODevice &StagedFile::device()
 
 void StagedFile::checkWrites() const
 {
+    m_file->drain();
     if (m_file->failure)
         fail(m_target, fileErrorText(m_file->failure));
 }
