@@ -43,33 +43,48 @@ bool nextRun(const QString &row, qsizetype pos, Run &run)
     return true;
 }
 
-void appendRun(QString &row, int col, QStringView text)
+qsizetype runSize(QStringView text)
 {
-    row.append(QChar(char16_t(col)));
-    if (text.size() >= LongLength) {
-        row.append(QChar(LongLength));
-        row.append(QChar(char16_t(quint32(text.size()) >> 16)));
-        row.append(QChar(char16_t(quint32(text.size()) & 0xFFFF)));
-    } else {
-        row.append(QChar(char16_t(text.size())));
-    }
-    row.append(text);
+    return text.size() + (text.size() >= LongLength ? 4 : 2);
 }
 
+// Writes one run at out and returns the char after it; the caller has sized the row.
+QChar *writeRun(QChar *out, int col, QStringView text)
+{
+    *out++ = QChar(char16_t(col));
+    if (text.size() >= LongLength) {
+        *out++ = QChar(LongLength);
+        *out++ = QChar(char16_t(quint32(text.size()) >> 16));
+        *out++ = QChar(char16_t(quint32(text.size()) & 0xFFFF));
+    } else {
+        *out++ = QChar(char16_t(text.size()));
+    }
+    std::copy(text.begin(), text.end(), out);
+    return out + text.size();
+}
+
+QString packedRun(int col, QStringView text)
+{
+    QString run(runSize(text), Qt::Uninitialized);
+    writeRun(run.data(), col, text);
+    return run;
+}
+
+// Rows are packed once per row on the fill's path: sized first, then written in place.
 QString packedRow(const QStringList &texts, int cols)
 {
     qsizetype size = 0;
     const int n = std::min(int(texts.size()), cols);
     for (int c = 0; c < n; ++c)
         if (!texts[c].isEmpty())
-            size += texts[c].size() + 2;
+            size += runSize(texts[c]);
     if (size == 0)
         return {};
-    QString row;
-    row.reserve(size);
+    QString row(size, Qt::Uninitialized);
+    QChar *out = row.data();
     for (int c = 0; c < n; ++c)
         if (!texts[c].isEmpty())
-            appendRun(row, c, texts[c]);
+            out = writeRun(out, c, texts[c]);
     return row;
 }
 
@@ -251,10 +266,12 @@ void ReportTable::setText(int row, int col, const QString &text)
             break;
         }
     }
-    QString replacement;
-    if (!text.isEmpty())
-        appendRun(replacement, col, text);
-    packed.replace(at, cut - at, replacement);
+    if (text.isEmpty())
+        packed.remove(at, cut - at);
+    else if (at == packed.size())
+        packed.append(packedRun(col, text));
+    else
+        packed.replace(at, cut - at, packedRun(col, text));
     if (packed.isEmpty())
         packed = QString();
     if (m_observer)

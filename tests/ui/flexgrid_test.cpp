@@ -81,6 +81,18 @@ TEST(FlexGrid, TextMatrixKeepsOnlyWhatWasWritten)
     }
     EXPECT_EQ(grid.TextMatrix(1, 0), QStringLiteral("0"));
 
+    // Texts of 65,535 chars and more are kept with a longer length mark.
+    const QString longText(70000, QLatin1Char('x'));
+    grid.setTextMatrix(2, 6, QStringLiteral("后"));
+    grid.setTextMatrix(2, 5, longText);
+    grid.setTextMatrix(2, 4, QStringLiteral("前"));
+    grid.appendRows({{QString(), longText, QStringLiteral("后")}});
+    EXPECT_EQ(grid.TextMatrix(2, 5), longText);
+    EXPECT_EQ(grid.TextMatrix(2, 6), QStringLiteral("后"));
+    EXPECT_EQ(grid.TextMatrix(2, 4), QStringLiteral("前"));
+    EXPECT_EQ(grid.TextMatrix(4, 1), longText);
+    EXPECT_EQ(grid.TextMatrix(4, 2), QStringLiteral("后"));
+
     grid.setRows(2);
     grid.setRows(5);
     EXPECT_EQ(grid.TextMatrix(3, 70), QString()) << "a row dropped and re-added starts empty";
