@@ -266,12 +266,15 @@ void ReportTable::setText(int row, int col, const QString &text)
             break;
         }
     }
-    if (text.isEmpty())
+    if (text.isEmpty()) {
         packed.remove(at, cut - at);
-    else if (at == packed.size())
-        packed.append(packedRun(col, text));
-    else
+    } else if (at == packed.size()) {
+        // A row filled left to right grows at its end, in place.
+        packed.resize(at + runSize(text));
+        writeRun(packed.data() + at, col, text);
+    } else {
         packed.replace(at, cut - at, packedRun(col, text));
+    }
     if (packed.isEmpty())
         packed = QString();
     if (m_observer)

@@ -87,8 +87,14 @@ TEST(FlexGrid, TextMatrixKeepsOnlyWhatWasWritten)
     grid.setTextMatrix(2, 5, longText);
     grid.setTextMatrix(2, 4, QStringLiteral("前"));
     grid.appendRows({{QString(), longText, QStringLiteral("后")}});
+    // A copy taken before a row grows at its end keeps the row as it was.
+    const ReportTable before = grid.table();
+    grid.setTextMatrix(2, 7, longText);
     EXPECT_EQ(grid.TextMatrix(2, 5), longText);
     EXPECT_EQ(grid.TextMatrix(2, 6), QStringLiteral("后"));
+    EXPECT_EQ(grid.TextMatrix(2, 7), longText);
+    EXPECT_EQ(before.text(2, 7), QString());
+    EXPECT_EQ(before.text(2, 6), QStringLiteral("后"));
     EXPECT_EQ(grid.TextMatrix(2, 4), QStringLiteral("前"));
     EXPECT_EQ(grid.TextMatrix(4, 1), longText);
     EXPECT_EQ(grid.TextMatrix(4, 2), QStringLiteral("后"));
