@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace quorvale {
 
@@ -61,13 +62,6 @@ QChar *writeRun(QChar *out, int col, QStringView text)
     }
     std::copy(text.begin(), text.end(), out);
     return out + text.size();
-}
-
-QString packedRun(int col, QStringView text)
-{
-    QString run(runSize(text), Qt::Uninitialized);
-    writeRun(run.data(), col, text);
-    return run;
 }
 
 // Rows are packed once per row on the fill's path: sized first, then written in place.
@@ -268,12 +262,16 @@ void ReportTable::setText(int row, int col, const QString &text)
     }
     if (text.isEmpty()) {
         packed.remove(at, cut - at);
-    } else if (at == packed.size()) {
-        // A row filled left to right grows at its end, in place.
-        packed.resize(at + runSize(text));
-        writeRun(packed.data() + at, col, text);
     } else {
-        packed.replace(at, cut - at, packedRun(col, text));
+        // The run is written in place; the cells after it move to make room.
+        const qsizetype tail = packed.size() - cut;
+        const qsizetype size = at + runSize(text) + tail;
+        if (size > packed.size())
+            packed.resize(size);
+        QChar *data = packed.data();
+        std::memmove(data + size - tail, data + cut, size_t(tail) * sizeof(QChar));
+        writeRun(data + at, col, text);
+        packed.truncate(size);
     }
     if (packed.isEmpty())
         packed = QString();

@@ -69,8 +69,9 @@ TEST(FlexGrid, TextMatrixKeepsOnlyWhatWasWritten)
         QString text;
     };
     // Out of order, overwrites and clears, as the fill rules may do.
-    const QVector<Write> writes = {{3, 70, "尾列"}, {3, 2, "A"},        {3, 10, "B"},
-                                   {3, 2, "C"},     {3, 10, QString()}, {1, 0, "0"}};
+    const QVector<Write> writes = {
+        {3, 70, "尾列"}, {3, 2, "A"},        {3, 10, "B"}, {3, 2, "更长的一段文字"},
+        {3, 2, "C"},     {3, 10, QString()}, {1, 0, "0"}};
     for (const Write &w : writes)
         grid.setTextMatrix(w.row, w.col, w.text);
     for (int col = 0; col < 71; ++col) {
