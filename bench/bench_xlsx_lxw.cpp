@@ -1,6 +1,6 @@
 // libxlsxwriter writing the same cells as bench_xlsx, for comparison, and
-// the ~10 MB existing workbook the in-place benchmark starts from. A separate
-// program: libxlsxwriter and QuaZip both export minizip's symbols.
+// the ~10 MB existing workbook the in-place benchmark starts from, in a
+// program of its own so that each writer is measured alone.
 //
 // Usage:
 //   bench_xlsx_lxw new ROWS COLS OUT            (default mode: shared strings, all in memory)

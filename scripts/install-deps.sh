@@ -7,9 +7,9 @@ packages=(
   # build
   build-essential cmake ninja-build pkg-config clang-format
   qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6sql6-odbc
-  libsqlite3-dev libquazip1-qt6-dev zlib1g-dev
+  libsqlite3-dev zlib1g-dev
   # tests (QtSvg draws the icon's SVG to compare it with the drawn emblem)
-  libgtest-dev libgmock-dev poppler-utils python3-openpyxl qt6-svg-dev
+  libgtest-dev libgmock-dev poppler-utils python3-openpyxl qt6-svg-dev unzip
   # the second reader of every workbook shape the tests write
   libreoffice-calc-nogui
   # the Debian package: building, checking and installing it

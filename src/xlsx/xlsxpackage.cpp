@@ -6,12 +6,11 @@
 #include "xlsx/xlsxpartcheck.h"
 #include "xlsx/xlsxpartverifier.h"
 
+#include "xlsx/xlsxzipwriter.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <quazip/quazip.h>
-#include <quazip/quazipfile.h>
-#include <quazip/quazipnewinfo.h>
 
 #include <algorithm>
 
@@ -37,11 +36,6 @@ constexpr qsizetype SpoolFrom = 256 * 1024;
                 QStringLiteral("工作簿部分“%1”解压后过大（至少 %2 MB），文件可能已损坏，已拒绝读取")
                     .arg(part)
                     .arg(size >> 20));
-}
-
-QDateTime entryTime()
-{
-    return QDateTime(QDate(1980, 1, 1), QTime(0, 0));
 }
 
 } // namespace
@@ -77,14 +71,13 @@ std::unique_ptr<Package> Package::openFile(const QString &path)
                 .arg(displayName(path)));
     if (!bytes.startsWith("PK\x03\x04"))
         notAWorkbook(path);
-    package->openReader();
-    QuaZip &zip = *package->m_reader;
-    if (zip.getZipError() != UNZ_OK)
+    package->m_zip = std::make_unique<ZipReader>(package->m_bytes);
+    if (!package->m_zip->isValid())
         notAWorkbook(path);
-    for (bool more = zip.goToFirstFile(); more; more = zip.goToNextFile()) {
+    for (const ZipEntry &zipEntry : package->m_zip->entries()) {
         Entry entry;
-        entry.name = zip.getCurrentFileName();
-        entry.original = true;
+        entry.name = zipEntry.name;
+        entry.original = &zipEntry;
         if (entry.name.isEmpty() || entry.name.endsWith(u'/'))
             continue;
         // Part names are compared ignoring case: two that differ only in
@@ -97,21 +90,13 @@ std::unique_ptr<Package> Package::openFile(const QString &path)
         package->m_index.insert(entry.name.toLower(), package->m_entries.size());
         package->m_entries.push_back(std::move(entry));
     }
-    if (zip.getZipError() != UNZ_OK || package->m_entries.empty())
+    if (package->m_entries.empty())
         notAWorkbook(path);
     QStringList names;
     for (const Entry &entry : package->m_entries)
         names.append(entry.name);
     package->m_verifier = std::make_unique<PartVerifier>(package->m_bytes, names);
     return package;
-}
-
-void Package::openReader() const
-{
-    m_buffer.setData(m_bytes);
-    m_reader = std::make_unique<QuaZip>(&m_buffer);
-    m_reader->setAutoClose(false);
-    m_reader->open(QuaZip::mdUnzip);
 }
 
 Package::Entry *Package::find(const QString &name)
@@ -142,38 +127,27 @@ QByteArray Package::readOriginal(const QString &name) const
     const auto it = m_index.constFind(name.toLower());
     if (it == m_index.cend() || !m_entries[*it].original)
         return {};
-    const Entry *entry = &m_entries[*it];
-    m_reader->setCurrentFile(entry->name, QuaZip::csSensitive);
-    QuaZipFileInfo64 info;
-    if (!m_reader->getCurrentFileInfo(&info))
-        notAWorkbook(m_path);
+    const Entry &entry = m_entries[*it];
+    const ZipEntry &info = *entry.original;
     // A part is expanded in memory to be parsed: a zip bomb is refused before
     // it is, and the declared size is not trusted while reading either.
     if (PartVerifier::isTooLarge(info.uncompressedSize, info.compressedSize))
-        partTooLarge(entry->name, info.uncompressedSize);
-    QuaZipFile file(m_reader.get());
-    if (!file.open(QIODevice::ReadOnly))
-        notAWorkbook(m_path);
+        partTooLarge(entry.name, info.uncompressedSize);
     QByteArray content;
-    content.reserve(qsizetype(info.uncompressedSize));
-    char chunk[1 << 16];
-    for (;;) {
-        const qint64 n = file.read(chunk, sizeof chunk);
-        if (n < 0)
-            notAWorkbook(m_path);
-        if (n == 0)
-            break;
-        if (quint64(content.size() + n) > std::min<quint64>(info.uncompressedSize,
-                                                             MaxParsedPartSize))
-            partTooLarge(entry->name, quint64(content.size() + n));
-        content.append(chunk, n);
+    const quint64 limit = std::min<quint64>(info.uncompressedSize, MaxParsedPartSize);
+    switch (m_zip->inflate(info, limit, content)) {
+    case ZipReader::Status::Ok:
+        return content;
+    case ZipReader::Status::TooLarge:
+        partTooLarge(entry.name, limit + 1);
+    case ZipReader::Status::CrcMismatch:
+        damagedPart(m_path, entry.name, QStringLiteral("内容与压缩包记录的校验和不符"));
+    case ZipReader::Status::Damaged:
+    case ZipReader::Status::Unsupported:
+    case ZipReader::Status::Stopped:
+        break;
     }
-    file.close();
-    if (file.getZipError() == UNZ_CRCERROR)
-        damagedPart(m_path, entry->name, QStringLiteral("内容与压缩包记录的校验和不符"));
-    if (file.getZipError() != UNZ_OK)
-        notAWorkbook(m_path);
-    return content;
+    notAWorkbook(m_path);
 }
 
 Package::Entry &Package::replace(const QString &name)
@@ -273,65 +247,48 @@ void Package::write(QIODevice &out, const QString &target) const
         throw Error(ErrorNumber::PathFileAccessError,
                     QStringLiteral("无法保存“%1”：%2").arg(shown, why));
     };
-    QuaZip zip(&out);
-    zip.setAutoClose(false);
-    zip.setDataDescriptorWritingEnabled(false);
-    zip.setUtf8Enabled(false);
-    if (!zip.open(QuaZip::mdCreate))
-        fail(out.errorString());
-
+    ZipWriter zip(out);
     for (const Entry &entry : m_entries) {
         if (entry.removed)
             continue;
-        QByteArray raw;
+        QByteArray compressed; // of a small part, compressed here
+        QByteArrayView raw;
         const std::vector<PartSpool::Span> *spans = nullptr;
-        int method = Z_DEFLATED;
-        int level = Deflater::DefaultLevel;
-        QuaZipNewInfo info(entry.name);
-        info.dateTime = entryTime();
-        quint32 crc = 0;
+        ZipEntry info;
         if (!entry.replaced) {
-            m_reader->setCurrentFile(entry.name, QuaZip::csSensitive);
-            QuaZipFileInfo64 original;
-            m_reader->getCurrentFileInfo(&original);
-            QuaZipFile in(m_reader.get());
-            if (!in.open(QIODevice::ReadOnly, &method, &level, true))
+            raw = m_zip->rawData(*entry.original);
+            if (quint64(raw.size()) != entry.original->compressedSize)
                 notAWorkbook(m_path);
-            raw = in.readAll();
-            in.close();
-            info = QuaZipNewInfo(original);
-            info.uncompressedSize = original.uncompressedSize;
-            crc = original.crc;
+            info = ZipWriter::copiedEntry(*entry.original);
         } else if (entry.compressed) {
             raw = entry.compressed->head;
             spans = &entry.compressed->spans;
-            crc = entry.compressed->crc;
-            info.uncompressedSize = entry.compressed->size;
+            quint64 compressedSize = quint64(raw.size());
+            for (const PartSpool::Span &span : *spans)
+                compressedSize += quint64(span.length);
+            info = ZipWriter::newEntry(entry.name, entry.compressed->crc, compressedSize,
+                                       quint64(entry.compressed->size));
         } else {
             Deflater::Result result;
-            raw = Deflater::compress(entry.content, result);
-            crc = result.crc;
-            info.uncompressedSize = result.size;
+            compressed = Deflater::compress(entry.content, result);
+            raw = compressed;
+            info = ZipWriter::newEntry(entry.name, result.crc, quint64(raw.size()),
+                                       quint64(result.size));
         }
-        if (info.uncompressedSize >= 0xFFFFFFFFLL)
+        if (!zip.fits(info))
             fail(QStringLiteral("工作表过大"));
-        QuaZipFile file(&zip);
-        if (!file.open(QIODevice::WriteOnly, info, nullptr, crc, method, level, true))
+        if (!zip.begin(std::move(info)))
             fail(out.errorString());
         const auto writeRaw = [&](QByteArrayView bytes) {
-            if (file.write(bytes.data(), bytes.size()) != bytes.size())
+            if (!zip.write(bytes))
                 fail(out.errorString());
         };
         writeRaw(raw);
         if (spans)
             for (const PartSpool::Span &span : *spans)
                 m_spool->read(span, writeRaw);
-        file.close();
-        if (file.getZipError() != ZIP_OK)
-            fail(out.errorString());
     }
-    zip.close();
-    if (zip.getZipError() != ZIP_OK)
+    if (!zip.finish())
         fail(out.errorString());
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QBuffer>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -12,12 +11,13 @@
 #include "xlsx/xlsxpartspool.h"
 
 class QIODevice;
-class QuaZip;
 
 namespace quorvale::xlsx {
 
 class ByteSink;
 class PartVerifier;
+class ZipReader;
+struct ZipEntry;
 
 // A generated part's compressed bytes: in memory while small, in the
 // package's spool (a temporary file) once large.
@@ -86,7 +86,7 @@ private:
     friend class PartStream;
     struct Entry {
         QString name;
-        bool original = false;
+        const ZipEntry *original = nullptr; // in the file read
         bool replaced = false;
         bool removed = false;
         QByteArray content;
@@ -95,13 +95,11 @@ private:
     Entry *find(const QString &name);
     const Entry *find(const QString &name) const;
     Entry &replace(const QString &name);
-    void openReader() const;
     PartSpool *spool();
 
     QString m_path;
     QByteArray m_bytes;
-    mutable QBuffer m_buffer;
-    mutable std::unique_ptr<QuaZip> m_reader;
+    std::unique_ptr<ZipReader> m_zip;
     std::vector<Entry> m_entries;
     QHash<QString, size_t> m_index; // lower-case name -> entry
     std::unique_ptr<PartSpool> m_spool;

@@ -1,8 +1,8 @@
 #include "xlsx/xlsxpartverifier.h"
 
-#include <QBuffer>
-#include <quazip/quazip.h>
-#include <quazip/quazipfile.h>
+#include "xlsx/xlsxzipreader.h"
+
+#include <QSet>
 
 #include <algorithm>
 #include <memory>
@@ -41,40 +41,26 @@ PartVerifier::Damage PartVerifier::firstDamaged()
 
 void PartVerifier::run()
 {
-    QBuffer buffer;
-    buffer.setData(m_bytes);
-    QuaZip zip(&buffer);
-    zip.setAutoClose(false);
-    if (!zip.open(QuaZip::mdUnzip))
+    const ZipReader zip(m_bytes);
+    if (!zip.isValid())
         return; // the reader that opened the file reports it
-    // Reading a whole entry makes the zip layer compare its checksum at close.
-    auto chunk = std::make_unique<char[]>(1 << 18);
-    for (const QString &name : std::as_const(m_names)) {
+    const QSet<QString> names(m_names.cbegin(), m_names.cend());
+    // Expanding a whole entry compares it with its checksum.
+    for (const ZipEntry &entry : zip.entries()) {
         if (m_stop)
             return;
-        QuaZipFileInfo64 info;
-        if (!zip.setCurrentFile(name, QuaZip::csSensitive) || !zip.getCurrentFileInfo(&info)) {
-            m_damaged = {name, 0};
+        if (!names.contains(entry.name))
+            continue;
+        if (isTooLarge(entry.uncompressedSize, entry.compressedSize)) {
+            m_damaged = {entry.name, entry.uncompressedSize};
             return;
         }
-        if (isTooLarge(info.uncompressedSize, info.compressedSize)) {
-            m_damaged = {name, info.uncompressedSize};
+        const auto status = zip.inflate(entry, entry.uncompressedSize,
+                                        [this](QByteArrayView) { return !m_stop; });
+        if (status == ZipReader::Status::Stopped)
             return;
-        }
-        QuaZipFile file(&zip);
-        bool ok = file.open(QIODevice::ReadOnly);
-        while (ok && !m_stop) {
-            const qint64 n = file.read(chunk.get(), 1 << 18);
-            if (n <= 0) {
-                ok = n == 0;
-                break;
-            }
-        }
-        if (m_stop)
-            return;
-        file.close();
-        if (!ok || file.getZipError() != UNZ_OK) {
-            m_damaged = {name, 0};
+        if (status != ZipReader::Status::Ok) {
+            m_damaged = {entry.name, 0};
             return;
         }
     }

@@ -3,7 +3,7 @@
 // Library xlsx: an Office Open XML workbook editor. It opens or creates a
 // workbook, edits cells, styles and sheets in memory and saves the whole
 // package atomically, copying every part it does not touch byte for byte.
-// It needs Qt Core and QuaZip only and must not depend on any other library
+// It needs Qt Core and zlib only and must not depend on any other library
 // of the program; its failures are xlsx::Error.
 
 #include "xlsx/xlsxerror.h"
