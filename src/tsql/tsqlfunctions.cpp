@@ -1,10 +1,9 @@
 #include "tsql/tsqlfunctions.h"
 
+#include "tsql/tsqlcollationorder.h"
 #include "tsql/tsqlsqliteapi.h"
 #include "tsql/tsqltranslator.h"
 
-#include <QCollator>
-#include <QLocale>
 #include <QString>
 #include <algorithm>
 #include <string>
@@ -15,9 +14,9 @@ namespace quorvale {
 namespace {
 
 // Every character gets one weight, so comparing two texts is a walk over
-// their characters: case and width variants share a weight (the collator at
-// secondary strength), Han characters follow their pinyin order and, as on
-// SQL Server's Chinese collations, come after Latin letters and digits.
+// their characters: case and width variants share a weight, Han characters
+// follow their pinyin order after Latin letters and digits (the committed
+// collation order).
 class CharacterWeights {
   public:
     static const CharacterWeights &instance()
@@ -39,37 +38,17 @@ class CharacterWeights {
 
     CharacterWeights() : m_table(0x10000, 0)
     {
-        QCollator collator(QLocale(QLocale::Chinese, QLocale::China));
-        collator.setCaseSensitivity(Qt::CaseInsensitive);
-        struct Entry {
-            char16_t ch;
-            bool han;
-            QCollatorSortKey key;
-        };
-        std::vector<Entry> entries;
-        const std::pair<char16_t, char16_t> ranges[] = {
-            {0x20, 0x7e},     {0xa0, 0x24f},    {0x2000, 0x206f}, {0x3000, 0x30ff},
-            {0x3400, 0x4dbf}, {0x4e00, 0x9fff}, {0xf900, 0xfaff}, {0xff00, 0xffef}};
-        for (const auto &[first, last] : ranges) {
-            for (char32_t c = first; c <= last; ++c) {
-                const QChar ch{char16_t(c)};
-                if (ch.category() == QChar::Other_NotAssigned)
-                    continue;
-                entries.push_back(Entry{char16_t(c), ch.script() == QChar::Script_Han,
-                                        collator.sortKey(QString(ch))});
+        quint32 rank = 0;
+        bool same = false;
+        for (const QChar ch : collationOrder()) {
+            if (ch == kSameWeight) {
+                same = true;
+                continue;
             }
-        }
-        std::stable_sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) {
-            if (a.han != b.han)
-                return !a.han;
-            return a.key.compare(b.key) < 0;
-        });
-        quint32 rank = 1;
-        for (size_t i = 0; i < entries.size(); ++i) {
-            if (i > 0 && (entries[i - 1].han != entries[i].han ||
-                          entries[i - 1].key.compare(entries[i].key) != 0))
+            if (!same)
                 ++rank;
-            m_table[entries[i].ch] = (entries[i].han ? hanBase : 0) + rank;
+            same = false;
+            m_table[ch.unicode()] = (ch.script() == QChar::Script_Han ? hanBase : 0) + rank;
         }
     }
 
