@@ -9,11 +9,14 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
+#include <optional>
+#include <tuple>
 #include <utility>
 #include <cstdio>
 #include <cstring>
 #ifdef Q_OS_WIN
 #include <io.h>
+#include <windows.h>
 #else
 #include <sys/stat.h>
 #include <unistd.h>
@@ -36,13 +39,30 @@ QString shown(const QString &path)
 
 } // namespace
 
+int lastFileError()
+{
+#ifdef Q_OS_WIN
+    const DWORD code = GetLastError();
+    return code ? int(code) : ERROR_WRITE_FAULT;
+#else
+    return errno ? errno : EIO;
+#endif
+}
+
 QString fileErrorText(int errorNumber)
 {
-#ifdef ENOSPC
-    if (errorNumber == ENOSPC)
-        return QStringLiteral("磁盘空间不足");
+#ifdef Q_OS_WIN
+    const bool full = errorNumber == ERROR_DISK_FULL || errorNumber == ERROR_HANDLE_DISK_FULL;
+#else
+    const bool full = errorNumber == ENOSPC;
 #endif
+    if (full)
+        return QStringLiteral("磁盘空间不足");
+#ifdef Q_OS_WIN
+    return qt_error_string(errorNumber); // in the system's own language
+#else
     return QString::fromLocal8Bit(std::strerror(errorNumber));
+#endif
 }
 
 // A file that remembers the errno of the first write that failed, so the
@@ -100,9 +120,12 @@ class StagedFile::CheckedFile : public QFile {
     qint64 writeThrough(const char *data, qint64 length)
     {
         errno = 0;
+#ifdef Q_OS_WIN
+        SetLastError(0);
+#endif
         const qint64 written = QFile::writeData(data, length);
         if (written != length && failure == 0)
-            failure = errno ? errno : EIO;
+            failure = lastFileError();
         return written;
     }
 
@@ -180,12 +203,13 @@ void StagedFile::finish()
     if (!m_file->flush())
         fail(m_target, m_file->failure ? fileErrorText(m_file->failure) : m_file->errorString());
 #ifdef Q_OS_WIN
-    const int synced = ::_commit(m_file->handle());
+    const bool synced =
+        FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(m_file->handle())));
 #else
-    const int synced = ::fsync(m_file->handle());
+    const bool synced = ::fsync(m_file->handle()) == 0;
 #endif
-    if (synced != 0)
-        fail(m_target, fileErrorText(errno));
+    if (!synced)
+        fail(m_target, fileErrorText(lastFileError()));
     m_file->close();
     if (m_file->error() != QFileDevice::NoError)
         fail(m_target, m_file->errorString());
@@ -201,18 +225,20 @@ void StagedFile::finish()
 void StagedFile::commit()
 {
     finish();
+    // Replaces the target in one step: no moment without a whole file.
+#ifdef Q_OS_WIN
+    const std::wstring from = QDir::toNativeSeparators(m_file->fileName()).toStdWString();
+    const std::wstring to =
+        QDir::toNativeSeparators(QFileInfo(m_target).absoluteFilePath()).toStdWString();
+    const bool renamed = MoveFileExW(from.c_str(), to.c_str(),
+                                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH);
+#else
     const QByteArray from = QFile::encodeName(m_file->fileName());
     const QByteArray to = QFile::encodeName(QFileInfo(m_target).absoluteFilePath());
-#ifdef Q_OS_WIN
-    QFile::remove(m_target);
-    const bool renamed = QFile::rename(m_file->fileName(), m_target);
-    const int error = renamed ? 0 : EACCES;
-#else
     const bool renamed = std::rename(from.constData(), to.constData()) == 0;
-    const int error = renamed ? 0 : errno;
 #endif
     if (!renamed)
-        fail(m_target, fileErrorText(error));
+        fail(m_target, fileErrorText(lastFileError()));
     unregisterTemporaryFile(m_file->fileName());
     m_committed = true;
 }
@@ -220,7 +246,25 @@ void StagedFile::commit()
 bool isSameFile(const QString &a, const QString &b)
 {
     const QFileInfo fa(a), fb(b);
-#ifndef Q_OS_WIN
+#ifdef Q_OS_WIN
+    // The volume and file index: Windows' device and inode.
+    const auto identity = [](const QString &path) -> std::optional<std::tuple<DWORD, DWORD, DWORD>> {
+        const HANDLE handle = CreateFileW(
+            reinterpret_cast<const wchar_t *>(QDir::toNativeSeparators(path).utf16()), 0,
+            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+            FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        if (handle == INVALID_HANDLE_VALUE)
+            return std::nullopt;
+        BY_HANDLE_FILE_INFORMATION info{};
+        const bool known = GetFileInformationByHandle(handle, &info);
+        CloseHandle(handle);
+        if (!known)
+            return std::nullopt;
+        return std::make_tuple(info.dwVolumeSerialNumber, info.nFileIndexHigh, info.nFileIndexLow);
+    };
+    if (const auto ia = identity(a), ib = identity(b); ia && ib)
+        return *ia == *ib;
+#else
     struct stat sa {}, sb {};
     if (::stat(QFile::encodeName(a).constData(), &sa) == 0 &&
         ::stat(QFile::encodeName(b).constData(), &sb) == 0)

@@ -50,8 +50,11 @@ class StagedFile {
     bool m_committed = false;
 };
 
-// The text for a failed file operation's errno: the full-disk case in the
-// users' words, anything else as the system says it.
+// The cause of the file operation that just failed: errno, or on Windows
+// the system's own error code.
+int lastFileError();
+// Its text: the full-disk case in the users' words, anything else as the
+// system says it.
 QString fileErrorText(int errorNumber);
 
 // Whether two paths name the same file: the same inode when both exist,

@@ -8,7 +8,8 @@ namespace quorvale {
 // when the user presses Ctrl-C or a scheduler stops the run. Registered
 // paths are removed by the signal handlers that installCleanupOnSignals()
 // sets up for SIGINT, SIGTERM and SIGHUP, which then end the process with
-// 128 + the signal number (130, 143, 129).
+// 128 + the signal number (130, 143, 129); on Windows by a console handler
+// (Ctrl-C and Ctrl-Break end it with 130, a closed console or a logoff 129).
 void registerTemporaryFile(const QString &path);
 void unregisterTemporaryFile(const QString &path);
 void installCleanupOnSignals();

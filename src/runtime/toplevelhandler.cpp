@@ -36,7 +36,7 @@ void reportUnhandledError(const RuntimeError &error)
     if (errorBox())
         errorBox()(text);
     else
-        std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+        std::fprintf(stderr, "%s\n", text.toUtf8().constData());
     endProgram(1);
 }
 

@@ -1,6 +1,5 @@
 #include "tools/consoletext.h"
 
-#include <QStringDecoder>
 
 #include <algorithm>
 
@@ -65,20 +64,6 @@ QString alignedTable(const QList<QStringList> &rows)
         out += line + u'\n';
     }
     return out;
-}
-
-QStringList utf8Arguments(int argc, char **argv, int &invalidIndex)
-{
-    invalidIndex = -1;
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i) {
-        QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-        const QString text = decoder(QByteArrayView(argv[i]));
-        if (decoder.hasError() && invalidIndex < 0)
-            invalidIndex = i;
-        arguments << text;
-    }
-    return arguments;
 }
 
 } // namespace quorvale

@@ -16,9 +16,4 @@ int displayWidth(const QString &text);
 // Rows as an aligned table, one line each, columns two blanks apart.
 QString alignedTable(const QList<QStringList> &rows);
 
-// The program's arguments as the user typed them; an argument that is not
-// valid UTF-8 (a file name in another encoding) is reported by index, since
-// reading it would silently turn it into a different name.
-QStringList utf8Arguments(int argc, char **argv, int &invalidIndex);
-
 } // namespace quorvale

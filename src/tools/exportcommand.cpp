@@ -17,7 +17,7 @@ namespace {
 
 void printError(const QString &text)
 {
-    std::fprintf(stderr, "quorvale-admin: export: %s\n", printableText(text).toLocal8Bit().constData());
+    std::fprintf(stderr, "quorvale-admin: export: %s\n", printableText(text).toUtf8().constData());
 }
 
 QString grouped(int n)
@@ -47,7 +47,7 @@ std::function<void(const PairProgress &)> terminalProgress()
             else if (p.stage == QLatin1String("print"))
                 text += QStringLiteral(", printing");
         }
-        std::fprintf(stderr, "\r%s (%.1f s)\x1b[K", printableText(text).toLocal8Bit().constData(),
+        std::fprintf(stderr, "\r%s (%.1f s)\x1b[K", printableText(text).toUtf8().constData(),
                      timer.elapsed() / 1000.0);
         std::fflush(stderr);
     };

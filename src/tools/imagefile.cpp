@@ -16,4 +16,11 @@ void writeImage(const QImage &image, const QString &path, const char *format)
     file.commit();
 }
 
+void writeFile(const QByteArray &bytes, const QString &path)
+{
+    StagedFile file(path);
+    file.device().write(bytes);
+    file.commit();
+}
+
 } // namespace quorvale

@@ -1,3 +1,4 @@
+#include "runtime/console.h"
 #include "runtime/tempfilecleanup.h"
 #include "tools/admincommands.h"
 #include "tools/consoletext.h"
@@ -13,9 +14,10 @@ using namespace quorvale;
 int main(int argc, char **argv)
 {
     const QList<AdminCommand> commands = adminCommands();
+    useUtf8Console();
 
     int invalid = -1;
-    QStringList arguments = utf8Arguments(argc, argv, invalid);
+    QStringList arguments = consoleArguments(argc, argv, invalid);
     if (invalid > 0) {
         std::fprintf(stderr, "quorvale-admin: argument %d is not valid UTF-8 (%s); file names and "
                              "values must be UTF-8\n",
@@ -31,7 +33,7 @@ int main(int argc, char **argv)
     if (kind != AdminCommand::Application::Core)
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
             if (type == QtCriticalMsg || type == QtFatalMsg)
-                std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+                std::fprintf(stderr, "%s\n", text.toUtf8().constData());
         });
     std::unique_ptr<QCoreApplication> app;
     if (kind == AdminCommand::Application::Gui)

@@ -5,10 +5,15 @@
 #include <QByteArray>
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QString>
 
 #include <algorithm>
-#ifdef Q_OS_UNIX
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#elif defined(Q_OS_UNIX)
 #include <fcntl.h>
 #include <unistd.h>
 #endif
@@ -33,9 +38,32 @@ bool seekTo(std::FILE *file, qint64 offset, int whence)
 }
 
 // An unnamed file in the user's temporary folder where the system offers one
-// (TMPDIR is honoured); std::tmpfile's own folder otherwise.
+// (TMPDIR is honoured); std::tmpfile's own folder otherwise. Windows has no
+// unnamed files: there it is a file the system deletes when it is closed,
+// however the process ends (std::tmpfile would try the drive's root).
 std::FILE *openAnonymousFile()
 {
+#ifdef Q_OS_WIN
+    const QString path = QDir::toNativeSeparators(
+        QDir(QDir::tempPath())
+            .filePath(QStringLiteral("quorvale-%1-%2.spool")
+                          .arg(GetCurrentProcessId())
+                          .arg(QRandomGenerator::global()->generate(), 8, 16, QLatin1Char('0'))));
+    const HANDLE handle = CreateFileW(
+        reinterpret_cast<const wchar_t *>(path.utf16()), GENERIC_READ | GENERIC_WRITE, 0,
+        nullptr, CREATE_NEW, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return nullptr;
+    const int fd = _open_osfhandle(intptr_t(handle), _O_RDWR | _O_BINARY);
+    if (fd < 0) {
+        CloseHandle(handle);
+        return nullptr;
+    }
+    if (std::FILE *file = _fdopen(fd, "w+b"))
+        return file;
+    _close(fd);
+    return nullptr;
+#else
 #ifdef O_TMPFILE
     const QByteArray folder = QFile::encodeName(QDir::tempPath());
     const int fd = ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
@@ -46,6 +74,7 @@ std::FILE *openAnonymousFile()
     }
 #endif
     return std::tmpfile();
+#endif
 }
 
 } // namespace
