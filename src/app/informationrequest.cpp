@@ -1,5 +1,6 @@
 #include "informationrequest.h"
 
+#include "runtime/console.h"
 #include "runtime/programinfo.h"
 
 #include <cstdio>
@@ -41,6 +42,7 @@ std::optional<int> answerInformationRequest(int argc, char **argv)
     // A session has at least nine commas, so neither word can be one.
     if (argc != 2)
         return std::nullopt;
+    useUtf8Console();
     if (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
         std::fputs(kHelp, stdout);
         return 0;

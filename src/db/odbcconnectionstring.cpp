@@ -5,8 +5,14 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QTextStream>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#include <iterator>
+#include <sql.h>
+#include <sqlext.h>
+#endif
 
 namespace quorvale {
 
@@ -110,15 +116,25 @@ QStringList installedOdbcDrivers()
 {
     QStringList drivers;
 #ifdef Q_OS_WIN
-    for (const char *root :
-         {"HKEY_LOCAL_MACHINE\\SOFTWARE\\ODBC\\ODBCINST.INI\\ODBC Drivers",
-          "HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\ODBC\\ODBCINST.INI\\ODBC Drivers"}) {
-        QSettings registry(QString::fromLatin1(root), QSettings::NativeFormat);
-        for (const QString &name : registry.childKeys())
-            if (!drivers.contains(name) &&
-                registry.value(name).toString() == QLatin1String("Installed"))
-                drivers << name;
+    // The driver manager's own list: only drivers of this program's bitness
+    // (a 32-bit driver under WOW6432Node cannot be loaded by a 64-bit program).
+    SQLHENV env = SQL_NULL_HENV;
+    if (SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &env) != SQL_SUCCESS)
+        return drivers;
+    SQLSetEnvAttr(env, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+    SQLWCHAR name[256];
+    SQLWCHAR attributes[2048];
+    SQLSMALLINT nameLength = 0, attributesLength = 0;
+    SQLUSMALLINT direction = SQL_FETCH_FIRST;
+    while (SQL_SUCCEEDED(SQLDriversW(env, direction, name, SQLSMALLINT(std::size(name)),
+                                     &nameLength, attributes, SQLSMALLINT(std::size(attributes)),
+                                     &attributesLength))) {
+        const QString driver = QString::fromWCharArray(reinterpret_cast<wchar_t *>(name));
+        if (!drivers.contains(driver))
+            drivers << driver;
+        direction = SQL_FETCH_NEXT;
     }
+    SQLFreeHandle(SQL_HANDLE_ENV, env);
 #else
     // unixODBC looks in ODBCSYSINI (or /etc) and the user's ~/.odbcinst.ini.
     QStringList files;
