@@ -1,12 +1,26 @@
 #include "ui/msgbox.h"
 
 #include <QApplication>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 #include <cstring>
 
 // Every test process gets its own settings folder, so no test can read or
-// write the settings of the person running the suite.
+// write the settings of the person running the suite. Windows keeps them in
+// the registry: the Windows suite runs in a Wine prefix of its own, one test
+// at a time, and each process starts and ends with none.
+namespace {
+void clearWindowsSettings()
+{
+#ifdef Q_OS_WIN
+    QSettings(QStringLiteral("HKEY_CURRENT_USER\\Software\\VB and VBA Program Settings\\Quorvale"),
+              QSettings::NativeFormat)
+        .clear();
+#endif
+}
+} // namespace
+
 int main(int argc, char **argv)
 {
     // ctest lists the tests without the test environment; listing needs no display.
@@ -20,5 +34,8 @@ int main(int argc, char **argv)
     qputenv("XDG_CONFIG_HOME", configHome.path().toUtf8());
     QApplication app(argc, argv);
     quorvale::showUnhandledErrorsInMsgBox();
-    return RUN_ALL_TESTS();
+    clearWindowsSettings();
+    const int status = RUN_ALL_TESTS();
+    clearWindowsSettings();
+    return status;
 }

@@ -11,6 +11,12 @@ namespace {
 
 QByteArray runTool(const QStringList &arguments)
 {
+#ifdef Q_OS_WIN
+    // Wine starts Linux programs but passes back neither their output nor
+    // their exit status: the tests that need this reader are left out there.
+    Q_UNUSED(arguments);
+    throw std::runtime_error("the openpyxl reader runs on Linux only");
+#endif
     const QString python = QStringLiteral("/usr/bin/python3");
     if (!QFile::exists(python))
         throw std::runtime_error("/usr/bin/python3 is missing: install python3-openpyxl");

@@ -6,6 +6,7 @@
 #include "support/files.h"
 #include "support/fixturedb.h"
 #include "support/xlsxdump.h"
+#include "xlsx/xlsxworkbook.h"
 
 #include <QDir>
 #include <QFile>
@@ -101,7 +102,9 @@ TEST_F(ExportFaults, AnOutputNeverReplacesAnotherOutputOrAnInput)
     } cases[] = {
         {"same file", book, book},
         {"same file through ./ and ..", book, out.path() + "/./sub/../book.xlsx"},
+#ifndef Q_OS_WIN // a link made there is a shortcut, a file of its own
         {"same file through a symbolic link", book, out.filePath("link.xlsx")},
+#endif
         {"PDF over the database", book, db.path()},
         {"workbook over the database", db.path(), pdf},
     };
@@ -158,6 +161,30 @@ TEST_F(ExportFaults, WorkbookAndPdfSucceedOrFailTogether)
         EXPECT_TRUE(bytesOf(book) == bookBefore) << "book changed";
         EXPECT_EQ(leftovers(out.path(), {"book.xlsx", "book.pdf"}), QStringList());
     }
+}
+
+// Folders and files named in Chinese, as the finance department names them:
+// written, written again in place, and named in a failure's message.
+TEST_F(ExportFaults, ChineseFolderAndFileNamesWork)
+{
+    ASSERT_TRUE(QDir(out.path()).mkpath("财务/2026年11月"));
+    const QString folder = out.filePath("财务/2026年11月");
+    const QString xlsx = folder + "/收款日报表.xlsx", pdf = folder + "/收款日报表.pdf";
+    int sheets = 0;
+    for (int run = 1; run <= 2; ++run) {
+        SCOPED_TRACE(run);
+        const ProcessRun done = exportTo(xlsx, {"--pdf", pdf});
+        ASSERT_EQ(done.status, 0) << done.err.toStdString();
+        EXPECT_EQ(leftovers(folder, {"收款日报表.xlsx", "收款日报表.pdf"}), QStringList());
+        EXPECT_TRUE(bytesOf(pdf).startsWith("%PDF"));
+        const auto book = xlsx::Workbook::open(xlsx);
+        if (run == 1)
+            sheets = book->worksheetCount();
+        EXPECT_EQ(book->worksheetCount(), sheets) << "the second run rewrites its sheet";
+    }
+    const ProcessRun refused = exportTo(xlsx, {"--pdf", folder + "/缺少的文件夹/收款日报表.pdf"});
+    EXPECT_EQ(refused.status, 4);
+    EXPECT_TRUE(refused.err.contains("缺少的文件夹")) << refused.err.toStdString();
 }
 
 TEST_F(ExportFaults, TwoRunsIntoOneWorkbookKeepBothSheets)
@@ -292,6 +319,10 @@ TEST_F(ExportFaults, MessagesNameTheRealCause)
 
 TEST_F(ExportFaults, SignalsLeaveNoTemporaryFiles)
 {
+#ifdef Q_OS_WIN
+    GTEST_SKIP() << "Windows has no signals: a console event reaches only a process sharing the "
+                    "test's console, which a test under Wine does not have";
+#else
     FixtureDb big;
     big.loadDemo(QDate::currentDate(), 15000);
     big.writeSettings();
@@ -321,6 +352,7 @@ TEST_F(ExportFaults, SignalsLeaveNoTemporaryFiles)
         EXPECT_TRUE(bytesOf(pdf) == pdfBefore) << "pdf changed";
         EXPECT_TRUE(bytesOf(book) == bookBefore) << "book changed";
     }
+#endif
 }
 
 TEST_F(ExportFaults, ARelativeEmbeddedPathIsStoredAsWhereConfigRan)

@@ -162,6 +162,10 @@ TEST_F(MonthEnd, ARefusedOfficeInTheMiddleStillYieldsTheOthers)
 
 TEST_F(MonthEnd, AnInterruptedRunLeavesTheWorkbookItWasWriting)
 {
+#ifdef Q_OS_WIN
+    GTEST_SKIP() << "Windows has no signals: a console event reaches only a process sharing the "
+                    "test's console, which a test under Wine does not have";
+#else
     FixtureDb big;
     big.loadDemo(QDate::currentDate(), 15000);
     big.writeSettings();
@@ -193,6 +197,7 @@ TEST_F(MonthEnd, AnInterruptedRunLeavesTheWorkbookItWasWriting)
     EXPECT_EQ(files(out.path()), QStringList{"big.xlsx"});
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
     EXPECT_TRUE(f.readAll() == before);
+#endif
 }
 
 TEST_F(MonthEnd, APrintTurnsWhenTooWideUprightAndTheSheetTakesItsName)

@@ -6,8 +6,34 @@
 #include <QMessageBox>
 #include <QTimer>
 #include <gtest/gtest.h>
+#include <functional>
+#include <memory>
 
 using namespace quorvale;
+
+namespace {
+
+// Acts on the message box once it is up; a box that does not come within
+// five seconds fails the test instead of leaving it waiting.
+void whenShown(const std::function<void(QMessageBox *)> &act)
+{
+    auto *poll = new QTimer;
+    auto waited = std::make_shared<int>(0);
+    QObject::connect(poll, &QTimer::timeout, [=] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box && ++*waited < 500)
+            return;
+        poll->stop();
+        poll->deleteLater();
+        if (box)
+            act(box);
+        else
+            ADD_FAILURE() << "no message box was shown";
+    });
+    poll->start(10);
+}
+
+} // namespace
 
 TEST(MsgBox, ResponderSeesPromptStyleAndDefaultTitle)
 {
@@ -29,10 +55,7 @@ TEST(MsgBox, QuestionButtonsReadChinese)
 {
     quorvale::testing::ChineseApplication chinese;
     QStringList buttons;
-    QTimer::singleShot(0, [&] {
-        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-        if (!box)
-            return;
+    whenShown([&](QMessageBox *box) {
         for (QAbstractButton *b : box->buttons())
             buttons << b->text();
         box->button(QMessageBox::No)->click();
@@ -41,11 +64,9 @@ TEST(MsgBox, QuestionButtonsReadChinese)
     buttons.sort();
     EXPECT_EQ(buttons, (QStringList{"否(&N)", "是(&Y)"}));
 
-    QTimer::singleShot(0, [&] {
-        if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-            buttons = {box->buttons().first()->text()};
-            box->buttons().first()->click();
-        }
+    whenShown([&](QMessageBox *box) {
+        buttons = {box->buttons().first()->text()};
+        box->buttons().first()->click();
     });
     MsgBox(QStringLiteral("请选择管理处！"));
     EXPECT_EQ(buttons, QStringList{"确定"});
