@@ -24,6 +24,21 @@ bool isAscii(const QByteArray &bytes)
     return true;
 }
 
+// The fields the local header and the central directory both hold, in
+// their common order: version needed to the name's length.
+void appendSharedFields(QByteArray &out, const ZipEntry &entry)
+{
+    append<quint16>(out, entry.versionNeeded);
+    append<quint16>(out, entry.flags);
+    append<quint16>(out, entry.method);
+    append<quint16>(out, entry.dosTime);
+    append<quint16>(out, entry.dosDate);
+    append<quint32>(out, entry.crc);
+    append<quint32>(out, quint32(entry.compressedSize));
+    append<quint32>(out, quint32(entry.uncompressedSize));
+    append<quint16>(out, quint16(entry.rawName.size()));
+}
+
 } // namespace
 
 ZipWriter::ZipWriter(QIODevice &out) : m_out(out) {}
@@ -73,15 +88,7 @@ bool ZipWriter::begin(ZipEntry entry)
     QByteArray header;
     header.reserve(LocalHeaderSize + entry.rawName.size());
     append<quint32>(header, LocalSignature);
-    append<quint16>(header, entry.versionNeeded);
-    append<quint16>(header, entry.flags);
-    append<quint16>(header, entry.method);
-    append<quint16>(header, entry.dosTime);
-    append<quint16>(header, entry.dosDate);
-    append<quint32>(header, entry.crc);
-    append<quint32>(header, quint32(entry.compressedSize));
-    append<quint32>(header, quint32(entry.uncompressedSize));
-    append<quint16>(header, quint16(entry.rawName.size()));
+    appendSharedFields(header, entry);
     append<quint16>(header, 0); // no local extra field
     header.append(entry.rawName);
     m_written.push_back(std::move(entry));
@@ -103,15 +110,7 @@ bool ZipWriter::finish()
     for (const ZipEntry &entry : m_written) {
         append<quint32>(directory, CentralSignature);
         append<quint16>(directory, entry.versionMadeBy);
-        append<quint16>(directory, entry.versionNeeded);
-        append<quint16>(directory, entry.flags);
-        append<quint16>(directory, entry.method);
-        append<quint16>(directory, entry.dosTime);
-        append<quint16>(directory, entry.dosDate);
-        append<quint32>(directory, entry.crc);
-        append<quint32>(directory, quint32(entry.compressedSize));
-        append<quint32>(directory, quint32(entry.uncompressedSize));
-        append<quint16>(directory, quint16(entry.rawName.size()));
+        appendSharedFields(directory, entry);
         append<quint16>(directory, quint16(entry.extra.size()));
         append<quint16>(directory, quint16(entry.comment.size()));
         append<quint16>(directory, 0); // disk
