@@ -46,4 +46,20 @@ void useUtf8Console()
 #endif
 }
 
+void useOffscreenPlatform()
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+#ifdef Q_OS_WIN
+    if (!qEnvironmentVariableIsSet("QT_QPA_FONTDIR")) {
+        wchar_t windows[MAX_PATH];
+        const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
+        if (length > 0 && length < MAX_PATH)
+            qputenv("QT_QPA_FONTDIR",
+                    (QString::fromWCharArray(windows, int(length)) + QStringLiteral("\\Fonts"))
+                        .toUtf8());
+    }
+#endif
+}
+
 } // namespace quorvale

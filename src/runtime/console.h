@@ -15,4 +15,8 @@ QStringList consoleArguments(int argc, char **argv, int &invalidIndex);
 // a Windows console is told so.
 void useUtf8Console();
 
+// Draws and lays out off screen, with the system's fonts: on Windows Qt's
+// off-screen platform reads fonts from a folder and knows none of its own.
+void useOffscreenPlatform();
+
 } // namespace quorvale

@@ -27,8 +27,8 @@ int main(int argc, char **argv)
     installCleanupOnSignals();
     // A console tool draws and lays out off screen; it never opens a window.
     const auto kind = adminApplicationFor(commands, arguments);
-    if (kind != AdminCommand::Application::Core && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (kind != AdminCommand::Application::Core)
+        useOffscreenPlatform();
     // Keep stderr to the one line a failure prints; platform chatter is not for the console.
     if (kind != AdminCommand::Application::Core)
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {

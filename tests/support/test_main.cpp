@@ -1,3 +1,4 @@
+#include "runtime/console.h"
 #include "ui/msgbox.h"
 
 #include <QApplication>
@@ -30,6 +31,7 @@ int main(int argc, char **argv)
     ::testing::InitGoogleTest(&argc, argv);
     if (listing)
         return RUN_ALL_TESTS();
+    quorvale::useOffscreenPlatform(); // the test environment names the platform; fonts on Windows
     QTemporaryDir configHome;
     qputenv("XDG_CONFIG_HOME", configHome.path().toUtf8());
     QApplication app(argc, argv);
