@@ -28,7 +28,8 @@ bool Application::notify(QObject *receiver, QEvent *event)
 namespace {
 
 // Qt's translations as Debian installs them, or beside the program where an
-// installer puts them (translations/).
+// installer puts them (translations/). The base module's catalog itself: the
+// "qt" one only lists others, and fails where any of them is missing.
 void useChineseForQt(QApplication &app)
 {
     const QLocale chinese(QLocale::Chinese, QLocale::China);
@@ -37,7 +38,7 @@ void useChineseForQt(QApplication &app)
     for (const QString &folder :
          {QLibraryInfo::path(QLibraryInfo::TranslationsPath),
           QCoreApplication::applicationDirPath() + QStringLiteral("/translations")}) {
-        if (translator->load(chinese, QStringLiteral("qt"), QStringLiteral("_"), folder)) {
+        if (translator->load(chinese, QStringLiteral("qtbase"), QStringLiteral("_"), folder)) {
             app.installTranslator(translator);
             return;
         }
