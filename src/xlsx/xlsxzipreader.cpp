@@ -148,6 +148,10 @@ ZipReader::Status ZipReader::inflate(const ZipEntry &entry, quint64 limit,
             return Status::Damaged;
         const uInt n = ChunkSize - stream.avail_out;
         produced += n;
+        // More than the directory records is a damaged entry (or a zip bomb):
+        // stop at once.
+        if (produced > entry.uncompressedSize)
+            return Status::CrcMismatch;
         if (produced > limit)
             return Status::TooLarge;
         crc = quint32(crc32_z(crc, chunk.get(), n));

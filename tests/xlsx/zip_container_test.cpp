@@ -203,6 +203,8 @@ TEST(ZipContainer, DamagedContainersAreRefusedAndNamed)
     ASSERT_EQ(original.mid(central, 4), QByteArray("PK\x01\x02"));
     QByteArray wrongCrc = original;
     wrongCrc[central + 16] = char(wrongCrc[central + 16] ^ 0x01);
+    QByteArray understated = original; // the record says 16 bytes
+    qToLittleEndian<quint32>(16, understated.data() + central + 24);
     const QByteArray cutShort = original.left(original.size() - 30);
 
     const struct {
@@ -211,6 +213,7 @@ TEST(ZipContainer, DamagedContainersAreRefusedAndNamed)
         const char *message;
     } cases[] = {
         {"a part's checksum changed", wrongCrc, "校验和不符"},
+        {"a part longer than its record", understated, "校验和不符"},
         {"the directory cut off", cutShort, "不是有效的 Excel 工作簿"},
     };
     for (const auto &c : cases) {
