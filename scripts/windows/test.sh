@@ -14,6 +14,10 @@ mkdir -p "$build"
 bash "$root/scripts/windows/build.sh" >"$build/build.log" 2>&1 || { tail -40 "$build/build.log" >&2; exit 1; }
 echo "windows: built in $(( $(date +%s) - started )) s"
 use_wine_prefix
+# One Wine server for the whole run, not one started for every test.
+wineserver=$(dirname "$wine")/wineserver
+"$wineserver" -p
+trap '"$wineserver" -k 2>/dev/null || true' EXIT
 
 # ctest name patterns, and why.
 skips=(
