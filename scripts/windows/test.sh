@@ -14,10 +14,13 @@ mkdir -p "$build"
 bash "$root/scripts/windows/build.sh" >"$build/build.log" 2>&1 || { tail -40 "$build/build.log" >&2; exit 1; }
 echo "windows: built in $(( $(date +%s) - started )) s"
 use_wine_prefix
-# One Wine server for the whole run, not one started for every test.
+# One Wine server for the whole run, not one started for every test, with
+# Wine's own services started here: started by a test, they would hold its
+# output open after it ends.
 wineserver=$(dirname "$wine")/wineserver
 "$wineserver" -p
 trap '"$wineserver" -k 2>/dev/null || true' EXIT
+"$wine" cmd /c exit >/dev/null 2>&1 </dev/null
 
 # ctest name patterns, and why.
 skips=(
