@@ -4,7 +4,8 @@ win_cache=${QUORVALE_WIN64_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/quorvale/win64
 win_prefix=$win_cache/prefix
 host_cmake_dir=/usr/lib/$(gcc -print-multiarch)/cmake
 wine=/usr/lib/wine/wine64
-# The compiler's own DLLs, which every program built with it needs.
+# The DLLs every program built here needs from Debian's MinGW packages: the
+# compiler's runtime and zlib.
 mingw_runtime_dlls=(
   /usr/lib/gcc/x86_64-w64-mingw32/12-posix/libstdc++-6.dll
   /usr/lib/gcc/x86_64-w64-mingw32/12-posix/libgcc_s_seh-1.dll
