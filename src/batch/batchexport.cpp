@@ -189,6 +189,7 @@ class WorkbookRun {
                 makeFolderFor(pair.workbook, m_request.xlsx);
                 m_target = std::make_unique<WorkbookTarget>(pair.workbook, m_callbacks.notice);
             }
+            outcome.workbook = m_target->path();
             const qsizetype earlier = m_target->warnings().size();
             m_target->writeTable(table, chosen, pair.report.definition.exportVariant, pair.sheet);
             for (const QString &text : m_target->warnings().mid(earlier))
@@ -219,6 +220,8 @@ class WorkbookRun {
             m_outputs.commit();
             for (PairOutcome *o : m_written)
                 o->status = PairOutcome::Status::Written;
+            if (!m_target->note().isEmpty() && m_callbacks.notice)
+                m_callbacks.notice(m_target->note());
         } catch (const RuntimeError &error) {
             for (PairOutcome *o : m_written) {
                 o->status = PairOutcome::Status::Failed;

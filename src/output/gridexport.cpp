@@ -1,6 +1,7 @@
 #include "output/gridexport.h"
 
 #include "output/headermerge.h"
+#include "output/legacyconversion.h"
 #include "output/workbooktarget.h"
 #include "reports/reporttable.h"
 #include "runtime/outputset.h"
@@ -29,9 +30,7 @@ xlsx::Worksheet &targetSheet(xlsx::Workbook &book, const QString &name)
 {
     if (xlsx::Worksheet *sheet = book.worksheet(name))
         return *sheet;
-    xlsx::Worksheet &added = book.addWorksheetAfterLast();
-    added.setName(name);
-    return added;
+    return book.addWorksheet(name);
 }
 
 } // namespace
@@ -49,10 +48,14 @@ void writeTableToSheet(xlsx::Workbook &book, const ReportTable &table,
     // export wrote (its header's columns, down to its last row) and the
     // block written now are wiped first, with whatever lies on them
     // (merges, links); anything the user added to the right of it stays.
+    // A sheet its owner protected in Excel takes the export only where its
+    // cells are unlocked, as Excel itself would.
     if (!sheet.isNew()) {
         const xlsx::Worksheet::Extent before = sheet.originalExtent();
-        sheet.clearRange(1, 1, std::max({before.lastRow, rows, 1}),
-                         std::max({columns, before.headerColumns, 1}));
+        const int lastRow = std::max({before.lastRow, rows, 1});
+        const int lastColumn = std::max({columns, before.headerColumns, 1});
+        sheet.checkUnlocked(1, 1, lastRow, lastColumn);
+        sheet.clearRange(1, 1, lastRow, lastColumn);
     }
 
     for (int k = 1; k <= columns; ++k)
@@ -93,22 +96,25 @@ void writeTableToSheet(xlsx::Workbook &book, const ReportTable &table,
     }
 }
 
-QStringList writeTableToWorkbook(const ReportTable &table, const QVector<int> &chosenColumns,
-                                 const ExportOptions &options)
+WrittenWorkbook writeTableToWorkbook(const ReportTable &table, const QVector<int> &chosenColumns,
+                                     const ExportOptions &options)
 {
     WorkbookTarget target(options.path);
     target.writeTable(table, chosenColumns, options.variant, options.sheet);
     OutputSet outputs;
     target.stage(outputs);
     outputs.commit();
-    return target.warnings();
+    WrittenWorkbook written{target.path(), target.warnings()};
+    if (!target.note().isEmpty())
+        written.notes.prepend(target.note());
+    return written;
 }
 
 void checkWorkbookName(const QString &path)
 {
     static const QStringList accepted{QStringLiteral("xlsx"), QStringLiteral("xlsm"),
                                       QStringLiteral("xltx"), QStringLiteral("xltm")};
-    if (!accepted.contains(QFileInfo(path).suffix().toLower()))
+    if (!accepted.contains(QFileInfo(path).suffix().toLower()) && !LegacyConversion::applies(path))
         throw RuntimeError(ErrorNumber::BadFileName,
                            QStringLiteral("“%1”不是 Excel 工作簿的文件名：只能输出到 .xlsx、.xlsm、"
                                           ".xltx 或 .xltm 文件（新文件名以 .xls 结尾或没有扩展名"

@@ -24,9 +24,12 @@ class Workbook;
 // data block (rows 2 to the last written row, written columns only) in
 // 10.5 pt, so rows 2 and 3 keep 10 pt only outside the written columns.
 // A table with two fixed rows gets its header merged (see headerMerges).
-// Returns the warnings of the write (WorkbookTarget::warnings).
-QStringList writeTableToWorkbook(const ReportTable &table, const QVector<int> &chosenColumns,
-                                 const ExportOptions &options);
+struct WrittenWorkbook {
+    QString path;      // NAME.xlsx where options.path named an old NAME.xls
+    QStringList notes; // the conversion's note, then the write's warnings
+};
+WrittenWorkbook writeTableToWorkbook(const ReportTable &table, const QVector<int> &chosenColumns,
+                                     const ExportOptions &options);
 
 // The same into a workbook already open (one save for several sheets). A
 // sheet that exists is rewritten: the block an earlier export wrote there is
@@ -40,8 +43,8 @@ void writeTableToSheet(xlsx::Workbook &book, const ReportTable &table,
 // binary format, gets ".xlsx" since that is what is written.
 QString exportTargetPath(const QString &chosen);
 // Only workbook names are written: .xlsx, .xlsm (macro-enabled) and the
-// templates .xltx and .xltm; anything else (.csv, .txt) throws RuntimeError
-// naming the accepted ones.
+// templates .xltx and .xltm, and an existing .xls (converted); anything else
+// (.csv, .txt) throws RuntimeError naming the accepted ones.
 void checkWorkbookName(const QString &path);
 // The sentence the export says when it writes another file than the chosen
 // name (a new .xls written as .xlsx); empty when they are the same.

@@ -1,6 +1,7 @@
 #include "output/workbooktarget.h"
 
 #include "output/gridexport.h"
+#include "output/legacyconversion.h"
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "xlsx/xlsxworkbook.h"
@@ -48,6 +49,12 @@ WorkbookTarget::WorkbookTarget(QString path, const WriterLock::Waiting &waiting,
                                std::chrono::milliseconds lockTimeout)
     : m_path(std::move(path))
 {
+    // An old NAME.xls is read through a converted copy and saved as NAME.xlsx.
+    QString legacy;
+    if (LegacyConversion::applies(m_path)) {
+        legacy = m_path;
+        m_path = LegacyConversion::convertedName(legacy);
+    }
     const QString shown = QDir::toNativeSeparators(m_path);
     const QFileInfo folder(QFileInfo(m_path).absolutePath());
     if (!folder.isDir())
@@ -63,6 +70,13 @@ WorkbookTarget::WorkbookTarget(QString path, const WriterLock::Waiting &waiting,
                                .arg(shown, open.program, QFileInfo(open.lockFile).fileName()));
     m_lock = std::make_unique<WriterLock>(m_path, lockTimeout, waiting);
     // Read under the lock: what another writer saved while we waited is kept.
+    if (!legacy.isEmpty()) {
+        const LegacyConversion conversion(legacy);
+        m_book = asRuntimeError(
+            [&] { return xlsx::Workbook::openCopy(conversion.converted(), m_path); });
+        m_note = conversion.note();
+        return;
+    }
     m_book = asRuntimeError([&] {
         return QFileInfo::exists(m_path) ? xlsx::Workbook::open(m_path)
                                          : xlsx::Workbook::create(m_path);

@@ -20,7 +20,9 @@ class Workbook;
 // Quorvale writer from before it is read until the new file is in place,
 // refused while Excel has it open, and read afresh under the lock, so two
 // exports into one workbook both keep their sheets. Nothing reaches the
-// file before stage() and the OutputSet's commit. Errors are RuntimeError.
+// file before stage() and the OutputSet's commit. An existing NAME.xls is
+// converted (LegacyConversion) and written as NAME.xlsx beside it. Errors
+// are RuntimeError.
 class WorkbookTarget {
   public:
     static constexpr std::chrono::seconds DefaultLockTimeout{120};
@@ -31,7 +33,10 @@ class WorkbookTarget {
     WorkbookTarget(const WorkbookTarget &) = delete;
     WorkbookTarget &operator=(const WorkbookTarget &) = delete;
 
+    // The file written: NAME.xlsx when the path named an old NAME.xls.
     const QString &path() const { return m_path; }
+    // What the user is told besides: the conversion of an old .xls; or empty.
+    const QString &note() const { return m_note; }
 
     // Writes the chosen columns of the table into the named sheet with the
     // export window's rules (see writeTableToWorkbook).
@@ -45,6 +50,7 @@ class WorkbookTarget {
 
   private:
     QString m_path;
+    QString m_note;
     std::unique_ptr<WriterLock> m_lock;
     std::unique_ptr<xlsx::Workbook> m_book;
 };

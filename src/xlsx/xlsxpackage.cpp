@@ -48,10 +48,10 @@ QString Package::displayName(const QString &path)
     return QDir::toNativeSeparators(path);
 }
 
-std::unique_ptr<Package> Package::openFile(const QString &path)
+std::unique_ptr<Package> Package::openFile(const QString &path, const QString &readFrom)
 {
-    QFile file(path);
-    if (!QFileInfo::exists(path))
+    QFile file(readFrom.isEmpty() ? path : readFrom);
+    if (!file.exists())
         throw Error(ErrorNumber::FileNotFound,
                            QStringLiteral("找不到文件“%1”").arg(displayName(path)));
     if (!file.open(QIODevice::ReadOnly))

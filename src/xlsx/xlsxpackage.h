@@ -64,7 +64,8 @@ public:
     Package &operator=(const Package &) = delete;
 
     // Reads the whole file; throws for unreadable, legacy or non-zip files.
-    static std::unique_ptr<Package> openFile(const QString &path);
+    // readFrom: a copy to read instead, the package still named by path.
+    static std::unique_ptr<Package> openFile(const QString &path, const QString &readFrom = {});
 
     bool contains(const QString &name) const { return find(name) != nullptr; }
     // Current content of an entry (replacement or original); throws if corrupt.

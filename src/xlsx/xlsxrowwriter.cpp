@@ -17,19 +17,6 @@ namespace {
     throw Error(ErrorNumber::WorkbookError, QStringLiteral("工作簿中的工作表部分已损坏，无法写入"));
 }
 
-int intAttribute(QByteArrayView tagText, const char *name, int fallback)
-{
-    const auto value = XmlText::rawAttribute(tagText, name);
-    if (!value || value->isEmpty() || value->size() > 9)
-        return fallback;
-    int n = 0;
-    for (char c : *value) {
-        if (c < '0' || c > '9')
-            return fallback;
-        n = n * 10 + (c - '0');
-    }
-    return n;
-}
 
 // Column names for every column, built once.
 const std::vector<QByteArray> &columnNames()
@@ -129,14 +116,20 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
         const QByteArray custom = XmlText::attribute(rowTag, "customFormat").value_or("0");
         if (custom == "1" || custom == "true") {
             rowCustom = true;
-            rowXf = quint32(std::max(0, intAttribute(rowTag, "s", 0)));
+            rowXf = quint32(std::max(0, XmlText::numberAttribute(rowTag, "s", 0)));
         }
     } else {
         rowTag = "<" + m_prefix + "row r=\"" + m_rowDigits + "\">";
     }
+    // What a cell without an element of its own took before this export.
+    const auto formatBefore = [this, rowCustom, originalRowXf = rowXf](int col) {
+        return rowCustom ? originalRowXf : columnStyle(col);
+    };
     if (rowFormatted) {
         StyleRequest rowRequest;
         rowRequest.baseXf = rowCustom ? rowXf : StyleRequest::OwnBase;
+        if (m_keepsLocks)
+            rowRequest.locked = m_styles.isLocked(rowCustom ? rowXf : 0) ? 1 : 0;
         for (const FormatOp *op : m_rowOps) {
             if (!op->wholeRows)
                 continue;
@@ -205,6 +198,11 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
         static const RowCell emptied{0, CellInput::Kind::Empty, 0, {}};
         if (mergedAway && (mine || !wiped))
             mine = &emptied;
+        const auto formatOf = [](QByteArrayView cell) {
+            return quint32(XmlText::numberAttribute(cell.first(cell.indexOf('>') + 1), "s", 0));
+        };
+        const qint64 lockOf =
+            m_keepsLocks ? qint64(theirs.isEmpty() ? formatBefore(col) : formatOf(theirs)) : -1;
         if (!theirs.isEmpty() && (mine || wiped)) {
             m_formulas.replaced(row, col, theirs);
             if (wiped)
@@ -223,15 +221,14 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
         } else {
             quint32 base;
             if (!theirs.isEmpty())
-                base = quint32(
-                    std::max(0, intAttribute(theirs.first(theirs.indexOf('>') + 1), "s", 0)));
+                base = formatOf(theirs);
             else if (rowCustom)
                 base = rowXf;
             else if (const quint32 style = m_columnStyles.empty() ? 0 : columnStyle(col))
                 base = style;
             else
                 base = StyleRequest::OwnBase;
-            writeOwn(out, col, mine, base);
+            writeOwn(out, col, mine, base, lockOf);
         }
         if (uc == col)
             ++ourIndex;
@@ -273,7 +270,7 @@ void RowWriter::writeOriginal(ByteSink &out, int col, QByteArrayView cell)
     QByteArray changed;
     if (!request.keepsBase()) {
         StyleRequest own = request;
-        own.baseXf = quint32(std::max(0, intAttribute(tag, "s", 0)));
+        own.baseXf = quint32(std::max(0, XmlText::numberAttribute(tag, "s", 0)));
         const quint32 xf = resolve(own);
         changed = xf ? XmlText::setAttribute(tag, "s", QByteArray::number(xf))
                      : XmlText::removeAttribute(tag, "s");
@@ -290,9 +287,12 @@ void RowWriter::writeOriginal(ByteSink &out, int col, QByteArrayView cell)
     m_lastWritten = col;
 }
 
-void RowWriter::writeOwn(ByteSink &out, int col, const RowCell *ours, quint32 baseXf)
+void RowWriter::writeOwn(ByteSink &out, int col, const RowCell *ours, quint32 baseXf,
+                         qint64 lockOf)
 {
     StyleRequest request = requestFor(col, baseXf);
+    if (lockOf >= 0)
+        request.locked = m_styles.isLocked(quint32(lockOf)) ? 1 : 0;
     if (!ours || ours->kind == CellInput::Kind::Empty) {
         const quint32 xf = resolve(request);
         if (xf) {

@@ -30,6 +30,9 @@ public:
 
     // Styles of the sheet's <col> entries, for cells that are created.
     void setColumnStyles(std::vector<ColumnStyle> styles) { m_columnStyles = std::move(styles); }
+    // On a protected sheet every cell written or wiped keeps the lock its
+    // position had, so the owner's unlocked cells stay open to the next export.
+    void setKeepsLocks(bool keep) { m_keepsLocks = keep; }
     // original: the row's element as the sheet had it, or empty.
     void write(ByteSink &out, int row, const RowCells &ours, QByteArrayView original);
 
@@ -37,7 +40,8 @@ private:
     quint32 resolve(const StyleRequest &request);
     quint32 columnStyle(int col) const;
     StyleRequest requestFor(int col, quint32 baseXf) const;
-    void writeOwn(ByteSink &out, int col, const RowCell *ours, quint32 baseXf);
+    // lockOf: the format whose lock the cell keeps, or -1.
+    void writeOwn(ByteSink &out, int col, const RowCell *ours, quint32 baseXf, qint64 lockOf);
     void writeOriginal(ByteSink &out, int col, QByteArrayView cell);
     void openCell(ByteSink &out, int col, quint32 xf);
 
@@ -54,6 +58,7 @@ private:
     StyleRequest m_lastRequest;
     quint32 m_lastXf = 0;
     bool m_resolvedOnce = false;
+    bool m_keepsLocks = false;
 };
 
 } // namespace quorvale::xlsx

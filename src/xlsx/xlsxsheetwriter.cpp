@@ -3,6 +3,7 @@
 #include "xlsx/xlsxbytesink.h"
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxreplacedformulas.h"
+#include "xlsx/xlsxsheetprotection.h"
 #include "xlsx/xlsxsheetlayout.h"
 #include "xlsx/xlsxvocabulary.h"
 #include "xlsx/xlsxxmltext.h"
@@ -35,19 +36,6 @@ bool comesAfterMergeCells(QByteArrayView local)
     return false;
 }
 
-int intAttribute(QByteArrayView tagText, const char *name, int fallback)
-{
-    const auto value = XmlText::rawAttribute(tagText, name);
-    if (!value || value->isEmpty() || value->size() > 9)
-        return fallback;
-    int n = 0;
-    for (char c : *value) {
-        if (c < '0' || c > '9')
-            return fallback;
-        n = n * 10 + (c - '0');
-    }
-    return n;
-}
 
 
 // Excel stores a width as characters plus cell padding, rounded to whole
@@ -100,6 +88,7 @@ void SheetWriter::begin(ByteSink &out)
     m_prefix = root.prefix().toByteArray();
     m_formulas = std::make_unique<ReplacedFormulas>(m_prefix, m_layout.clears, m_sheetName);
     m_rows = std::make_unique<RowWriter>(m_layout, m_styles, m_prefix, *m_formulas, m_written);
+    m_rows->setKeepsLocks(SheetProtection::isProtected(xml));
     out.append(xml.first(root.end));
     qsizetype copied = root.end;
     XmlTag child;
@@ -158,7 +147,7 @@ bool SheetWriter::nextOriginal()
         if (tag.closing || tag.localName() != "row")
             continue;
         const QByteArrayView text = xml.sliced(tag.begin, tag.end - tag.begin);
-        m_original.number = intAttribute(text, "r", m_lastOriginal + 1);
+        m_original.number = XmlText::numberAttribute(text, "r", m_lastOriginal + 1);
         m_lastOriginal = m_original.number;
         m_original.begin = tag.begin;
         if (tag.selfClosing) {
@@ -331,7 +320,7 @@ void SheetWriter::readColumns(QByteArrayView colsElement)
             element = colsElement.sliced(tag.begin, end - tag.begin).toByteArray();
             pos = end;
         }
-        const int min = intAttribute(text, "min", 0), max = intAttribute(text, "max", 0);
+        const int min = XmlText::numberAttribute(text, "min", 0), max = XmlText::numberAttribute(text, "max", 0);
         if (min >= 1 && max >= min)
             m_columns.push_back({min, max, element});
     }
@@ -339,7 +328,7 @@ void SheetWriter::readColumns(QByteArrayView colsElement)
               [](const ColumnEntry &a, const ColumnEntry &b) { return a.min < b.min; });
     std::vector<RowWriter::ColumnStyle> styles;
     for (const ColumnEntry &entry : m_columns)
-        if (const int xf = intAttribute(entry.tag, "style", 0); xf > 0)
+        if (const int xf = XmlText::numberAttribute(entry.tag, "style", 0); xf > 0)
             styles.push_back({entry.min, entry.max, quint32(xf)});
     m_rows->setColumnStyles(std::move(styles));
 }

@@ -62,7 +62,8 @@ size_t qHash(const StyleRequest &r, size_t seed) noexcept
     const quint64 packed = quint64(r.baseXf) | quint64(quint8(r.numFmt)) << 32 |
                            quint64(quint8(r.quotePrefix)) << 40 |
                            quint64(quint8(r.horizontal)) << 48 | quint64(quint8(r.vertical)) << 56;
-    return ::qHash(packed, seed) ^ ::qHash(r.fontSize, seed) ^ size_t(quint8(r.border)) * 0x9E37u;
+    return ::qHash(packed, seed) ^ ::qHash(r.fontSize, seed) ^ size_t(quint8(r.border)) * 0x9E37u ^
+           size_t(quint8(r.locked)) * 0x7F4A7C15u;
 }
 
 QByteArray StyleSheet::defaultXml(const Vocabulary &vocabulary)
@@ -315,6 +316,35 @@ bool StyleSheet::isGeneral(int numFmtId) const
     return false;
 }
 
+// The first child element of an xf's body with the local name: [begin, end).
+std::pair<qsizetype, qsizetype> StyleSheet::childElement(QByteArrayView body, QByteArrayView local)
+{
+    qsizetype pos = 0;
+    XmlTag t;
+    while (XmlText::nextTag(body, pos, t))
+        if (!t.closing && t.localName() == local)
+            return {t.begin, XmlText::elementEnd(body, t)};
+    return {-1, -1};
+}
+
+bool StyleSheet::isLocked(quint32 xf) const
+{
+    if (xf >= m_xfs.items.size())
+        return true;
+    // Asked once per cell of a protected sheet; formats never change in place.
+    if (m_locked.size() < m_xfs.items.size())
+        m_locked.resize(m_xfs.items.size(), -1);
+    if (m_locked[xf] < 0) {
+        const QByteArray &item = m_xfs.items[xf];
+        const auto [begin, end] = childElement(item, "protection");
+        const auto value =
+            begin < 0 ? std::nullopt
+                      : XmlText::rawAttribute(QByteArrayView(item).sliced(begin, end - begin), "locked");
+        m_locked[xf] = !value || (*value != "0" && *value != "false") ? 1 : 0;
+    }
+    return m_locked[xf] == 1;
+}
+
 quint32 StyleSheet::resolve(const StyleRequest &request)
 {
     StyleRequest r = request;
@@ -364,15 +394,7 @@ quint32 StyleSheet::resolve(const StyleRequest &request)
     else if (r.quotePrefix == 0)
         start = XmlText::removeAttribute(start, "quotePrefix");
     if (r.horizontal >= 0 || r.vertical >= 0) {
-        qsizetype pos = 0;
-        XmlTag t;
-        qsizetype alignBegin = -1, alignEnd = -1;
-        while (XmlText::nextTag(body, pos, t))
-            if (!t.closing && t.localName() == "alignment") {
-                alignBegin = t.begin;
-                alignEnd = XmlText::elementEnd(body, t);
-                break;
-            }
+        const auto [alignBegin, alignEnd] = childElement(body, "alignment");
         QByteArray align = alignBegin >= 0 ? body.mid(alignBegin, alignEnd - alignBegin)
                                            : "<" + tag("alignment") + "/>";
         if (r.horizontal == 0)
@@ -386,6 +408,21 @@ quint32 StyleSheet::resolve(const StyleRequest &request)
         else
             body = align + body;
         start = XmlText::setAttribute(start, "applyAlignment", "1");
+    }
+    if (r.locked >= 0) {
+        // The schema puts protection after alignment, before any extension.
+        const auto [protBegin, protEnd] = childElement(body, "protection");
+        if (protBegin >= 0) {
+            const qsizetype startEnd = body.indexOf('>', protBegin) + 1;
+            const QByteArray startTag = body.mid(protBegin, startEnd - protBegin);
+            body.replace(protBegin, startEnd - protBegin,
+                         r.locked ? XmlText::removeAttribute(startTag, "locked")
+                                  : XmlText::setAttribute(startTag, "locked", "0"));
+        } else if (!r.locked) {
+            const qsizetype at = childElement(body, "alignment").second;
+            body.insert(at < 0 ? 0 : at, "<" + tag("protection") + " locked=\"0\"/>");
+        }
+        start = XmlText::setAttribute(start, "applyProtection", "1");
     }
     const quint32 id = quint32(addItem(m_xfs, start + body));
     m_resolved.insert(r, id);

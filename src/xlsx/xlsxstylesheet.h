@@ -21,12 +21,13 @@ struct StyleRequest {
     qint8 horizontal = -1; // index into StyleSheet::horizontalNames
     qint8 vertical = -1;   // index into StyleSheet::verticalNames
     qint8 border = -1;     // 0 none, 1 thin on all four sides
+    qint8 locked = -1;     // 0 unlocked, 1 locked (a protected sheet's rule)
     double fontSize = 0;
 
     bool keepsBase() const
     {
         return numFmt == 0 && quotePrefix < 0 && horizontal < 0 && vertical < 0 && border < 0 &&
-               fontSize == 0;
+               locked < 0 && fontSize == 0;
     }
     bool operator==(const StyleRequest &) const = default;
 };
@@ -48,6 +49,9 @@ public:
     // Index of a cellXfs entry with the request applied (appended if new).
     quint32 resolve(const StyleRequest &request);
     bool isModified() const;
+    // Whether a protected sheet forbids changing cells of this format:
+    // Excel locks every cell whose format does not say locked="0".
+    bool isLocked(quint32 xf) const;
     QByteArray toXml() const;
     quint32 xfCount() const { return quint32(m_xfs.items.size()); }
 
@@ -75,6 +79,7 @@ private:
     int dateTimeFormat();
     bool isGeneral(int numFmtId) const;
     QByteArray collectionXml(const Collection &c) const;
+    static std::pair<qsizetype, qsizetype> childElement(QByteArrayView body, QByteArrayView local);
     qsizetype insertionPoint(const Collection &c) const;
 
     QByteArray m_xml;
@@ -87,6 +92,7 @@ private:
     QHash<quint64, int> m_fontSizes;
     QHash<int, int> m_borderIds;
     int m_dateTimeFormat = -1;
+    mutable std::vector<signed char> m_locked; // per format: -1 not yet known
 };
 
 } // namespace quorvale::xlsx

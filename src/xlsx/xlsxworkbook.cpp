@@ -100,6 +100,14 @@ std::unique_ptr<Workbook> Workbook::open(const QString &path)
     return book;
 }
 
+std::unique_ptr<Workbook> Workbook::openCopy(const QString &copy, const QString &path)
+{
+    std::unique_ptr<Workbook> book(new Workbook);
+    book->m_path = path;
+    book->load(copy);
+    return book;
+}
+
 void Workbook::loadNew()
 {
     const Vocabulary &v = Vocabulary::Transitional;
@@ -145,9 +153,9 @@ void Workbook::loadNew()
     m_partsDirty = true;
 }
 
-void Workbook::load()
+void Workbook::load(const QString &readFrom)
 {
-    m_package = Package::openFile(m_path);
+    m_package = Package::openFile(m_path, readFrom);
     readParts();
 }
 
@@ -307,8 +315,31 @@ QByteArray Workbook::addPart(const QString &part, QByteArrayView relType, const 
     return id;
 }
 
+void Workbook::refuseWhenStructureLocked(const QString &sheetName) const
+{
+    if (!m_workbookXml->isStructureLocked())
+        return;
+    const QString sheet = sheetName.isEmpty() ? QString() : QStringLiteral("“%1”").arg(sheetName);
+    throw Error(ErrorNumber::WorkbookError,
+                QStringLiteral("工作簿“%1”的结构在 Excel 中受保护（审阅 → 保护工作簿），不能添加工作表%2："
+                               "请在 Excel 中打开它，点 审阅 → 保护工作簿 撤销保护，或输出到已有的工作表")
+                    .arg(Package::displayName(m_path), sheet));
+}
+
+Worksheet &Workbook::addWorksheet(const QString &name)
+{
+    refuseWhenStructureLocked(name);
+    Worksheet::checkName(name);
+    if (isNameTaken(name, nullptr))
+        Worksheet::nameTaken(name);
+    Worksheet &added = addWorksheetAfterLast();
+    added.setName(name);
+    return added;
+}
+
 Worksheet &Workbook::addWorksheetAfterLast()
 {
+    refuseWhenStructureLocked({});
     const QString wbDir = folderOf(m_workbookPart);
     QString part;
     for (int n = worksheetCount() + 1;; ++n) {

@@ -37,6 +37,8 @@ public:
     static std::unique_ptr<Workbook> create(const QString &path);
     // Fails for a missing file, a legacy .xls, a corrupt or foreign file.
     static std::unique_ptr<Workbook> open(const QString &path);
+    // The workbook read from a copy (a converted one), to be saved as path.
+    static std::unique_ptr<Workbook> openCopy(const QString &copy, const QString &path);
     ~Workbook();
     Workbook(const Workbook &) = delete;
     Workbook &operator=(const Workbook &) = delete;
@@ -54,7 +56,10 @@ public:
     // Name match ignores case, as Excel does; nullptr when there is none.
     Worksheet *worksheet(const QString &name);
     // Inserted right after the last worksheet, named "SheetN" until setName().
+    // Refused when the owner locked the workbook's structure in Excel.
     Worksheet &addWorksheetAfterLast();
+    // The same, named; the name is checked before anything is added.
+    Worksheet &addWorksheet(const QString &name);
 
     // Writes the rest of the sheet's part now; the sheet takes no more
     // writes afterwards. (Its rows went out, compressed, as they were
@@ -71,12 +76,13 @@ public:
     void sheetRenamed(Worksheet &sheet);
     void sheetVisibilityChanged(Worksheet &sheet);
     QByteArray originalPart(const Worksheet &sheet) const;
+    const StyleSheet &styles() const { return *m_styles; }
     std::unique_ptr<SheetStream> openStream(const Worksheet &sheet, SheetLayout &layout);
     void warn(const QString &text);
 
 private:
     Workbook();
-    void load();
+    void load(const QString &readFrom = {});
     void loadNew();
     void readParts();
     void prepareParts();
@@ -86,6 +92,7 @@ private:
     QByteArray addPart(const QString &part, QByteArrayView relType, const char *contentType);
     void dropCalcChain();
     QString uniqueDefaultName() const;
+    void refuseWhenStructureLocked(const QString &sheetName) const;
 
     QString m_path;
     std::unique_ptr<Package> m_package;

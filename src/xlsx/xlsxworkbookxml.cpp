@@ -62,12 +62,17 @@ WorkbookXml::WorkbookXml(QByteArray xml) : m_xml(std::move(xml))
     m_vocabulary = uri ? Vocabulary::ofMainNamespace(*uri) : &Vocabulary::Transitional;
     XmlTag tag;
     int depth = 1;
+    // Both come before the sheet list.
     while (depth > 0 && XmlText::nextTag(m_xml, pos, tag)) {
-        if (depth == 1 && !tag.closing && tag.localName() == "workbookPr") {
-            const auto value = XmlText::attribute(
-                QByteArrayView(m_xml).sliced(tag.begin, tag.end - tag.begin), "date1904");
-            m_date1904 = value && (*value == "1" || *value == "true");
-            break;
+        const QByteArrayView text = QByteArrayView(m_xml).sliced(tag.begin, tag.end - tag.begin);
+        if (depth == 1 && !tag.closing) {
+            const QByteArrayView local = tag.localName();
+            if (local == "workbookPr")
+                m_date1904 = XmlText::isTrue(text, "date1904");
+            else if (local == "workbookProtection")
+                m_structureLocked = XmlText::isTrue(text, "lockStructure");
+            else if (local == "sheets")
+                break;
         }
         if (!tag.selfClosing)
             depth += tag.closing ? -1 : 1;

@@ -29,6 +29,8 @@ class WorkbookXml {
     const Vocabulary &vocabulary() const { return *m_vocabulary; }
     // Serial numbers count days from 1904-01-01 instead of 1899-12-30.
     bool usesDate1904() const { return m_date1904; }
+    // 审阅 → 保护工作簿: sheets may not be added, removed, renamed or unhidden.
+    bool isStructureLocked() const { return m_structureLocked; }
     const QByteArray &xml() const { return m_xml; }
 
     std::vector<Sheet> sheets() const;
@@ -50,6 +52,7 @@ class WorkbookXml {
     QByteArray m_xml;
     const Vocabulary *m_vocabulary = nullptr;
     bool m_date1904 = false;
+    bool m_structureLocked = false;
 };
 
 } // namespace quorvale::xlsx

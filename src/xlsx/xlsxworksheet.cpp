@@ -2,7 +2,9 @@
 
 #include "xlsx/xlsxcellinput.h"
 #include "xlsx/xlsxerror.h"
+#include "xlsx/xlsxpackage.h"
 #include "xlsx/xlsxsheetlayout.h"
+#include "xlsx/xlsxsheetprotection.h"
 #include "xlsx/xlsxsheetstream.h"
 #include "xlsx/xlsxworkbook.h"
 #include "xlsx/xlsxxmltext.h"
@@ -118,7 +120,7 @@ bool Worksheet::finish()
     return overwrote;
 }
 
-void Worksheet::setName(const QString &name)
+void Worksheet::checkName(const QString &name)
 {
     static const QString forbidden = QStringLiteral("[]:*?/\\");
     bool valid = !name.isEmpty() && name.size() <= 31 && !name.startsWith(u'\'') &&
@@ -131,11 +133,21 @@ void Worksheet::setName(const QString &name)
                            QStringLiteral("工作表名称“%1”无效：名称须为 1 到 31 个字符，不能包含 "
                                           "[ ] : * ? / \\，不能以单引号开头或结尾")
                                .arg(name));
+}
+
+void Worksheet::nameTaken(const QString &name)
+{
+    throw Error(ErrorNumber::WorkbookError,
+                QStringLiteral("工作表名称“%1”已被使用（名称不区分大小写）").arg(name));
+}
+
+void Worksheet::setName(const QString &name)
+{
+    checkName(name);
     if (name == m_name)
         return;
     if (m_book.isNameTaken(name, this))
-        throw Error(ErrorNumber::WorkbookError,
-                           QStringLiteral("工作表名称“%1”已被使用（名称不区分大小写）").arg(name));
+        nameTaken(name);
     m_name = name;
     m_book.sheetRenamed(*this);
 }
@@ -262,6 +274,23 @@ void Worksheet::clearRange(int row1, int col1, int row2, int col2)
     const CellRange r = checkedRange(row1, col1, row2, col2);
     beforeCells();
     m_layout->clears.push_back(r);
+}
+
+void Worksheet::checkUnlocked(int row1, int col1, int row2, int col2) const
+{
+    const CellRange range = checkedRange(row1, col1, row2, col2);
+    if (m_isNew)
+        return;
+    const QByteArray xml = m_book.originalPart(*this);
+    if (!SheetProtection::isProtected(xml))
+        return;
+    if (const auto cell = SheetProtection::firstLockedCell(xml, m_book.styles(), range))
+        throw Error(ErrorNumber::WorkbookError,
+                    QStringLiteral("工作表“%1”在 Excel 中受保护（审阅 → 保护工作表），要写入的单元格 "
+                                   "%2 已锁定：请在 Excel 中打开“%3”，点 审阅 → 撤销工作表保护，"
+                                   "再输出")
+                        .arg(m_name, QString::fromLatin1(*cell),
+                             Package::displayName(m_book.path())));
 }
 
 Worksheet::Extent Worksheet::originalExtent() const

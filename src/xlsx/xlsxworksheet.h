@@ -39,6 +39,8 @@ public:
     // Excel's rules: 1-31 characters, none of []:*?/\, no apostrophe at either
     // end, unique in the workbook ignoring case.
     void setName(const QString &name);
+    [[noreturn]] static void nameTaken(const QString &name);
+    static void checkName(const QString &name); // throws for a name Excel refuses
     bool isVisible() const { return m_visible; }
     void setVisible(bool visible);
 
@@ -61,6 +63,10 @@ public:
     // Wipes the existing cells of the range (values, formats, merges) before
     // anything written now goes in; cells outside it are kept.
     void clearRange(int row1, int col1, int row2, int col2);
+
+    // Refuses, before anything is written, a range that Excel would not
+    // let anyone change: the sheet is protected and a cell of it is locked.
+    void checkUnlocked(int row1, int col1, int row2, int col2) const;
 
     // What the sheet held when it was opened: its last row with a value, and
     // how many cells of row 1, from column A on, hold a value (a header).

@@ -141,6 +141,26 @@ std::optional<QByteArrayView> XmlText::rawAttribute(QByteArrayView tagText, QByt
     return tagText.sliced(q + 1, close - q - 1);
 }
 
+int XmlText::numberAttribute(QByteArrayView tagText, QByteArrayView name, int fallback)
+{
+    const auto value = rawAttribute(tagText, name);
+    if (!value || value->isEmpty() || value->size() > 9)
+        return fallback;
+    int n = 0;
+    for (char c : *value) {
+        if (c < '0' || c > '9')
+            return fallback;
+        n = n * 10 + (c - '0');
+    }
+    return n;
+}
+
+bool XmlText::isTrue(QByteArrayView tagText, QByteArrayView name)
+{
+    const auto value = rawAttribute(tagText, name);
+    return value && (*value == "1" || *value == "true");
+}
+
 std::optional<QByteArray> XmlText::attribute(QByteArrayView tagText, QByteArrayView name)
 {
     const std::optional<QByteArrayView> raw = rawAttribute(tagText, name);

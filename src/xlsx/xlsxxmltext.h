@@ -33,6 +33,11 @@ public:
     static std::optional<QByteArray> attribute(QByteArrayView tagText, QByteArrayView name);
     // The raw (still escaped) value, without copying; for numbers and references.
     static std::optional<QByteArrayView> rawAttribute(QByteArrayView tagText, QByteArrayView name);
+    // A count or index attribute (digits only, up to nine); the fallback for
+    // anything else.
+    static int numberAttribute(QByteArrayView tagText, QByteArrayView name, int fallback);
+    // A boolean attribute as the schema spells it: "1" or "true".
+    static bool isTrue(QByteArrayView tagText, QByteArrayView name);
     // Start tag text with the attribute set (escaped) or removed.
     static QByteArray setAttribute(QByteArrayView tagText, QByteArrayView name,
                                    QByteArrayView value);

@@ -43,9 +43,10 @@ struct Shape {
     std::function<void(const QJsonObject &dump, const QString &path)> check = {};
 };
 
+// "protected_locked@add.xlsx" is another file of the shape protected-locked.
 QString shapeOf(const QString &file)
 {
-    return file.section(u'.', 0, 0).replace(u'_', u'-');
+    return file.section(u'.', 0, 0).section(u'@', 0, 0).replace(u'_', u'-');
 }
 
 QJsonObject block(const QJsonObject &cells)
@@ -143,6 +144,37 @@ TEST(RealWorkbooks, ExportKeepsEveryShapeReadable)
              EXPECT_TRUE(entry(dump, "[Content_Types].xml")
                              .contains("application/vnd.ms-excel.sheet.macroEnabled.main+xml"));
          }},
+        // Excel lets a protected sheet change only where its cells are
+        // unlocked, and a locked structure take no new sheet.
+        {"protected_locked.xlsx", "Sheet1", "工作表“Sheet1”在 Excel 中受保护"},
+        {"protected_locked@add.xlsx", "报表"},
+        {"protected_unlocked.xlsx",
+         "Sheet1",
+         nullptr,
+         {},
+         [](const QJsonObject &dump, const QString &path) {
+             const QJsonObject sheet = sheetOf(dump, "Sheet1");
+             EXPECT_TRUE(sheet["protected"].toBool());
+             const QJsonObject cells = sheet["cells"].toObject();
+             for (const char *ref : {"A1", "C1", "B2", "A3", "C3"})
+                 EXPECT_FALSE(cells[ref]["locked"].toBool()) << ref;
+             EXPECT_EQ(cells["E2"]["value"], "keep");
+             EXPECT_TRUE(cells["E2"]["locked"].toBool());
+             // Next month's export finds the cells as open as this one did.
+             FlexGrid grid;
+             fillGrid(grid);
+             EXPECT_NO_THROW(writeTableToWorkbook(grid.table(), {0, 1, 2},
+                                                  {ExportVariant::Customer, path, "Sheet1", "t"}));
+         }},
+        {"structure_locked.xlsx", "报表", "不能添加工作表“报表”"},
+        {"structure_locked@rewrite.xlsx",
+         "Sheet1",
+         nullptr,
+         {},
+         [](const QJsonObject &dump, const QString &) {
+             EXPECT_TRUE(dump["lockStructure"].toBool());
+             EXPECT_EQ(dump["sheets"], QJsonArray({"Sheet1"}));
+         }},
         {"array_formula.xlsx", "Sheet1", "数组公式（C2:D2）"},
         {"pivot.xlsx", "Sheet1", "数据透视表“Summary”（B3:C6）"},
         {"bad_crc.xlsx", "报表", "docProps/app.xml"},
@@ -227,7 +259,8 @@ TEST(RealWorkbooks, TextLongerThanACellIsCutAndSaidSo)
     fillGrid(grid);
     grid.setTextMatrix(1, 0, QString(40000, u'长'));
     const QStringList warnings =
-        writeTableToWorkbook(grid.table(), {0, 1, 2}, {ExportVariant::Customer, path, Report, "t"});
+        writeTableToWorkbook(grid.table(), {0, 1, 2}, {ExportVariant::Customer, path, Report, "t"})
+            .notes;
     ASSERT_EQ(warnings.size(), 1);
     EXPECT_TRUE(warnings[0].contains(Report) && warnings[0].contains("A2") &&
                 warnings[0].contains("32767"))
@@ -254,4 +287,73 @@ TEST(RealWorkbooks, WorkbookOpenInLibreOfficeIsRefused)
         EXPECT_TRUE(e.description().contains("LibreOffice")) << e.description().toStdString();
     }
     EXPECT_EQ(bytesOf(path), before);
+}
+
+TEST(RealWorkbooks, OldXlsIsWrittenAsAConvertedCopyBesideIt)
+{
+    QTemporaryDir dir;
+    // An Excel 97-2003 file as LibreOffice saves it, from a workbook built here.
+    runWorkbookTool({"shape", "plain", dir.filePath("made.xlsx")});
+    const QByteArray xls =
+        bytesOf(convertWithLibreOffice(dir.filePath("made.xlsx"), "xls:MS Excel 97", dir.path()));
+    FlexGrid grid;
+    fillGrid(grid);
+    const QString baseline = dir.filePath("baseline.xlsx");
+    writeTableToWorkbook(grid.table(), {0, 1, 2}, {ExportVariant::Customer, baseline, Report, "t"});
+
+    const QString noLibreOffice = dir.filePath("empty-path");
+    QDir().mkpath(noLibreOffice);
+    const struct {
+        const char *name;
+        QByteArray bytes;
+        const char *refusal; // nullptr: converted and written
+        bool xlsxThere = false;
+        bool withoutLibreOffice = false;
+    } cases[] = {
+        {"old", xls, nullptr},
+        {"taken", xls, "已经存在，不会覆盖它", true},
+        {"nolibre", xls, "本机没有安装 LibreOffice", false, true},
+        // A compound file without Excel's workbook stream: an encrypted .xlsx, a document.
+        {"locked", QByteArray::fromHex("d0cf11e0a1b11ae1") + QByteArray(1024, '\0'), "已加密"},
+    };
+    const QByteArray path = qgetenv("PATH");
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        const QString name = QString::fromLatin1(c.name);
+        const QString old = dir.filePath(name + ".xls");
+        const QString converted = dir.filePath(name + ".xlsx");
+        writeBytes(old, c.bytes);
+        if (c.xlsxThere)
+            runWorkbookTool({"shape", "plain", converted});
+        const QByteArray xlsxBefore = QFile::exists(converted) ? bytesOf(converted) : QByteArray();
+        if (c.withoutLibreOffice)
+            qputenv("PATH", noLibreOffice.toLocal8Bit());
+        try {
+            const WrittenWorkbook written = writeTableToWorkbook(
+                grid.table(), {0, 1, 2}, {ExportVariant::Customer, old, Report, "t"});
+            qputenv("PATH", path);
+            if (c.refusal) {
+                ADD_FAILURE() << "written although it must be refused";
+                continue;
+            }
+            EXPECT_EQ(written.path, converted);
+            EXPECT_EQ(written.notes, QStringList{"已转换为 old.xlsx 并输出到其中；原文件 old.xls 未改动"});
+        } catch (const RuntimeError &e) {
+            qputenv("PATH", path);
+            EXPECT_TRUE(c.refusal && e.description().contains(QString::fromUtf8(c.refusal)))
+                << e.description().toStdString();
+            EXPECT_EQ(QFile::exists(converted) ? bytesOf(converted) : QByteArray(), xlsxBefore);
+        }
+        EXPECT_EQ(bytesOf(old), c.bytes);
+    }
+
+    // The copy holds the old sheet and the report, for openpyxl and LibreOffice alike.
+    const QString copy = dir.filePath("old.xlsx");
+    const QJsonObject dump = dumpWorkbook(copy);
+    EXPECT_EQ(dump["sheets"], QJsonArray({"Sheet1", Report}));
+    EXPECT_EQ(cellsOf(dump, "Sheet1").value("A1")["value"], "note");
+    EXPECT_EQ(block(cellsOf(dump, Report)), block(cellsOf(dumpWorkbook(baseline), Report)));
+    const auto shown = libreOfficeSheets({baseline, copy});
+    EXPECT_EQ(topLeft(shown.value("old/" + Report)), topLeft(shown.value("baseline/" + Report)));
+    EXPECT_EQ(shown.value("old/Sheet1").value(0).value(0), "note");
 }

@@ -87,4 +87,24 @@ QMap<QString, QList<QStringList>> libreOfficeSheets(const QStringList &workbooks
     return sheets;
 }
 
+QString convertWithLibreOffice(const QString &file, const QString &filter, const QString &folder)
+{
+    const QString soffice = QStandardPaths::findExecutable(QStringLiteral("soffice"));
+    if (soffice.isEmpty())
+        throw std::runtime_error("soffice is missing: install libreoffice-calc-nogui");
+    QTemporaryDir work;
+    QProcess process;
+    process.start(soffice, {QStringLiteral("--headless"), QStringLiteral("--norestore"),
+                            QStringLiteral("-env:UserInstallation=file://") +
+                                work.filePath(QStringLiteral("profile")),
+                            QStringLiteral("--convert-to"), filter, QStringLiteral("--outdir"),
+                            folder, file});
+    const QString converted = QDir(folder).filePath(QFileInfo(file).completeBaseName() + u'.' +
+                                                    filter.section(u':', 0, 0));
+    if (!process.waitForFinished(600000) || !QFileInfo::exists(converted))
+        throw std::runtime_error("LibreOffice failed: " +
+                                 process.readAllStandardError().toStdString());
+    return converted;
+}
+
 } // namespace quorvale::testing

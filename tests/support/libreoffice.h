@@ -14,4 +14,8 @@ namespace quorvale::testing {
 // fails) when LibreOffice is missing or converts nothing.
 QMap<QString, QList<QStringList>> libreOfficeSheets(const QStringList &workbooks);
 
+// The file converted by LibreOffice headless with the filter (e.g.
+// "xls:MS Excel 97") into the folder; returns the new file's path.
+QString convertWithLibreOffice(const QString &file, const QString &filter, const QString &folder);
+
 } // namespace quorvale::testing

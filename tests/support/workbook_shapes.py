@@ -4,7 +4,8 @@
                                   "Sheet1" with a note in A1 unless said otherwise)
 
 Shapes: plain, shared-strings, date1904, libreoffice-formats, strict, merges, hyperlinks, table,
-shared-formula, array-formula, pivot, bad-crc, case-twins, prefixed, empty-styles.
+shared-formula, array-formula, pivot, bad-crc, case-twins, prefixed, empty-styles,
+protected-locked, protected-unlocked, structure-locked.
 """
 import sys
 import zipfile
@@ -35,6 +36,9 @@ def sheet(rows, extra="", main=MAIN, rels=RELS):
             f'{extra}</worksheet>')
 
 
+PROTECTED_WITH_PASSWORD = (
+    '<sheetProtection algorithmName="SHA-512" hashValue="bm90IGEgcmVhbCBoYXNo" '
+    'saltValue="c2FsdA==" spinCount="100000" sheet="1" objects="1" scenarios="1"/>')
 NOTE_ROW = '<row r="1"><c r="A1" t="inlineStr"><is><t>note</t></is></c></row>'
 
 
@@ -184,6 +188,24 @@ def shape(name):
         return prefixed_parts()
     if name == "empty-styles":
         return package(styles_xml=HEAD + f'<styleSheet xmlns="{MAIN}"/>')
+    if name == "protected-locked":
+        # 保护工作表 with a password, as Excel 2013 and later store it
+        return package(sheet_xml=sheet(NOTE_ROW, PROTECTED_WITH_PASSWORD))
+    if name == "protected-unlocked":
+        # A1:C3 unlocked (设置单元格格式 → 保护), E2 locked beside them
+        unlocked = "".join(
+            f'<row r="{r}">' + "".join(f'<c r="{c}{r}" s="1"/>' for c in "ABC") +
+            ('<c r="E2" t="inlineStr"><is><t>keep</t></is></c>' if r == 2 else "") + "</row>"
+            for r in (1, 2, 3))
+        unlocked = unlocked.replace('<c r="A1" s="1"/>',
+                                    '<c r="A1" s="1" t="inlineStr"><is><t>note</t></is></c>')
+        return package(sheet_xml=sheet(unlocked, '<sheetProtection sheet="1"/>'),
+                       styles_xml=styles().replace(
+                           '<cellXfs count="1">', '<cellXfs count="2">').replace(
+                           '</cellXfs>', '<xf numFmtId="0" fontId="0" fillId="0" borderId="0" '
+                           'xfId="0" applyProtection="1"><protection locked="0"/></xf></cellXfs>'))
+    if name == "structure-locked":
+        return package(workbook_pr='<workbookProtection lockStructure="1"/>')
     if name == "case-twins":
         parts = package()
         parts["xl/worksheets/Sheet1.xml"] = parts["xl/worksheets/sheet1.xml"]

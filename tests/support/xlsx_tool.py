@@ -40,7 +40,8 @@ def border_json(b):
 def dump(path):
     wb = openpyxl.load_workbook(path)
     out = {"sheets": wb.sheetnames, "data": {}, "entries": {},
-           "hidden": [ws.title for ws in wb.worksheets if ws.sheet_state != "visible"]}
+           "hidden": [ws.title for ws in wb.worksheets if ws.sheet_state != "visible"],
+           "lockStructure": bool(wb.security and wb.security.lockStructure)}
     for ws in wb.worksheets:
         cells = {}
         for row in ws.iter_rows():
@@ -58,6 +59,7 @@ def dump(path):
                     "h": c.alignment.horizontal,
                     "v": c.alignment.vertical,
                     "border": border_json(c.border),
+                    "locked": bool(c.protection.locked),
                 }
         widths = {k: d.width for k, d in ws.column_dimensions.items() if d.customWidth}
         out["data"][ws.title] = {
@@ -67,6 +69,7 @@ def dump(path):
             "widths": widths,
             "merges": sorted(str(r) for r in ws.merged_cells.ranges),
             "conditional": sorted(str(r.sqref) for r in ws.conditional_formatting),
+            "protected": bool(ws.protection.sheet),
         }
     with zipfile.ZipFile(path) as z:
         for info in z.infolist():

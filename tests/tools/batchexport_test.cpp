@@ -11,7 +11,9 @@
 #include "session/windows/frmlogin.h"
 #include "session/windows/mdiform1.h"
 #include "support/adminprocess.h"
+#include "support/files.h"
 #include "support/fixturedb.h"
+#include "support/libreoffice.h"
 #include "support/xlsxdump.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
@@ -312,6 +314,39 @@ TEST_F(BatchExport, FailuresGiveTheirStatusAndMessageAndLeaveNoFile)
         EXPECT_FALSE(QFile::exists(pdf));
         EXPECT_EQ(QDir(out.path()).entryList(QDir::Files | QDir::Hidden).size(), 0);
     }
+}
+
+// Workbooks their owners locked, and old .xls templates: the run says what
+// it did or why not, with the status of other workbook failures.
+TEST_F(BatchExport, LockedWorkbooksAreRefusedAndOldXlsConverted)
+{
+    quorvale::testing::runWorkbookTool({"shape", "protected-locked", out.filePath("locked.xlsx")});
+    quorvale::testing::runWorkbookTool({"shape", "plain", out.filePath("made.xlsx")});
+    const QString xls = quorvale::testing::convertWithLibreOffice(out.filePath("made.xlsx"),
+                                                                  "xls:MS Excel 97", out.path());
+    const struct {
+        const char *name;
+        QString workbook, sheet;
+        int status;
+        const char *said;
+    } cases[] = {
+        {"protected sheet", out.filePath("locked.xlsx"), "Sheet1", 4,
+         "工作表“Sheet1”在 Excel 中受保护"},
+        {"old .xls", xls, "房产", 0, "已转换为 made.xlsx 并输出到其中；原文件 made.xls 未改动"},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.name);
+        QFile::remove(out.filePath("made.xlsx"));
+        const QByteArray before = quorvale::testing::bytesOf(c.workbook);
+        const auto run = exportWith(QStringList{"--report", "房产客户", "--office", "2", "--xlsx",
+                                                c.workbook, "--sheet", c.sheet} +
+                                    signInArgs());
+        EXPECT_EQ(run.status, c.status) << run.err.toStdString();
+        EXPECT_TRUE(run.err.contains(QString::fromUtf8(c.said))) << run.err.toStdString();
+        EXPECT_EQ(quorvale::testing::bytesOf(c.workbook), before);
+    }
+    const QString converted = out.filePath("made.xlsx");
+    EXPECT_TRUE(quorvale::testing::dumpWorkbook(converted)["sheets"].toArray().contains("房产"));
 }
 
 } // namespace

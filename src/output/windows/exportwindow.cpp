@@ -9,6 +9,7 @@
 #include "ui/centerinmain.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
+#include "ui/waitpointer.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -175,6 +176,8 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
         MsgBox(kNeedFile, vb::OKOnly, exeName());
         return false;
     }
+    // A large block, or an old .xls converted first, takes seconds.
+    const WaitPointer busy;
     try {
         if (!grid)
             throwNoSourceGrid();
@@ -189,16 +192,17 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
         // borders round: the export fails before the workbook is touched.
         if (chosen.isEmpty())
             throw RuntimeError(ErrorNumber::ApplicationDefined, kNoColumnChosen);
-        m_notes = writeTableToWorkbook(table, chosen, options);
+        const WrittenWorkbook written = writeTableToWorkbook(table, chosen, options);
+        m_notes = written.notes;
         const QString renamed = renamedTargetNote(path, options.path);
         if (!renamed.isEmpty())
             m_notes.prepend(renamed);
         if (m_check1->isChecked()) {
-            const bool opened = openWorkbookHook() ? openWorkbookHook()(options.path)
-                                                   : openWithDesktopProgram(options.path);
+            const bool opened = openWorkbookHook() ? openWorkbookHook()(written.path)
+                                                   : openWithDesktopProgram(written.path);
             if (!opened)
                 Q_EMIT statusMessage(grid, kNoSpreadsheetProgram.arg(
-                                               QDir::toNativeSeparators(options.path)));
+                                               QDir::toNativeSeparators(written.path)));
         }
         return true;
     } catch (const RuntimeError &error) {

@@ -2,21 +2,11 @@
 
 #include "ui/msgbox.h"
 #include "ui/printerpreview.h"
+#include "ui/waitpointer.h"
 
 #include <QApplication>
 
 namespace quorvale {
-
-namespace {
-
-struct WaitPointer {
-    WaitPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitPointer() { QApplication::restoreOverrideCursor(); }
-    WaitPointer(const WaitPointer &) = delete;
-    WaitPointer &operator=(const WaitPointer &) = delete;
-};
-
-} // namespace
 
 void PreviewGrid(QWidget *parent, const ReportTable &table, const PrintLook &look,
                  const PrintTitles &titles, bool signature, int trailing,
