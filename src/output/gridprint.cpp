@@ -9,7 +9,10 @@
 
 #include <QDate>
 #include <QFontMetrics>
+#include <QHash>
 #include <QImage>
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace quorvale {
@@ -44,16 +47,151 @@ double centredTop(Printer &printer, double bandTop, double bandHeight)
     return bandTop + (bandHeight - printer.TextHeight()) / 2;
 }
 
-void printRowTexts(Printer &printer, const GridPrintTable &table, int row, double rowTop)
+// Amounts, dates and other figures: a figure cut short reads as another one.
+bool isFigure(const QString &text)
 {
-    const double textTop = centredTop(printer, rowTop, table.rowPitch);
+    static const QString signs = QStringLiteral("+-.,:/% ");
+    bool digit = false;
+    for (const QChar c : text) {
+        if (c.isDigit())
+            digit = true;
+        else if (!signs.contains(c))
+            return false;
+    }
+    return digit;
+}
+
+// A text's width as the sum of its characters' advances, each measured once:
+// laying out every cell in full would cost as much as drawing it. Kerning and
+// ligatures only narrow a text, so what this says fits, fits. One object
+// serves one font (and its smaller sizes).
+class TextAdvances {
+  public:
+    // prefix()[n] is the width of the first n characters; false when the
+    // text has characters outside the basic plane, which only a full
+    // layout measures.
+    bool measure(Printer &printer, const QString &text)
+    {
+        m_prefix.resize(text.size() + 1);
+        m_prefix[0] = 0;
+        for (qsizetype i = 0; i < text.size(); ++i) {
+            const QChar c = text.at(i);
+            if (c.isSurrogate())
+                return false;
+            m_prefix[i + 1] = m_prefix[i] + advance(printer, c);
+        }
+        return true;
+    }
+    const QVector<double> &prefix() const { return m_prefix; }
+
+    // The font in a smaller size, kept: a new font is loaded afresh each time.
+    const QFont &sized(const QFont &font, double size)
+    {
+        auto found = m_sized.find(size);
+        if (found == m_sized.end()) {
+            QFont smaller = font;
+            smaller.setPointSizeF(size);
+            found = m_sized.insert(size, smaller);
+        }
+        return *found;
+    }
+
+  private:
+    double advance(Printer &printer, QChar c)
+    {
+        if (c.unicode() < m_ascii.size()) {
+            double &known = m_ascii[c.unicode()];
+            if (known < 0)
+                known = printer.TextWidth(QString(c));
+            return known;
+        }
+        auto found = m_others.constFind(c.unicode());
+        if (found == m_others.cend())
+            found = m_others.insert(c.unicode(), printer.TextWidth(QString(c)));
+        return *found;
+    }
+
+    std::array<double, 128> m_ascii = filledWith(-1);
+    QHash<char16_t, double> m_others;
+    QVector<double> m_prefix;
+    QHash<double, QFont> m_sized;
+
+    static std::array<double, 128> filledWith(double value)
+    {
+        std::array<double, 128> a;
+        a.fill(value);
+        return a;
+    }
+};
+
+struct Band {
+    double top, height;
+    double textTop; // of a line in the body font, centred in the band
+};
+
+// The longest start of the text no wider than the width, from a guess.
+QString fittingStart(Printer &printer, const QString &text, double width, qsizetype guess)
+{
+    qsizetype fits = std::clamp<qsizetype>(guess, 0, text.size() - 1);
+    while (fits > 0 && (text.at(fits - 1).isHighSurrogate() ||
+                        printer.TextWidth(text.left(fits)) > width))
+        --fits;
+    return text.left(fits);
+}
+
+// One cell's text inside its column, as the grid on screen shows it: a text
+// wider than the column is cut at its right rule (only what fits is drawn,
+// so the PDF's text layer holds no more); a figure is never cut but printed
+// in smaller sizes of the same font until it fits, as Excel's shrink to fit.
+void printInColumn(Printer &printer, TextAdvances &advances, const QString &text, double left,
+                   double width, const Band &band, bool centred)
+{
+    const bool surrogates = !advances.measure(printer, text);
+    const QVector<double> &prefix = advances.prefix();
+    double shownWidth = surrogates || centred ? printer.TextWidth(text) : prefix.last();
+    // Near the width, the laid-out text decides; far beyond it, the sum does.
+    if (!surrogates && !centred && shownWidth > width && shownWidth <= width * 1.05)
+        shownWidth = printer.TextWidth(text);
+    QString shown = text;
+    const QFont font = printer.font();
+    const double size = font.pointSizeF();
+    if (shownWidth > width) {
+        if (isFigure(text)) {
+            // Straight to the size that should fit, then down until it does.
+            double smaller = std::max(1.0, std::floor(size * width / shownWidth * 2) / 2);
+            for (;;) {
+                printer.setFont(advances.sized(font, smaller));
+                shownWidth = printer.TextWidth(text);
+                if (shownWidth <= width || smaller <= 1)
+                    break;
+                smaller = std::max(1.0, smaller - 0.5);
+            }
+        } else {
+            const qsizetype guess =
+                std::upper_bound(prefix.begin(), prefix.end(), width) - prefix.begin() - 1;
+            shown = fittingStart(printer, text, width, surrogates ? text.size() - 1 : guess);
+            shownWidth = printer.TextWidth(shown);
+        }
+    }
+    if (!shown.isEmpty()) {
+        printer.setCurrentX(centred ? left + (width - shownWidth) / 2 : left);
+        printer.setCurrentY(printer.FontSize() == size ? band.textTop
+                                                       : centredTop(printer, band.top, band.height));
+        printer.Print(shown);
+    }
+    if (printer.FontSize() != size)
+        printer.setFont(font);
+}
+
+void printRowTexts(Printer &printer, const GridPrintTable &table, int row, double rowTop,
+                   TextAdvances &advances)
+{
+    const Band band{rowTop, table.rowPitch, centredTop(printer, rowTop, table.rowPitch)};
     for (int c = 0; c < table.widths.size(); ++c) {
         const QString text = table.table->text(row, c);
-        if (text.isEmpty())
-            continue;
-        printer.setCurrentX(table.columnLeft(c));
-        printer.setCurrentY(textTop);
-        printer.Print(text);
+        if (!text.isEmpty())
+            printInColumn(printer, advances, text, table.columnLeft(c), table.widths[c], band,
+                          false);
     }
 }
 
@@ -170,12 +308,13 @@ double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QStrin
         printer.Print(titles.secondLine);
     }
 
-    const double textTop = centredTop(printer, tableTop, table.rowPitch);
+    const Band band{tableTop, table.rowPitch, centredTop(printer, tableTop, table.rowPitch)};
+    TextAdvances advances;
     for (int c = 0; c < table.widths.size(); ++c) {
         const QString text = table.table->text(0, c);
-        printer.setCurrentX(table.columnLeft(c) + (table.widths[c] - printer.TextWidth(text)) / 2);
-        printer.setCurrentY(textTop);
-        printer.Print(text);
+        if (!text.isEmpty())
+            printInColumn(printer, advances, text, table.columnLeft(c), table.widths[c], band,
+                          true);
     }
     const double right = table.left + table.width();
     printer.Line(table.left, tableTop, right, tableTop);
@@ -234,6 +373,7 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
 
     const QString bodyFont = look.font.family();
     const double bodySize = bodyFontSize(look.font);
+    TextAdvances advances;
     int page = 0;
     int onPage = 0;
     double tableTop = 0;
@@ -257,7 +397,7 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
             startPage();
         else
             ++onPage;
-        printRowTexts(printer, table, row, y);
+        printRowTexts(printer, table, row, y, advances);
         y += table.rowPitch;
         printer.Line(table.left, y, table.left + table.width(), y);
     }

@@ -86,9 +86,23 @@ void Printer::setFontBold(bool bold)
     m_font.setBold(bold);
 }
 
+const QFontMetricsF &Printer::metrics() const
+{
+    for (const auto &[font, metrics] : m_metrics)
+        if (font.isCopyOf(m_font))
+            return metrics;
+    constexpr size_t kept = 4;
+    if (m_metrics.size() == kept)
+        m_metrics.erase(m_metrics.begin());
+    m_metrics.emplace_back(m_font, QFontMetricsF(m_font, m_device));
+    return m_metrics.back().second;
+}
+
 double Printer::TextWidth(const QString &text) const
 {
-    const QFontMetricsF metrics(m_font, m_device);
+    const QFontMetricsF &metrics = this->metrics();
+    if (!text.contains(QLatin1Char('\n')))
+        return dotsToTwips(metrics.horizontalAdvance(text), m_device->logicalDpiX());
     double widest = 0;
     for (const QString &line : text.split(QLatin1Char('\n')))
         widest = qMax(widest, metrics.horizontalAdvance(line));
@@ -97,18 +111,16 @@ double Printer::TextWidth(const QString &text) const
 
 double Printer::TextHeight(const QString &text) const
 {
-    const QFontMetricsF metrics(m_font, m_device);
     const auto lines = text.count(QLatin1Char('\n')) + 1;
-    return dotsToTwips(lines * metrics.height(), m_device->logicalDpiY());
+    return dotsToTwips(lines * metrics().height(), m_device->logicalDpiY());
 }
 
 void Printer::Print(const QString &text)
 {
     start();
     if (!text.isEmpty()) {
-        const QFontMetricsF metrics(m_font, m_device);
         m_painter.setFont(m_font);
-        m_painter.drawText(QPointF(toDeviceX(m_x), toDeviceY(m_y) + metrics.ascent()), text);
+        m_painter.drawText(QPointF(toDeviceX(m_x), toDeviceY(m_y) + metrics().ascent()), text);
     }
     m_y += TextHeight(text);
     m_x = 0;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QString>
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QIODevice;
 class QPageLayout;
@@ -56,6 +58,9 @@ class Printer {
     bool FontBold() const { return m_font.bold(); }
     void setFontBold(bool bold);
     const QFont &font() const { return m_font; }
+    // A font kept by the caller: switching back and forth between kept
+    // fonts reuses what Qt loaded for them.
+    void setFont(const QFont &font) { m_font = font; }
 
     double TextWidth(const QString &text) const;
     double TextHeight(const QString &text = QString()) const; // one line per '\n' part
@@ -75,12 +80,16 @@ class Printer {
     void start();
     double toDeviceX(double twips) const;
     double toDeviceY(double twips) const;
+    // Metrics of the current font on the device. Made afresh, they load the
+    // font anew each time; a few are kept, for the fonts last used.
+    const QFontMetricsF &metrics() const;
 
     std::unique_ptr<QPagedPaintDevice> m_owned;
     QPagedPaintDevice *m_device;
     std::function<void()> m_abort;
     QPainter m_painter;
     QFont m_font;
+    mutable std::vector<std::pair<QFont, QFontMetricsF>> m_metrics;
     double m_x = 0;
     double m_y = 0;
     int m_page = 1;

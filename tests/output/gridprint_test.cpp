@@ -353,3 +353,52 @@ TEST(GridPrint, AutoFitColumnsTakesTheWidestCell)
     EXPECT_EQ(grid.ColWidth(1), qRound(grid.TextWidth("很长很长的标题", font)));
     EXPECT_EQ(grid.ColWidth(2), 0);
 }
+
+TEST(GridPrint, EveryCellStaysInsideItsColumn)
+{
+    // Row 1 puts a short word at each column's left edge, where its text starts.
+    FlexGrid grid;
+    grid.setRows(1);
+    grid.setFormatString("<名称|<日期|<金额|<备注");
+    grid.appendRows({{"甲", "1", "2", "丙"},
+                     {"公共水电分摊费", "2026-11-01", "1234567.89", "公共水电分摊费用"}});
+    const int widths[] = {600, 700, 450, 900};
+    for (int c = 0; c < 4; ++c)
+        grid.setColWidth(c, widths[c]);
+    const Printed out = printToPdf(grid, false, 0);
+    ASSERT_EQ(out.pages.size(), 1);
+    const PdfPage &page = out.pages[0];
+    const Word heading = page.word("名称"), first = page.word("甲"), last = page.word("丙");
+    const double twip = (last.xMin - first.xMin) / (widths[0] + widths[1] + widths[2]);
+    QList<double> rules{first.xMin};
+    for (int w : widths)
+        rules << rules.last() + w * twip;
+
+    // The words of the heading and of row 2, by their middles, left to right.
+    const double pitch = first.yMax - heading.yMax;
+    const auto rowAt = [&](double middle) {
+        QList<Word> row;
+        for (const Word &w : page.words)
+            if (std::abs((w.yMin + w.yMax) / 2 - middle) < pitch / 2)
+                row << w;
+        std::sort(row.begin(), row.end(),
+                  [](const Word &a, const Word &b) { return a.xMin < b.xMin; });
+        return row;
+    };
+    const QList<Word> headings = rowAt((heading.yMin + heading.yMax) / 2);
+    const QList<Word> second = rowAt((first.yMin + first.yMax) / 2 + pitch);
+    for (const QList<Word> *row : {&headings, &second}) {
+        ASSERT_EQ(row->size(), 4);
+        for (int c = 0; c < 4; ++c) {
+            SCOPED_TRACE(row->at(c).text.toStdString());
+            EXPECT_GE(row->at(c).xMin, rules[c] - 0.5);
+            EXPECT_LE(row->at(c).xMax, rules[c + 1] + 0.5) << "crosses its column's rule";
+        }
+    }
+    // Texts keep what fits; figures are whole, the one too wide in a smaller size.
+    EXPECT_TRUE(QStringLiteral("公共水电分摊费").startsWith(second[0].text));
+    EXPECT_LT(second[0].text.size(), 7);
+    EXPECT_EQ(second[1].text, "2026-11-01");
+    EXPECT_EQ(second[2].text, "1234567.89");
+    EXPECT_LT(second[2].yMax - second[2].yMin, second[1].yMax - second[1].yMin);
+}
