@@ -3,6 +3,7 @@
 #include "runtime/outputset.h"
 #include "runtime/printer.h"
 
+#include <QPageLayout>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <exception>
@@ -24,15 +25,16 @@ void printToPdfFile(const QPrinter &settings, const std::function<void(Printer &
     outputs.commit();
 }
 
-void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job,
-                      const std::function<bool(Printer &)> &ready)
+PreviewResult showPrintPreview(QWidget *parent, QPageLayout &layout,
+                               const std::function<void(Printer &)> &job,
+                               const std::function<bool(Printer &)> &ready)
 {
     QPrinter device(QPrinter::HighResolution);
-    device.setPageLayout(Printer::defaultPageLayout());
+    device.setPageLayout(layout);
     if (ready) {
         Printer paper(&device);
         if (!ready(paper))
-            return;
+            return PreviewResult::NotOpened;
     }
     QPrintPreviewDialog dialog(&device, parent);
     std::exception_ptr failure;
@@ -53,9 +55,11 @@ void showPrintPreview(QWidget *parent, const std::function<void(Printer &)> &job
             QMetaObject::invokeMethod(&dialog, &QDialog::reject, Qt::QueuedConnection);
         }
     });
-    dialog.exec();
+    const int answer = dialog.exec();
     if (failure)
         std::rethrow_exception(failure);
+    layout = device.pageLayout();
+    return answer == QDialog::Accepted ? PreviewResult::Printed : PreviewResult::Closed;
 }
 
 } // namespace quorvale

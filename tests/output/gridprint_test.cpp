@@ -163,7 +163,8 @@ Printed previewAndPrint(const FlexGrid &grid, int answer)
             dialog->accept();
         });
         watch.start();
-        PreviewGrid(nullptr, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0,
+        QPageLayout layout = Printer::defaultPageLayout();
+        PreviewGrid(nullptr, layout, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0,
                     [&](int page, int pageCount) {
                         const QCursor *pointer = QApplication::overrideCursor();
                         result.progress << QStringLiteral("%1/%2 %3").arg(page).arg(pageCount).arg(

@@ -21,11 +21,15 @@
 #include <QDateEdit>
 #include <QLabel>
 #include <QLayout>
+#include <QPageSetupDialog>
+#include <QPrintPreviewDialog>
+#include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 #include <QToolButton>
 #include <cmath>
 
@@ -286,6 +290,48 @@ TEST_F(FinanceReports, PrintShowsPagesDoneOfPagesInTheStatusBar)
         expected << QStringLiteral("已打印 %1/%2 页").arg(page).arg(pages);
     EXPECT_EQ(seen, expected);
     EXPECT_EQ(panel->text(), expected.last());
+}
+
+// Yes to the paper question opens the page setup, whose choice is the paper
+// of every later print; a print that did not happen leaves no page count.
+TEST_F(FinanceReports, YesToThePaperQuestionOpensThePageSetup)
+{
+    ReportWindow *w = open<frm财务数据欠收表房产>();
+    choose(w, "01");
+    w->grid()->table().appendRows(QVector<QStringList>(30, QStringList{"1", "王五", "物业费"}));
+    // Wider than A4 upright, narrower than A4 lying.
+    for (int c = 0; c < w->grid()->Cols(); ++c)
+        w->grid()->setColWidth(c, 13500 / w->grid()->Cols());
+    auto *panel = w->findChild<QLabel *>("ProgressPanel");
+    panel->setText("共 30 行");
+    setMsgBoxResponder([this](const MsgBoxCall &call) {
+        boxes.append(call);
+        return vb::Yes;
+    });
+    QStringList opened;
+    QTimer watch;
+    watch.setInterval(10);
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *setup = qobject_cast<QPageSetupDialog *>(modal)) {
+            opened << "page setup";
+            setup->findChild<QRadioButton *>("landscape")->click();
+            setup->accept();
+        } else if (auto *preview = qobject_cast<QPrintPreviewDialog *>(modal)) {
+            opened << (preview->printer()->pageLayout().orientation() == QPageLayout::Landscape
+                           ? "preview lying"
+                           : "preview upright");
+            preview->reject();
+        }
+    });
+    watch.start();
+    w->ReportCommand(ReportWindow::Print);
+    EXPECT_EQ(opened, QStringList{"page setup"});
+    w->ReportCommand(ReportWindow::Print);
+    EXPECT_EQ(opened, QStringList({"page setup", "preview lying"}));
+    ASSERT_EQ(boxes.size(), 1) << "the paper fits after the setup";
+    EXPECT_EQ(boxes[0].prompt, paperTooNarrowQuestion());
+    EXPECT_EQ(panel->text(), "共 30 行");
 }
 
 TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)

@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <QPageLayout>
 #include <QTimer>
 #include <QWidget>
 #include <gtest/gtest.h>
@@ -60,8 +61,9 @@ TEST(Printer, PreviewHandsJobErrorsToTheCaller)
             modal->close();
     });
     guard.start(10000);
+    QPageLayout layout = Printer::defaultPageLayout();
     EXPECT_THROW(
         showPrintPreview(
-            nullptr, [](Printer &) { throw RuntimeError(ErrorNumber::PrinterError, QStringLiteral("Printer error")); }),
+            nullptr, layout, [](Printer &) { throw RuntimeError(ErrorNumber::PrinterError, QStringLiteral("Printer error")); }),
         RuntimeError);
 }

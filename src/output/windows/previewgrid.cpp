@@ -8,15 +8,15 @@
 
 namespace quorvale {
 
-void PreviewGrid(QWidget *parent, const ReportTable &table, const PrintLook &look,
-                 const PrintTitles &titles, bool signature, int trailing,
-                 const PrintProgress &progress)
+PreviewResult PreviewGrid(QWidget *parent, QPageLayout &layout, const ReportTable &table,
+                          const PrintLook &look, const PrintTitles &titles, bool signature,
+                          int trailing, const PrintProgress &progress)
 {
     // The preview draws its pages again on every page setup and for the
     // final print; the question belongs to the print, not to each drawing.
     // No icon, on purpose: the user may well want the clipped print.
-    showPrintPreview(
-        parent,
+    return showPrintPreview(
+        parent, layout,
         [&](Printer &printer) {
             const WaitPointer waiting;
             PrintGrid(printer, table, look, titles, signature, trailing, progress);

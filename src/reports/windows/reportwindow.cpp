@@ -3,6 +3,7 @@
 #include "db/recordset.h"
 #include "output/gridprint.h"
 #include "output/windows/exportwindow.h"
+#include "output/windows/pagesetup.h"
 #include "output/windows/previewgrid.h"
 #include "runtime/freedmemory.h"
 #include "runtime/runtimeerror.h"
@@ -425,10 +426,20 @@ void ReportWindow::printGrid()
         showPrintProgress(page, pageCount);
     };
     m_sinceRepaint.start();
-    if (target)
+    if (target) {
         target(this, m_grid->table(), titles, progress);
-    else
-        PreviewGrid(this, m_grid->table(), m_grid->printLook(), titles, false, 0, progress);
+        return;
+    }
+    // A print that did not happen leaves no "已打印" line behind.
+    const QString before = m_progressPanel->text();
+    PageSetup &setup = PageSetup::of(this);
+    const PreviewResult result = PreviewGrid(this, setup.layout(), m_grid->table(),
+                                             m_grid->printLook(), titles, false, 0, progress);
+    if (result != PreviewResult::Printed)
+        m_progressPanel->setText(before);
+    // Yes to "是否要修改打印设置？": here is where the paper is changed.
+    if (result == PreviewResult::NotOpened)
+        setup.choose(this);
 }
 
 void ReportWindow::showExportMessage(FlexGrid *source, const QString &text)
