@@ -5,7 +5,9 @@
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 
+#include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QFile>
@@ -15,6 +17,7 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QToolButton>
 #include <gtest/gtest.h>
 
 using namespace quorvale;
@@ -261,4 +264,47 @@ TEST(SaveAsFolder, TheProgramsFolderOnlyWhileItCanBeWritten)
     }
     QFile::setPermissions(program, readOnly | QFile::WriteOwner);
     qputenv("HOME", savedHome);
+}
+
+// Tab reaches every control in the order the window lays it out; Enter
+// presses the focused button and Escape closes the window.
+TEST_F(ExportWindowTest, KeyboardReachesEveryControlAndEscapeCloses)
+{
+    configured(ExportWindow::Variant::Customer, source);
+    QApplication::setActiveWindow(window);
+    const auto stopName = [](QWidget *w) {
+        if (auto *button = qobject_cast<QAbstractButton *>(w))
+            return w->objectName() + u' ' + button->text();
+        return w->objectName();
+    };
+    const auto toolButton = [this](const QString &text) -> QWidget * {
+        for (QToolButton *b : window->findChildren<QToolButton *>())
+            if (b->text() == text)
+                return b;
+        return nullptr;
+    };
+    QWidget *first = toolButton("输出");
+    ASSERT_NE(first, nullptr);
+    first->setFocus();
+    QStringList stops;
+    for (QWidget *f = first; f && stops.size() < 12;) {
+        stops << stopName(f);
+        QTest::keyClick(f, Qt::Key_Tab);
+        f = QApplication::focusWidget();
+        if (f == first)
+            break;
+    }
+    EXPECT_EQ(stops.join(" | ").toStdString(),
+              " 输出 |  退出 | Grid1 | Text1_0 | Command1 ... | Text1_1 | Text1_2 | Check1 显示Excel");
+
+    // Enter on 退出 closes; Escape closes a window opened again.
+    QWidget *closeButton = toolButton("退出");
+    ASSERT_NE(closeButton, nullptr);
+    closeButton->setFocus();
+    QTest::keyClick(closeButton, Qt::Key_Return);
+    EXPECT_FALSE(window && window->isVisible());
+    configured(ExportWindow::Variant::Customer, source);
+    QApplication::setActiveWindow(window);
+    QTest::keyClick(window->Grid1(), Qt::Key_Escape);
+    EXPECT_FALSE(window && window->isVisible());
 }

@@ -15,6 +15,7 @@
 #include "support/pdfprinter.h"
 #include "support/xlsxdump.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
 #include <QCalendarWidget>
@@ -32,6 +33,7 @@
 #include <QTimer>
 #include <QToolButton>
 #include <cmath>
+#include <functional>
 
 namespace quorvale {
 namespace {
@@ -332,6 +334,51 @@ TEST_F(FinanceReports, YesToThePaperQuestionOpensThePageSetup)
     ASSERT_EQ(boxes.size(), 1) << "the paper fits after the setup";
     EXPECT_EQ(boxes[0].prompt, paperTooNarrowQuestion());
     EXPECT_EQ(panel->text(), "共 30 行");
+}
+
+// Tab walks each control in the order the window lays it out, left to right
+// and top to bottom, and Enter presses the focused button.
+TEST_F(FinanceReports, TabFollowsTheLayoutAndEnterPressesTheFocusedButton)
+{
+    const auto stopName = [](QWidget *w) {
+        if (auto *button = qobject_cast<QAbstractButton *>(w))
+            return w->objectName() + u' ' + button->text();
+        return w->objectName();
+    };
+    const struct {
+        std::function<ReportWindow *()> open;
+        QStringList stops;
+    } cases[] = {
+        {[this] { return open<frm财务数据欠收表房产>(); },
+         {"MSHFlexGrid1", "Combo1", "Option1 应收截止年月", "Text1", "Command9 …", "Combo3", "Text2",
+          // The unchecked option of a pair is reached with the arrow keys.
+          "Command4 …", "Text3", "Command3 …", "Text4", "Command2 …", "Command1 统计",
+          "Command1 输出EXCEL", "Command1 退出", "Command1 打印"}},
+    };
+    for (const auto &c : cases) {
+        ReportWindow *w = c.open();
+        w->show();
+        QApplication::setActiveWindow(w);
+        QWidget *first = w->findChild<FlexGrid *>();
+        first->setFocus();
+        QStringList stops;
+        for (QWidget *f = first; stops.size() < c.stops.size() + 1;) {
+            stops << stopName(f);
+            QTest::keyClick(f, Qt::Key_Tab);
+            f = QApplication::focusWidget();
+            if (!f || f == first)
+                break;
+        }
+        EXPECT_EQ(stops.join(" | ").toStdString(), c.stops.join(" | ").toStdString());
+
+        choose(w, "01");
+        auto *panel = w->findChild<QLabel *>("ProgressPanel");
+        panel->clear();
+        QPushButton *compute = w->findChildren<QPushButton *>("Command1").value(0);
+        compute->setFocus();
+        QTest::keyClick(compute, Qt::Key_Return);
+        EXPECT_TRUE(panel->text().startsWith("共")) << panel->text().toStdString();
+    }
 }
 
 TEST_F(FinanceReports, FeeItemsOfTheWindowsCategoryFillCombo3AndTheQuery)

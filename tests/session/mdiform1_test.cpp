@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTest>
 
 using namespace quorvale;
 
@@ -279,6 +280,10 @@ TEST_F(MainWindow, AboutWindowShowsVersionAndHasNoSystemInformationHere)
                   .arg(QUORVALE_VERSION_MAJOR)
                   .arg(QUORVALE_VERSION_MINOR)
                   .arg(QUORVALE_VERSION_PATCH));
+    // Escape closes it, as it closes a dialog.
+    abouts[0]->show();
+    QTest::keyClick(abouts[0], Qt::Key_Escape);
+    EXPECT_FALSE(abouts[0]->isVisible());
 #ifndef Q_OS_WIN
     StartSysInfo();
     ASSERT_EQ(boxes.size(), 1u);

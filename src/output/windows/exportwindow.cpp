@@ -8,6 +8,7 @@
 #include "runtime/runtimeerror.h"
 #include "ui/centerinmain.h"
 #include "ui/flexgrid.h"
+#include "ui/keyboard.h"
 #include "ui/msgbox.h"
 #include "ui/waitpointer.h"
 
@@ -226,6 +227,12 @@ void ExportWindow::showEvent(QShowEvent *event)
     if (m_centred)
         return;
     m_centred = true;
+    // The toolbar's buttons too are reached with Tab and pressed with Enter.
+    for (QAction *action : m_toolbar1->actions())
+        if (QWidget *button = m_toolbar1->widgetForAction(action))
+            button->setFocusPolicy(Qt::TabFocus);
+    setTabOrderAsLaidOut(this);
+    enterPressesButtons(this);
     if (parentWidget()) {
         CenterInMain(this);
     } else if (QScreen *screen = this->screen()) {

@@ -8,6 +8,7 @@
 #include "runtime/freedmemory.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/vb.h"
+#include "ui/keyboard.h"
 #include "ui/flexgrid.h"
 #include "ui/msgbox.h"
 
@@ -274,6 +275,11 @@ QMdiSubWindow *ReportWindow::mdiSubWindow() const
 void ReportWindow::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
+    if (!m_keyboardReady) {
+        m_keyboardReady = true;
+        setTabOrderAsLaidOut(this);
+        enterPressesButtons(this);
+    }
     QMdiSubWindow *sub = mdiSubWindow();
     if (!sub || m_watchingMdi)
         return;

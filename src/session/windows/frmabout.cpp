@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QProcess>
@@ -108,6 +109,16 @@ FrmAbout::FrmAbout(QWidget *parent) : QWidget(parent)
 
     connect(m_cmdOK, &QPushButton::clicked, this, &QWidget::close);
     connect(m_cmdSysInfo, &QPushButton::clicked, this, [] { StartSysInfo(); });
+}
+
+// Escape closes it, as it would a dialog.
+void FrmAbout::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        close();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void FrmAbout::showEvent(QShowEvent *event)

@@ -18,6 +18,7 @@ class FrmAbout : public QWidget {
 
   protected:
     void showEvent(QShowEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
 
   private:
     QLabel *m_label7;
