@@ -1,9 +1,10 @@
 #include "ui/mdicaptionstyle.h"
 
 #include <QApplication>
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QStyleOptionTitleBar>
 #include <QWidget>
+#include <cmath>
 
 namespace quorvale {
 
@@ -19,6 +20,8 @@ int labelWidth(const QStyle &style, const QWidget &frame, int width)
     bar.titleBarFlags = frame.windowFlags();
     bar.titleBarState = Qt::WindowMinimized;
     bar.text = frame.windowTitle();
+    // The icon takes its room before the caption.
+    bar.icon = frame.windowIcon();
     return style.subControlRect(QStyle::CC_TitleBar, &bar, QStyle::SC_TitleBarLabel, &frame)
         .width();
 }
@@ -31,13 +34,17 @@ int MdiCaptionStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
     const int base = QProxyStyle::pixelMetric(metric, option, widget);
     if (metric != PM_MdiSubWindowMinimizedWidth || !widget)
         return base;
-    // The active frame draws its caption bold, the wider of the two.
+    // The caption is drawn bold and elided twice: by the frame, to the label
+    // of a title bar inset by its 4 px border on each side, and by the style
+    // (Fusion), to that label less 14 px, in exact (fractional) advances.
     QFont font = QApplication::font("QMdiSubWindowTitleBar");
     font.setBold(true);
-    const int text = QFontMetrics(font).horizontalAdvance(widget->windowTitle());
+    const double text = QFontMetricsF(font).horizontalAdvance(widget->windowTitle());
     const int overhead = base - labelWidth(*this, *widget, base);
-    constexpr int kSpare = 8;
-    return qMax(base, text + overhead + kSpare);
+    constexpr int kBorder = 4;
+    constexpr int kStyleMargin = 14;
+    constexpr int kSpare = 2;
+    return qMax(base, int(std::ceil(text)) + kStyleMargin + overhead + 2 * kBorder + kSpare);
 }
 
 } // namespace quorvale

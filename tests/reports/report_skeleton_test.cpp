@@ -15,10 +15,12 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QHeaderView>
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPixmap>
 #include <QPushButton>
 #include <QSqlDriver>
 #include <QStyle>
@@ -299,35 +301,78 @@ TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
     delete main;
 }
 
-// Six minimized reports are told apart by their captions, which fit whole.
+// Six minimized reports are told apart by their captions, which Qt does not
+// elide. (ctest runs this on a virtual display too, in the fonts a desktop has.)
 TEST_F(ReportSkeleton, MinimizedWindowsShowTheirWholeCaption)
 {
-    testing::ChineseApplication program; // its font, in which captions are measured
+    testing::ChineseApplication program; // its font, in which captions are drawn
+    // The program's icon, which each frame draws before the caption.
+    QPixmap icon(64, 64);
+    icon.fill(Qt::darkBlue);
+    const QIcon before = QApplication::windowIcon();
+    QApplication::setWindowIcon(QIcon(icon));
     registerReportWindows();
     MdiForm1 main(session);
     main.resize(1400, 800);
     main.show();
     const QStringList items = {"房产客户", "车位客户", "财务数据欠收表房产",
                                "财务数据欠收表车位", "财务数据预收表车位", "财务数据预收表房产"};
-    QFont titleFont = QApplication::font("QMdiSubWindowTitleBar");
-    titleFont.setBold(true);
     for (const QString &item : items) {
         auto *sub = qobject_cast<QMdiSubWindow *>(main.showWindow(item)->parentWidget());
         ASSERT_NE(sub, nullptr);
         sub->showMinimized();
         QCoreApplication::processEvents();
+        // The caption as the frame draws it: elided to the label of its
+        // title bar, which lies inside the frame's 4 px border, and again by
+        // the style to that label less 14 px.
         QStyleOptionTitleBar bar;
         bar.initFrom(sub);
-        bar.rect = QRect(0, 0, sub->width(),
+        const int border = 4;
+        bar.rect = QRect(border, border, sub->width() - 2 * border,
                          sub->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, sub));
         bar.titleBarFlags = sub->windowFlags();
         bar.titleBarState = sub->windowState();
         bar.text = sub->windowTitle();
-        const QRect label =
-            sub->style()->subControlRect(QStyle::CC_TitleBar, &bar, QStyle::SC_TitleBarLabel, sub);
-        EXPECT_GE(label.width(), QFontMetrics(titleFont).horizontalAdvance(sub->windowTitle()))
-            << sub->windowTitle().toStdString() << " in " << sub->width() << " px";
+        bar.icon = sub->windowIcon();
+        const int label =
+            sub->style()->subControlRect(QStyle::CC_TitleBar, &bar, QStyle::SC_TitleBarLabel, sub)
+                .width();
+        QFont bold = QApplication::font("QMdiSubWindowTitleBar");
+        bold.setBold(true);
+        for (const QFont &font : {QApplication::font("QMdiSubWindowTitleBar"), bold})
+            EXPECT_EQ(QFontMetrics(font).elidedText(sub->windowTitle(), Qt::ElideRight, label - 14),
+                      sub->windowTitle())
+                << "in " << sub->width() << " px";
     }
+    QApplication::setWindowIcon(before);
+}
+
+// A report opens maximized; "restore down" gives it its normal size, the
+// one it was designed at or the one it last had, never a strip.
+TEST_F(ReportSkeleton, RestoringAWindowGivesItsNormalSize)
+{
+    registerReportWindows();
+    MdiForm1 main(session);
+    main.resize(1400, 900);
+    main.show();
+    QWidget *report = main.showWindow("财务数据欠收表房产");
+    auto *sub = qobject_cast<QMdiSubWindow *>(report->parentWidget());
+    ASSERT_NE(sub, nullptr);
+    QCoreApplication::processEvents();
+    ASSERT_TRUE(sub->isMaximized());
+    const QSize designed(800, 500);
+    sub->showNormal();
+    QCoreApplication::processEvents();
+    EXPECT_GE(report->width(), designed.width());
+    EXPECT_GE(report->height(), designed.height());
+
+    sub->resize(900, 620);
+    const QSize normal = sub->size();
+    sub->showMaximized();
+    sub->showMinimized();
+    sub->showNormal();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(sub->size(), normal);
 }
 
 } // namespace

@@ -69,7 +69,12 @@ ReportWindow::ReportWindow(SessionPtr session, ReportDefinition definition, QWid
     buildControls();
     if (!m_definition.headerAtLoad)
         m_grid->setFormatString(m_definition.formatString);
-    resize(800, 500);
+    resize(sizeHint());
+}
+
+QSize ReportWindow::sizeHint() const
+{
+    return {800, 500};
 }
 
 ReportWindow::~ReportWindow()

@@ -41,6 +41,9 @@ class ReportWindow : public QWidget {
     ReportWindow(SessionPtr session, ReportDefinition definition, QWidget *parent = nullptr);
     ~ReportWindow() override;
 
+    // The size it was designed at, and its normal size in the main window.
+    QSize sizeHint() const override;
+
     const ReportDefinition &definition() const { return m_definition; }
     const SessionPtr &session() const { return m_session; }
 

@@ -226,6 +226,8 @@ QWidget *MdiForm1::showWindow(const QString &menuItemName)
         if (found->kind == ChildKind::MdiChild) {
             QMdiSubWindow *sub = m_mdiArea->addSubWindow(w);
             sub->setStyle(m_captionStyle);
+            // A child maximized at once keeps its designed size for "restore down".
+            sub->resize(sub->sizeHint());
             watchChild(w, sub);
         } else {
             w->setParent(this, Qt::Dialog);
