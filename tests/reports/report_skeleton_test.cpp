@@ -11,6 +11,7 @@
 #include "support/chineseapplication.h"
 #include "session/windows/mdiform1.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
 #include <QDir>
@@ -22,6 +23,7 @@
 #include <QMdiSubWindow>
 #include <QPixmap>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QSqlDriver>
 #include <QStyle>
 #include <QStyleOptionTitleBar>
@@ -366,13 +368,50 @@ TEST_F(ReportSkeleton, RestoringAWindowGivesItsNormalSize)
     EXPECT_GE(report->width(), designed.width());
     EXPECT_GE(report->height(), designed.height());
 
-    sub->resize(900, 620);
+    sub->resize(sub->size() + QSize(100, 120));
     const QSize normal = sub->size();
     sub->showMaximized();
     sub->showMinimized();
     sub->showNormal();
     QCoreApplication::processEvents();
     EXPECT_EQ(sub->size(), normal);
+}
+
+// However small the clerk makes a report window, no label, option or button
+// of its strip is cut short.
+TEST_F(ReportSkeleton, EveryLabelIsWholeAtTheSmallestSize)
+{
+    testing::ChineseApplication program; // its font, in which the texts are laid out
+    registerReportWindows();
+    MdiForm1 main(session);
+    main.resize(1600, 900);
+    main.show();
+    const QStringList items = {"房产客户", "车位客户", "财务数据欠收表房产",
+                               "财务数据欠收表车位", "财务数据预收表车位", "财务数据预收表房产"};
+    for (const QString &item : items) {
+        SCOPED_TRACE(item.toStdString());
+        QWidget *report = main.showWindow(item);
+        auto *sub = qobject_cast<QMdiSubWindow *>(report->parentWidget());
+        ASSERT_NE(sub, nullptr);
+        sub->showNormal();
+        sub->resize(300, 200);
+        QCoreApplication::processEvents();
+        auto *strip = report->findChild<QWidget *>("Picture1");
+        for (QWidget *w : strip->findChildren<QWidget *>()) {
+            if (!w->isVisibleTo(report))
+                continue;
+            // A label or option needs its size hint, which is its whole text; a
+            // push button its text and the style's margins.
+            int needed = 0;
+            if (qobject_cast<QLabel *>(w) || qobject_cast<QRadioButton *>(w))
+                needed = w->sizeHint().width();
+            else if (auto *button = qobject_cast<QPushButton *>(w))
+                needed = button->fontMetrics().horizontalAdvance(button->text()) +
+                         2 * button->style()->pixelMetric(QStyle::PM_ButtonMargin);
+            EXPECT_GE(w->width(), needed)
+                << w->objectName().toStdString() << " is cut at " << report->width() << " px";
+        }
+    }
 }
 
 } // namespace

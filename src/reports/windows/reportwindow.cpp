@@ -19,6 +19,7 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFrame>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMdiArea>
@@ -74,7 +75,15 @@ ReportWindow::ReportWindow(SessionPtr session, ReportDefinition definition, QWid
 
 QSize ReportWindow::sizeHint() const
 {
-    return {800, 500};
+    return QSize(800, 500).expandedTo(minimumSizeHint());
+}
+
+QSize ReportWindow::minimumSizeHint() const
+{
+    // The strip whole, and a few rows of the grid above it.
+    constexpr int kGridRows = 120;
+    const QSize strip = m_picture1->minimumSizeHint();
+    return {strip.width(), kGridRows + strip.height() + m_statusBar->sizeHint().height()};
 }
 
 ReportWindow::~ReportWindow()
@@ -105,12 +114,15 @@ void ReportWindow::buildControls()
     strip->addWidget(m_label1);
     strip->addWidget(m_combo1);
     strip->addStretch(1);
+    m_buttons = new QGridLayout;
+    m_buttons->setSpacing(4);
+    strip->addLayout(m_buttons);
     for (int i = 0; i < kCommandCaptions.size(); ++i) {
         auto *button = new QPushButton(kCommandCaptions[i], m_picture1);
         button->setObjectName(QStringLiteral("Command1"));
         button->setProperty("index", i);
         connect(button, &QPushButton::clicked, this, [this, i] { ReportCommand(i); });
-        strip->addWidget(button);
+        m_buttons->addWidget(button, 0, i);
         m_command1 << button;
     }
     m_picture1->installEventFilter(this);
@@ -138,6 +150,10 @@ QFrame *ReportWindow::picture2()
         m_picture2->setObjectName(QStringLiteral("Picture2"));
         auto *strip = static_cast<QHBoxLayout *>(m_picture1->layout());
         strip->insertWidget(2, m_picture2);
+        // The panel has two rows; the buttons take two as well, leaving the
+        // panel room for its labels whole.
+        for (int i = 0; i < m_command1.size(); ++i)
+            m_buttons->addWidget(m_command1[i], i / 2, i % 2);
         layoutStrip();
     }
     return m_picture2;
@@ -282,6 +298,8 @@ void ReportWindow::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     if (!m_keyboardReady) {
         m_keyboardReady = true;
+        // Never so small that a label of the strip is cut.
+        setMinimumSize(minimumSizeHint());
         setTabOrderAsLaidOut(this);
         enterPressesButtons(this);
     }

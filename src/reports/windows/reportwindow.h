@@ -13,6 +13,7 @@
 
 class QComboBox;
 class QFrame;
+class QGridLayout;
 class QLabel;
 class QMdiSubWindow;
 class QPushButton;
@@ -43,6 +44,8 @@ class ReportWindow : public QWidget {
 
     // The size it was designed at, and its normal size in the main window.
     QSize sizeHint() const override;
+    // The bottom strip with every label whole.
+    QSize minimumSizeHint() const override;
 
     const ReportDefinition &definition() const { return m_definition; }
     const SessionPtr &session() const { return m_session; }
@@ -131,6 +134,7 @@ class ReportWindow : public QWidget {
     QLabel *m_label1 = nullptr;
     QComboBox *m_combo1 = nullptr;
     QVector<QPushButton *> m_command1;
+    QGridLayout *m_buttons = nullptr;
     QStatusBar *m_statusBar = nullptr;
     QVector<QLabel *> m_panels;
     QLabel *m_progressPanel = nullptr;
