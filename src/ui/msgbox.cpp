@@ -3,6 +3,8 @@
 #include "runtime/toplevelhandler.h"
 
 #include <QApplication>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QMessageBox>
 
 namespace quorvale {
@@ -24,6 +26,20 @@ QMessageBox::Icon iconFor(int style)
     default: return QMessageBox::NoIcon;
     }
 }
+// A short prompt makes a box narrower than its title, which the window
+// manager then cuts ("qu…ale"): the box is made as wide as the title in a
+// bold caption, with room for the frame's icon and three buttons.
+void keepTitleWhole(QMessageBox &box)
+{
+    constexpr int kFrameDecorations = 120;
+    QFont caption = box.font();
+    caption.setBold(true);
+    const int width = QFontMetrics(caption).horizontalAdvance(box.windowTitle()) + kFrameDecorations;
+    if (auto *grid = qobject_cast<QGridLayout *>(box.layout()))
+        grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Fixed, QSizePolicy::Minimum),
+                      grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 } // namespace
 
 void setMsgBoxResponder(MsgBoxResponder r) { responder() = std::move(r); }
@@ -47,6 +63,7 @@ int MsgBox(const QString &prompt, int style, const QString &title)
     case vb::YesNo: box.setStandardButtons(QMessageBox::Yes | QMessageBox::No); break;
     default: box.setStandardButtons(QMessageBox::Ok); break;
     }
+    keepTitleWhole(box);
     switch (box.exec()) {
     case QMessageBox::Yes: return vb::Yes;
     case QMessageBox::No: return vb::No;

@@ -3,6 +3,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFontMetrics>
 #include <QMessageBox>
 #include <QTimer>
 #include <gtest/gtest.h>
@@ -13,8 +14,9 @@ using namespace quorvale;
 
 namespace {
 
-// Acts on the message box once it is up; a box that does not come within
-// five seconds fails the test instead of leaving it waiting.
+// Acts on the message box once it is up; a box that does not become the
+// active modal window within five seconds fails the test, and whatever box
+// there is gets closed, so the test ends instead of waiting for a click.
 void whenShown(const std::function<void(QMessageBox *)> &act)
 {
     auto *poll = new QTimer;
@@ -25,10 +27,14 @@ void whenShown(const std::function<void(QMessageBox *)> &act)
             return;
         poll->stop();
         poll->deleteLater();
-        if (box)
+        if (box) {
             act(box);
-        else
-            ADD_FAILURE() << "no message box was shown";
+            return;
+        }
+        ADD_FAILURE() << "no message box became the active window";
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (auto *stray = qobject_cast<QMessageBox *>(w))
+                stray->reject();
     });
     poll->start(10);
 }
@@ -70,4 +76,21 @@ TEST(MsgBox, QuestionButtonsReadChinese)
     });
     MsgBox(QStringLiteral("请选择管理处！"));
     EXPECT_EQ(buttons, QStringList{"确定"});
+}
+
+// The title bar has room for the whole title however short the prompt.
+TEST(MsgBox, BoxIsWideEnoughForItsTitle)
+{
+    quorvale::testing::ChineseApplication chinese;
+    const QString title = QStringLiteral("quorvale 物业报表系统提示");
+    int width = 0, needed = 0;
+    whenShown([&](QMessageBox *box) {
+        QFont caption = box->font();
+        caption.setBold(true);
+        needed = QFontMetrics(caption).horizontalAdvance(title);
+        width = box->width();
+        box->buttons().first()->click();
+    });
+    MsgBox(QStringLiteral("好"), vb::OKOnly, title);
+    EXPECT_GE(width, needed + 100) << "the frame's icon and buttons leave too little for the title";
 }
