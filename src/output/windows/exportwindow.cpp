@@ -7,6 +7,7 @@
 #include "runtime/programinfo.h"
 #include "runtime/runtimeerror.h"
 #include "ui/centerinmain.h"
+#include "ui/chinesefilelist.h"
 #include "ui/flexgrid.h"
 #include "ui/keyboard.h"
 #include "ui/msgbox.h"
@@ -17,7 +18,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -266,8 +266,7 @@ void ExportWindow::chooseFile()
     const QString folder = saveAsFolder(QCoreApplication::applicationDirPath());
     const QString chosen =
         fileDialogHook() ? fileDialogHook()(this, folder, kFileFilter)
-                         : QFileDialog::getSaveFileName(this, QString(), folder, kFileFilter,
-                                                        nullptr, QFileDialog::DontConfirmOverwrite);
+                         : askSaveFileName(this, folder, kFileFilter);
     if (!chosen.isEmpty())
         m_text1[0]->setText(exportTargetPath(chosen));
 }
