@@ -54,7 +54,7 @@ QString Connection::embeddedConnectionString(const QString &path)
     return QStringLiteral(
                "Provider=SQLOLEDB.1;Password=;Persist Security Info=False;User ID=;Initial "
                "Catalog='';Data Source='") +
-           embeddedPrefix + path + QLatin1Char('\'');
+           embeddedPrefix + sqlQuoted(path) + QLatin1Char('\'');
 }
 
 QString Connection::embeddedDatabasePath(const QString &dataSource)

@@ -131,6 +131,18 @@ TEST(Connection, RelativePathIsBesideTheProgram)
     QFile::remove(full);
 }
 
+// A database file may be named as any file: quotes, semicolons, blanks.
+TEST(Connection, EmbeddedFileNamesNeedNoCare)
+{
+    QTemporaryDir dir;
+    for (const QString name : {"o'k.db", "a;b.db", "空 格.db", "''.db"}) {
+        SCOPED_TRACE(name.toStdString());
+        const QString path = dir.filePath(name);
+        EXPECT_NO_THROW(createDb(path)->Execute("CREATE TABLE t (a int)"));
+        EXPECT_TRUE(QFile::exists(path));
+    }
+}
+
 TEST(Connection, EachConnectionHasItsOwnQtConnectionAndRemovesIt)
 {
     QTemporaryDir dir;
