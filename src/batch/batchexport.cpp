@@ -81,10 +81,8 @@ QString periodOf(const ExportRequest &request)
 // No output may replace another output or what the run reads.
 void checkOutputPaths(const PlannedExport &pair)
 {
-    const QString app = QStringLiteral("Quorvale");
-    const QString database = Connection::embeddedDatabasePath(
-        SettingsStore::GetSetting(app, QStringLiteral("DBConfig"), QStringLiteral("Svr")));
-    const QString settings = SettingsStore::location(app);
+    const QString database = Connection::embeddedDatabasePath(DatabaseSettings::read().server);
+    const QString settings = DatabaseSettings::location();
     if (!pair.pdf.isEmpty() && isSameFile(pair.pdf, pair.workbook))
         throw UsageError(QStringLiteral("--pdf and --xlsx name the same file %1").arg(pair.workbook));
     const std::pair<const char *, QString> outputs[] = {{"--xlsx", pair.workbook},

@@ -17,17 +17,16 @@ namespace {
 // write them instead of the server error that empty settings end in.
 void requireSettings()
 {
-    const QString app = QStringLiteral("Quorvale");
-    const QString problem = SettingsStore::readProblem(app);
+    const QString problem = DatabaseSettings::readProblem();
     if (!problem.isEmpty())
         throw RuntimeError(ErrorNumber::FileNotFound,
                            QStringLiteral("the database settings cannot be read: %1").arg(problem));
-    if (SettingsStore::GetSetting(app, QStringLiteral("DBConfig"), QStringLiteral("Svr")).isEmpty())
+    if (DatabaseSettings::read().server.isEmpty())
         throw RuntimeError(ErrorNumber::FileNotFound,
                            QStringLiteral("no database settings in %1; write them with: "
                                           "quorvale-admin config --server SERVER --login LOGIN "
                                           "--password PASSWORD --database DATABASE")
-                               .arg(SettingsStore::location(app)));
+                               .arg(DatabaseSettings::location()));
 }
 
 } // namespace

@@ -117,23 +117,54 @@ QString SettingsStore::readProblem(const QString &app)
     return {};
 }
 
+namespace {
+
+const QString &databaseApp()
+{
+    static const QString app = QStringLiteral("Quorvale");
+    return app;
+}
+
+const QString &databaseSection()
+{
+    static const QString section = QStringLiteral("DBConfig");
+    return section;
+}
+
+} // namespace
+
 DatabaseSettings DatabaseSettings::read()
 {
-    const QString app = QStringLiteral("Quorvale");
-    const QString section = QStringLiteral("DBConfig");
-    return {SettingsStore::GetSetting(app, section, QStringLiteral("Svr")),
-            SettingsStore::GetSetting(app, section, QStringLiteral("UID")),
-            SettingsStore::GetSetting(app, section, QStringLiteral("PWD")),
-            SettingsStore::GetSetting(app, section, QStringLiteral("DBname"))};
+    const auto value = [](const char *key) {
+        return SettingsStore::GetSetting(databaseApp(), databaseSection(), QString::fromLatin1(key));
+    };
+    return {value("Svr"), value("UID"), value("PWD"), value("DBname")};
 }
 
 void DatabaseSettings::save() const
 {
-    SettingsStore::SaveSettings(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
+    SettingsStore::SaveSettings(databaseApp(), databaseSection(),
                                 {{QStringLiteral("Svr"), server},
                                  {QStringLiteral("UID"), login},
                                  {QStringLiteral("PWD"), password},
                                  {QStringLiteral("DBname"), database}});
+}
+
+QString DatabaseSettings::location()
+{
+    return SettingsStore::location(databaseApp());
+}
+
+QString DatabaseSettings::readProblem()
+{
+    return SettingsStore::readProblem(databaseApp());
+}
+
+bool DatabaseSettings::allowsCommandLineSession()
+{
+    return SettingsStore::GetSetting(databaseApp(), databaseSection(),
+                                     QStringLiteral("AllowCommandLineSession"))
+               .trimmed() != QLatin1String("0");
 }
 
 } // namespace quorvale

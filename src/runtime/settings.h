@@ -42,6 +42,14 @@ struct DatabaseSettings {
     static DatabaseSettings read();
     // Writes all four (the admin tool's config command).
     void save() const;
+
+    // Where they are kept, for messages: the INI file or the registry key.
+    static QString location();
+    // Why they cannot be read (a damaged or unreadable file); empty if they can.
+    static QString readProblem();
+    // The switch beside them: whether the program may take a session from
+    // its command line (any value but "0" allows it).
+    static bool allowsCommandLineSession();
 };
 
 } // namespace quorvale

@@ -57,10 +57,7 @@ QString commandLineText(const QStringList &arguments)
 
 QString sessionCommandLine(const QStringList &arguments)
 {
-    const QString allowed =
-        SettingsStore::GetSetting(QStringLiteral("Quorvale"), QStringLiteral("DBConfig"),
-                                  QStringLiteral("AllowCommandLineSession"));
-    if (allowed.trimmed() == QLatin1String("0"))
+    if (!DatabaseSettings::allowsCommandLineSession())
         return {};
     return commandLineText(arguments);
 }

@@ -35,8 +35,6 @@ AdminCommand configCommand()
             throw UsageError(
                 QStringLiteral("unexpected argument %1").arg(line.positional().first()));
         line.require(options);
-        const QString app = QStringLiteral("Quorvale");
-        const QString section = QStringLiteral("DBConfig");
         // A relative embedded path means the folder the command runs in now;
         // the program would read it against its own folder later.
         QString server = line.value(options[0]);
@@ -45,12 +43,11 @@ AdminCommand configCommand()
             QDir::isRelativePath(server.mid(embedded.size())))
             server = embedded + QDir::cleanPath(QDir::current().absoluteFilePath(
                                     server.mid(embedded.size())));
-        SettingsStore::SaveSetting(app, section, QStringLiteral("Svr"), server);
-        SettingsStore::SaveSetting(app, section, QStringLiteral("UID"), line.value(options[1]));
-        SettingsStore::SaveSetting(app, section, QStringLiteral("PWD"), line.value(options[2]));
-        SettingsStore::SaveSetting(app, section, QStringLiteral("DBname"), line.value(options[3]));
+        DatabaseSettings{server, line.value(options[1]), line.value(options[2]),
+                         line.value(options[3])}
+            .save();
         out << "database settings written for server " << server << " to "
-            << SettingsStore::location(app) << '\n';
+            << DatabaseSettings::location() << '\n';
     };
     return command;
 }

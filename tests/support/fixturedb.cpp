@@ -74,12 +74,7 @@ void FixtureDb::loadDemo(const QDate &today, int scale)
 void FixtureDb::writeSettings(const QString &login, const QString &password,
                               const QString &database) const
 {
-    const QString app = QStringLiteral("Quorvale");
-    const QString section = QStringLiteral("DBConfig");
-    SettingsStore::SaveSetting(app, section, QStringLiteral("Svr"), server());
-    SettingsStore::SaveSetting(app, section, QStringLiteral("UID"), login);
-    SettingsStore::SaveSetting(app, section, QStringLiteral("PWD"), password);
-    SettingsStore::SaveSetting(app, section, QStringLiteral("DBname"), database);
+    DatabaseSettings{server(), login, password, database}.save();
 }
 
 QList<QStringList> FixtureDb::rows(const QString &tsql) const
