@@ -30,6 +30,17 @@ const std::vector<QByteArray> &columnNames()
     return names;
 }
 
+// A formatting call's effect on the format a cell or row asks for.
+void applyFormat(StyleRequest &request, const FormatOp &op)
+{
+    switch (op.property) {
+    case FormatProperty::FontSize: request.fontSize = op.value; break;
+    case FormatProperty::Horizontal: request.horizontal = qint8(op.value); break;
+    case FormatProperty::Vertical: request.vertical = qint8(op.value); break;
+    case FormatProperty::Border: request.border = qint8(op.value); break;
+    }
+}
+
 bool hasEdgeSpace(const QString &text)
 {
     return !text.isEmpty() && (text.front().isSpace() || text.back().isSpace());
@@ -72,12 +83,7 @@ StyleRequest RowWriter::requestFor(int col, quint32 baseXf) const
     for (const FormatOp *op : m_rowOps) {
         if (!op->wholeRows && (col < op->col1 || col > op->col2))
             continue;
-        switch (op->property) {
-        case FormatProperty::FontSize: request.fontSize = op->value; break;
-        case FormatProperty::Horizontal: request.horizontal = qint8(op->value); break;
-        case FormatProperty::Vertical: request.vertical = qint8(op->value); break;
-        case FormatProperty::Border: request.border = qint8(op->value); break;
-        }
+        applyFormat(request, *op);
     }
     return request;
 }
@@ -133,12 +139,7 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
         for (const FormatOp *op : m_rowOps) {
             if (!op->wholeRows)
                 continue;
-            switch (op->property) {
-            case FormatProperty::FontSize: rowRequest.fontSize = op->value; break;
-            case FormatProperty::Horizontal: rowRequest.horizontal = qint8(op->value); break;
-            case FormatProperty::Vertical: rowRequest.vertical = qint8(op->value); break;
-            case FormatProperty::Border: rowRequest.border = qint8(op->value); break;
-            }
+            applyFormat(rowRequest, *op);
         }
         rowXf = resolve(rowRequest);
         rowCustom = true;

@@ -26,14 +26,6 @@ constexpr int BuiltinDateFormat = 14;
                        QStringLiteral("工作簿的样式部分（styles.xml）已损坏，无法写入"));
 }
 
-int intAttribute(QByteArrayView tagText, const char *name, int fallback = 0)
-{
-    const auto value = XmlText::attribute(tagText, name);
-    bool ok = false;
-    const int n = value ? value->toInt(&ok) : 0;
-    return ok ? n : fallback;
-}
-
 // Start tag of an element's text and the rest after it.
 qsizetype startTagEnd(QByteArrayView element)
 {
@@ -290,7 +282,7 @@ int StyleSheet::dateTimeFormat()
         return m_dateTimeFormat;
     int maxId = 163; // ids below 164 are Excel's built-in formats
     for (const QByteArray &item : m_numFmts.items) {
-        const int id = intAttribute(item, "numFmtId", -1);
+        const int id = XmlText::numberAttribute(item, "numFmtId", -1);
         if (XmlText::attribute(item, "formatCode") == QByteArray(DateTimeCode))
             return m_dateTimeFormat = id;
         maxId = std::max(maxId, id);
@@ -309,7 +301,7 @@ bool StyleSheet::isGeneral(int numFmtId) const
     if (numFmtId < 164)
         return false;
     for (const QByteArray &item : m_numFmts.items)
-        if (intAttribute(item, "numFmtId", -1) == numFmtId)
+        if (XmlText::numberAttribute(item, "numFmtId", -1) == numFmtId)
             return XmlText::attribute(item, "formatCode")
                        .value_or(QByteArray())
                        .compare("General", Qt::CaseInsensitive) == 0;
@@ -369,13 +361,13 @@ quint32 StyleSheet::resolve(const StyleRequest &request)
         body = selfClosing ? "</" + tag("xf") + ">" : base.mid(split);
     }
 
-    if (r.numFmt && isGeneral(intAttribute(start, "numFmtId"))) {
+    if (r.numFmt && isGeneral(XmlText::numberAttribute(start, "numFmtId", 0))) {
         const int id = r.numFmt == 1 ? BuiltinDateFormat : dateTimeFormat();
         start = XmlText::setAttribute(start, "numFmtId", QByteArray::number(id));
         start = XmlText::setAttribute(start, "applyNumberFormat", "1");
     }
     if (r.fontSize > 0) {
-        const int font = fontWithSize(own ? -1 : intAttribute(start, "fontId"), r.fontSize);
+        const int font = fontWithSize(own ? -1 : XmlText::numberAttribute(start, "fontId", 0), r.fontSize);
         start = XmlText::setAttribute(start, "fontId", QByteArray::number(font));
         start = XmlText::setAttribute(start, "applyFont", "1");
     } else if (own) {
