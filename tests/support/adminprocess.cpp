@@ -1,6 +1,7 @@
 #include "support/adminprocess.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QProcess>
 
 namespace quorvale::testing {
@@ -21,6 +22,19 @@ ProcessRun runAdmin(const QStringList &arguments)
     return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
             QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+bool waitForErrorText(QProcess &process, const QString &text, QString &seen)
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (!seen.contains(text)) {
+        if (process.state() == QProcess::NotRunning || clock.elapsed() > 120000)
+            return false;
+        process.waitForReadyRead(1000);
+        seen += QString::fromUtf8(process.readAllStandardError());
+    }
+    return true;
 }
 
 } // namespace quorvale::testing

@@ -3,6 +3,8 @@
 #include <QString>
 #include <QStringList>
 
+class QProcess;
+
 namespace quorvale::testing {
 
 // What one run of a built program printed and returned.
@@ -18,5 +20,10 @@ QString builtProgram(const QString &name);
 
 // Runs quorvale-admin with the arguments and waits for it.
 ProcessRun runAdmin(const QStringList &arguments);
+
+// Reads the running process's error output until it holds the text, which
+// a test waits for instead of polling and guessing; false when the process
+// ends or two minutes pass first. What was read is appended to `seen`.
+bool waitForErrorText(QProcess &process, const QString &text, QString &seen);
 
 } // namespace quorvale::testing

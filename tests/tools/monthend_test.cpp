@@ -2,6 +2,7 @@
 // scheduler starts it.
 #include "batch/exportdates.h"
 #include "batch/usageerror.h"
+#include "runtime/writerlock.h"
 #include "support/adminprocess.h"
 #include "support/fixturedb.h"
 #include "support/xlsxdump.h"
@@ -12,7 +13,6 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QThread>
 #include <gtest/gtest.h>
 
 #include <csignal>
@@ -166,11 +166,8 @@ TEST_F(MonthEnd, AnInterruptedRunLeavesTheWorkbookItWasWriting)
     GTEST_SKIP() << "Windows has no signals: a console event reaches only a process sharing the "
                     "test's console, which a test under Wine does not have";
 #else
-    FixtureDb big;
-    big.loadDemo(QDate::currentDate(), 15000);
-    big.writeSettings();
     const QString book = out.filePath("big.xlsx");
-    ASSERT_EQ(runAdmin(QStringList{"export", "--report", "车位客户", "--office", "BIG", "--xlsx",
+    ASSERT_EQ(runAdmin(QStringList{"export", "--report", "车位客户", "--office", "2", "--xlsx",
                                    book} +
                        signIn())
                   .status,
@@ -180,19 +177,24 @@ TEST_F(MonthEnd, AnInterruptedRunLeavesTheWorkbookItWasWriting)
     const QByteArray before = f.readAll();
     f.close();
 
+    // A colleague's computer is writing the workbook on a shared folder: the
+    // run computes its first report and waits at the workbook, saying so; it
+    // is stopped there.
+    const QString held = WriterLock::lockPathOf(book);
+    QFile lock(held);
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+    lock.write("4242\nquorvale-admin\nanother-pc\n");
+    lock.close();
     QProcess process;
     process.start(builtProgram("quorvale-admin"),
-                  QStringList{"export", "--report", "all", "--office", "BIG", "--xlsx", book} +
+                  QStringList{"export", "--report", "all", "--office", "2", "--xlsx", book} +
                       signIn());
-    ASSERT_TRUE(process.waitForStarted());
-    // The workbook is locked from its first sheet on: stop the run inside it.
-    for (int i = 0; i < 6000 && files(out.path()).size() < 2 &&
-                    process.state() == QProcess::Running;
-         ++i)
-        QThread::msleep(10);
-    ASSERT_GE(files(out.path()).size(), 2);
+    QString said;
+    ASSERT_TRUE(quorvale::testing::waitForErrorText(process, "waiting for another", said))
+        << said.toStdString();
     ::kill(pid_t(process.processId()), SIGINT);
     process.waitForFinished(60000);
+    QFile::remove(held);
     EXPECT_EQ(process.exitCode(), 130);
     EXPECT_EQ(files(out.path()), QStringList{"big.xlsx"});
     ASSERT_TRUE(f.open(QIODevice::ReadOnly));
