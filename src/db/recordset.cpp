@@ -146,16 +146,21 @@ int Recordset::fieldCount() const
     return int(d->columns.size());
 }
 
-Field Recordset::Fields(const QString &name) const
+int Recordset::fieldIndex(const QString &name) const
 {
     if (!d->open)
         closedRecordset();
     for (int i = 0; i < d->columns.size(); ++i)
         if (d->columns.at(i).name.compare(name, Qt::CaseInsensitive) == 0)
-            return Fields(i);
+            return i;
     throw RuntimeError(ErrorNumber::ItemNotFound,
                        QStringLiteral("Item cannot be found in the collection corresponding to the "
                                       "requested name or ordinal."));
+}
+
+Field Recordset::Fields(const QString &name) const
+{
+    return Fields(fieldIndex(name));
 }
 
 Field Recordset::Fields(int index) const

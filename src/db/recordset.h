@@ -29,6 +29,8 @@ public:
     int fieldCount() const;
     // Name lookup ignores case; an unknown name throws error 3265.
     Field Fields(const QString &name) const;
+    // The position of the named field, for reading it by position row after row.
+    int fieldIndex(const QString &name) const;
     Field Fields(int index) const;
     QString source() const;
 

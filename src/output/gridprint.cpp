@@ -2,15 +2,12 @@
 
 #include "reports/textwidth.h"
 #include "runtime/printer.h"
-#include "runtime/printerfonts.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/twips.h"
 #include "runtime/vb.h"
 
 #include <QDate>
-#include <QFontMetrics>
 #include <QHash>
-#include <QImage>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -231,13 +228,7 @@ PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, cons
 PrintLook printLookOf(const QFont &font, int dpi)
 {
     // The grid's rows are the font's height plus two pixels, as it lays them out.
-    ensureCjkFontSubstitutes();
-    QImage device(1, 1, QImage::Format_ARGB32);
-    const int dotsPerMeter = qRound(dpi / 0.0254);
-    device.setDotsPerMeterX(dotsPerMeter);
-    device.setDotsPerMeterY(dotsPerMeter);
-    const QFontMetrics metrics(font, &device);
-    return {font, qRound(dotsToTwips(metrics.height() + 2, device.logicalDpiX()))};
+    return {font, qRound(dotsToTwips(fontMetricsAt(font, dpi).height() + 2, dpi))};
 }
 
 QString paperTooNarrowQuestion()

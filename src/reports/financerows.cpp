@@ -12,16 +12,6 @@ const QString kPlaceSeparator = QStringLiteral("->");
 const QString kPayerType = QStringLiteral("业主");
 const QString kNullAmount = QStringLiteral("0");
 
-int fieldIndex(const Recordset &record, const QString &name)
-{
-    for (int i = 0; i < record.fieldCount(); ++i) {
-        if (record.Fields(i).name().compare(name, Qt::CaseInsensitive) == 0)
-            return i;
-    }
-    (void)record.Fields(name); // an unknown name raises the recordset's own error
-    return -1;
-}
-
 } // namespace
 
 // Field positions, looked up once per statement rather than by name per cell.
@@ -37,20 +27,20 @@ void FinanceRowBuilder::operator()(const Recordset &record, QStringList &row)
     const FinanceReportTraits &traits = financeTraits(m_kind);
     if (!m_columns) {
         auto c = std::make_shared<Columns>();
-        c->officeName = fieldIndex(record, QStringLiteral("GYD_Name"));
+        c->officeName = record.fieldIndex(QStringLiteral("GYD_Name"));
         c->place1 =
-            fieldIndex(record, traits.parking ? QStringLiteral("车库名") : QStringLiteral("DZ"));
+            record.fieldIndex(traits.parking ? QStringLiteral("车库名") : QStringLiteral("DZ"));
         c->place2 =
-            fieldIndex(record, traits.parking ? QStringLiteral("车位编号") : QStringLiteral("室"));
+            record.fieldIndex(traits.parking ? QStringLiteral("车位编号") : QStringLiteral("室"));
         if (!traits.parking)
-            c->nature = fieldIndex(record, QStringLiteral("FWXZ_xz"));
-        c->feeName = fieldIndex(record, QStringLiteral("XM"));
-        c->amount = fieldIndex(record, QStringLiteral("ZJ_JE"));
-        c->month = fieldIndex(record, QStringLiteral("ZJ_CNY"));
+            c->nature = record.fieldIndex(QStringLiteral("FWXZ_xz"));
+        c->feeName = record.fieldIndex(QStringLiteral("XM"));
+        c->amount = record.fieldIndex(QStringLiteral("ZJ_JE"));
+        c->month = record.fieldIndex(QStringLiteral("ZJ_CNY"));
         if (traits.advance) {
-            c->receiptDate = fieldIndex(record, QStringLiteral("zj_skrq"));
-            c->paymentMethod = fieldIndex(record, QStringLiteral("收款方式"));
-            c->invoice = fieldIndex(record, QStringLiteral("发票号码"));
+            c->receiptDate = record.fieldIndex(QStringLiteral("zj_skrq"));
+            c->paymentMethod = record.fieldIndex(QStringLiteral("收款方式"));
+            c->invoice = record.fieldIndex(QStringLiteral("发票号码"));
         }
         m_columns = std::move(c);
     }

@@ -14,7 +14,7 @@ namespace {
 
 // Metrics follow the device's logical DPI; an image of the wanted DPI is the
 // simplest device that has one without a window.
-QFontMetricsF metricsAt(const QFont &font, int dpi)
+QImage deviceAt(int dpi)
 {
     // Measured in the font the grid shows and the printer draws.
     ensureCjkFontSubstitutes();
@@ -22,6 +22,12 @@ QFontMetricsF metricsAt(const QFont &font, int dpi)
     const int dotsPerMeter = qRound(dpi / 0.0254);
     device.setDotsPerMeterX(dotsPerMeter);
     device.setDotsPerMeterY(dotsPerMeter);
+    return device;
+}
+
+QFontMetricsF metricsAt(const QFont &font, int dpi)
+{
+    const QImage device = deviceAt(dpi);
     return QFontMetricsF(font, &device);
 }
 
@@ -46,6 +52,12 @@ double TextWidthCache::width(const QString &text)
         m_widths.clear();
     m_widths.insert(text, twips);
     return twips;
+}
+
+QFontMetrics fontMetricsAt(const QFont &font, int dpi)
+{
+    const QImage device = deviceAt(dpi);
+    return QFontMetrics(font, &device);
 }
 
 TextWidthFn textWidthsIn(const QFont &font, int dpi)

@@ -3,6 +3,7 @@
 #include "reports/reporttable.h"
 
 #include <QFont>
+#include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QHash>
 #include <QString>
@@ -29,6 +30,8 @@ class TextWidthCache {
     QHash<QString, double> m_widths;
 };
 
+// The font's metrics in whole pixels at the dpi, as a window lays it out.
+QFontMetrics fontMetricsAt(const QFont &font, int dpi);
 // Widths in the font at the dpi, each distinct text measured once.
 TextWidthFn textWidthsIn(const QFont &font, int dpi);
 // The logical DPI windows measure at: the primary screen's, 96 without one.
