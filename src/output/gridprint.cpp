@@ -16,6 +16,17 @@ namespace quorvale {
 
 namespace {
 
+// Where the printed columns of one table sit on the paper, in twips.
+struct GridPrintTable {
+    const ReportTable *table = nullptr;
+    double left = 0; // negative when the table is wider than the paper
+    QVector<double> widths;
+    double rowPitch = 0;
+
+    double width() const;
+    double columnLeft(int column) const;
+};
+
 const QString kCompany = QStringLiteral("Orrisfield物业管理有限公司");
 const QString kHeadingFont = QStringLiteral("宋体");
 const QString kPrintDate = QStringLiteral("打印日期 ");
@@ -214,33 +225,6 @@ GridPrintTable centredTable(Printer &printer, const ReportTable &source, int tra
     return table;
 }
 
-} // namespace
-
-PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to)
-{
-    PrintTitles titles;
-    titles.title = QLatin1Char('(') + officeName + QLatin1Char(')') + kPrintTitleSuffix;
-    titles.secondLine =
-        kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') + vbrt::formatChineseDate(to);
-    return titles;
-}
-
-PrintLook printLookOf(const QFont &font, int dpi)
-{
-    // The grid's rows are the font's height plus two pixels, as it lays them out.
-    return {font, qRound(dotsToTwips(fontMetricsAt(font, dpi).height() + 2, dpi))};
-}
-
-QString paperTooNarrowQuestion()
-{
-    return kTooWide + QLatin1Char('\n') + kChangeSetup;
-}
-
-bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing)
-{
-    return centredTable(printer, table, trailing).left >= 0;
-}
-
 double GridPrintTable::width() const
 {
     double total = 0;
@@ -257,6 +241,7 @@ double GridPrintTable::columnLeft(int column) const
     return x;
 }
 
+// Sets the heading font and returns its line height.
 double LineHeight(Printer &printer)
 {
     printer.setFontName(kHeadingFont);
@@ -264,11 +249,14 @@ double LineHeight(Printer &printer)
     return printer.TextHeight(QStringLiteral("中"));
 }
 
+// Line height in the printer's current font.
 double BodyLineHeight(Printer &printer)
 {
     return printer.TextHeight(QStringLiteral("中"));
 }
 
+// Heading block and column-heading row of one page, from the top of the
+// page; returns the y of the table's top rule. The body font stays set.
 double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
                        double bodyFontSize, const GridPrintTable &table)
 {
@@ -315,6 +303,7 @@ double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QStrin
     return tableTop;
 }
 
+// Footer of one page; y is the position below the page's last row.
 void PrintPageFooter(Printer &printer, double left, double tableWidth, bool signature, int page,
                      int pageCount, double y)
 {
@@ -338,7 +327,6 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
     printer.Print(numbering);
 }
 
-namespace {
 
 void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
                 const PrintTitles &titles, bool signature, const PrintProgress &progress)
@@ -403,6 +391,32 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
 }
 
 } // namespace
+
+PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to)
+{
+    PrintTitles titles;
+    titles.title = QLatin1Char('(') + officeName + QLatin1Char(')') + kPrintTitleSuffix;
+    titles.secondLine =
+        kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') + vbrt::formatChineseDate(to);
+    return titles;
+}
+
+PrintLook printLookOf(const QFont &font, int dpi)
+{
+    // The grid's rows are the font's height plus two pixels, as it lays them out.
+    return {font, qRound(dotsToTwips(fontMetricsAt(font, dpi).height() + 2, dpi))};
+}
+
+QString paperTooNarrowQuestion()
+{
+    return kTooWide + QLatin1Char('\n') + kChangeSetup;
+}
+
+bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing)
+{
+    return centredTable(printer, table, trailing).left >= 0;
+}
+
 
 void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
                const PrintTitles &titles, bool signature, int trailing,

@@ -26,17 +26,6 @@ PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, cons
 // The look of a grid in the font at the dpi, as the grid lays its rows out.
 PrintLook printLookOf(const QFont &font, int dpi);
 
-// Where the printed columns of one table sit on the paper, in twips.
-struct GridPrintTable {
-    const ReportTable *table = nullptr;
-    double left = 0; // negative when the table is wider than the paper
-    QVector<double> widths;
-    double rowPitch = 0;
-
-    double width() const;
-    double columnLeft(int column) const;
-};
-
 // The question a window asks when the table is wider than the paper; Yes
 // leaves the print, so the user can change the paper first.
 QString paperTooNarrowQuestion();
@@ -54,19 +43,6 @@ using PrintProgress = std::function<void(int page, int pageCount)>;
 void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
                const PrintTitles &titles, bool signature, int trailing,
                const PrintProgress &progress = {});
-
-// Heading block and column-heading row of one page, from the top of the
-// page; returns the y of the table's top rule. The body font stays set.
-double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
-                       double bodyFontSize, const GridPrintTable &table);
-// Footer of one page; y is the position below the page's last row.
-void PrintPageFooter(Printer &printer, double left, double tableWidth, bool signature, int page,
-                     int pageCount, double y);
-
-// Sets the heading font and returns its line height.
-double LineHeight(Printer &printer);
-// Line height in the printer's current font.
-double BodyLineHeight(Printer &printer);
 
 // Sets every column's width (twips) to the widest of its cell texts.
 void AutoFitColumns(ReportTable &table, const TextWidthFn &textWidth);
