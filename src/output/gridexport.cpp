@@ -85,10 +85,12 @@ void writeTableToSheet(xlsx::Workbook &book, const ReportTable &table,
     }
 
     const int textColumn = textColumnOf(variant);
+    QStringList cells;
     for (int r = 0; r < rows; ++r) {
+        table.readRow(r, cells);
         for (int k = 1; k <= columns; ++k) {
             const int i = chosenColumns[k - 1];
-            QString text = table.text(r, i);
+            QString text = cells[i];
             if (i == textColumn && r != 0 && !vbrt::Trim(text).isEmpty())
                 text.prepend(QLatin1Char('\''));
             sheet.setCellValue(r + 1, k, text);

@@ -192,11 +192,12 @@ void printInColumn(Printer &printer, TextAdvances &advances, const QString &text
 }
 
 void printRowTexts(Printer &printer, const GridPrintTable &table, int row, double rowTop,
-                   TextAdvances &advances)
+                   TextAdvances &advances, QStringList &cells)
 {
     const Band band{rowTop, table.rowPitch, centredTop(printer, rowTop, table.rowPitch)};
+    table.table->readRow(row, cells);
     for (int c = 0; c < table.widths.size(); ++c) {
-        const QString text = table.table->text(row, c);
+        const QString &text = cells[c];
         if (!text.isEmpty())
             printInColumn(printer, advances, text, table.columnLeft(c), table.widths[c], band,
                           false);
@@ -353,6 +354,7 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
     const QString bodyFont = look.font.family();
     const double bodySize = bodyFontSize(look.font);
     TextAdvances advances;
+    QStringList cells;
     int page = 0;
     int onPage = 0;
     double tableTop = 0;
@@ -376,7 +378,7 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
             startPage();
         else
             ++onPage;
-        printRowTexts(printer, table, row, y, advances);
+        printRowTexts(printer, table, row, y, advances, cells);
         y += table.rowPitch;
         printer.Line(table.left, y, table.left + table.width(), y);
     }

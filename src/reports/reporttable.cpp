@@ -239,6 +239,19 @@ QString ReportTable::text(int row, int col) const
     return {};
 }
 
+void ReportTable::readRow(int row, QStringList &texts) const
+{
+    checkRow(row);
+    texts.resize(m_cols);
+    for (QString &text : texts)
+        text.clear();
+    const QString &packed = m_rows[size_t(row)];
+    Run run;
+    for (qsizetype pos = 0; nextRun(packed, pos, run); pos = run.end)
+        if (run.col < m_cols)
+            texts[run.col] = packed.mid(run.text, run.length);
+}
+
 void ReportTable::setText(int row, int col, const QString &text)
 {
     checkRow(row);

@@ -75,6 +75,10 @@ public:
     void setFixedCols(int cols);
 
     QString text(int row, int col) const;
+    // Every cell of the row in one pass ("" where none was set), into a list
+    // the caller keeps from row to row: reading a wide table row by row
+    // costs rows × columns, where text() for each cell costs columns more.
+    void readRow(int row, QStringList &texts) const;
     void setText(int row, int col, const QString &text);
     // Appends whole rows below the last one; texts beyond cols() are dropped.
     void appendRows(const QVector<QStringList> &rows);
