@@ -14,6 +14,7 @@
 #include "ui/waitpointer.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -42,6 +43,13 @@ const QString kNoSpreadsheetProgram =
 // The misspellings are the window's own; *.xlsx is listed so workbooks can be picked.
 const QString kFileFilter = QStringLiteral("Excel Flie *.xls (*.xls *.xlsx);;All flie *.* (*)");
 
+// The two windows of one design, as they were named.
+QString windowName(ExportWindow::Variant variant)
+{
+    return variant == ExportWindow::Variant::Customer ? QStringLiteral("frmToExcel")
+                                                      : QStringLiteral("frmToExcelnew");
+}
+
 [[noreturn]] void throwNoSourceGrid()
 {
     throw RuntimeError(ErrorNumber::ObjectNotSet,
@@ -64,8 +72,7 @@ ExportWindow::OpenWorkbookHook &openWorkbookHook()
 
 ExportWindow::ExportWindow(Variant variant, QWidget *parent) : QDialog(parent), m_variant(variant)
 {
-    setObjectName(variant == Variant::Customer ? QStringLiteral("frmToExcel")
-                                               : QStringLiteral("frmToExcelnew"));
+    setObjectName(windowName(variant));
     setWindowTitle(QStringLiteral("输出EXCEL"));
     setModal(false);
     buildControls();
@@ -74,11 +81,18 @@ ExportWindow::ExportWindow(Variant variant, QWidget *parent) : QDialog(parent), 
 
 ExportWindow *ExportWindow::shared(Variant variant, QWidget *mainWindow)
 {
-    static QPointer<ExportWindow> instances[2];
-    QPointer<ExportWindow> &w = instances[variant == Variant::Customer ? 0 : 1];
-    if (!w || w->m_unloaded)
-        w = new ExportWindow(variant, mainWindow);
-    return w;
+    // The open one is found where it lives, among the main window's children
+    // (or the program's windows without one): nothing else keeps it.
+    const QString name = windowName(variant);
+    const QList<QWidget *> candidates =
+        mainWindow ? mainWindow->findChildren<QWidget *>(name, Qt::FindDirectChildrenOnly)
+                   : QApplication::topLevelWidgets();
+    for (QWidget *candidate : candidates) {
+        auto *w = qobject_cast<ExportWindow *>(candidate);
+        if (w && w->objectName() == name && !w->m_unloaded && w->parentWidget() == mainWindow)
+            return w;
+    }
+    return new ExportWindow(variant, mainWindow);
 }
 
 void ExportWindow::setFileDialogHook(FileDialogHook hook)
