@@ -4,6 +4,7 @@
 #include "batch/usageerror.h"
 #include "runtime/writerlock.h"
 #include "support/adminprocess.h"
+#include "support/files.h"
 #include "support/fixturedb.h"
 #include "support/xlsxdump.h"
 
@@ -181,10 +182,7 @@ TEST_F(MonthEnd, AnInterruptedRunLeavesTheWorkbookItWasWriting)
     // run computes its first report and waits at the workbook, saying so; it
     // is stopped there.
     const QString held = WriterLock::lockPathOf(book);
-    QFile lock(held);
-    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
-    lock.write("4242\nquorvale-admin\nanother-pc\n");
-    lock.close();
+    quorvale::testing::writeBytes(held, "4242\nquorvale-admin\nanother-pc\n");
     QProcess process;
     process.start(builtProgram("quorvale-admin"),
                   QStringList{"export", "--report", "all", "--office", "2", "--xlsx", book} +
