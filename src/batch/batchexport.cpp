@@ -245,7 +245,8 @@ class WorkbookRun {
 BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &callbacks)
 {
     checkDateOptions(request);
-    const Session session = signInForBatch(request.user, request.password, request.post);
+    const SessionPtr signedIn = signInForBatch(request.user, request.password, request.post);
+    const Session &session = *signedIn;
 
     const ExportPlan plan = planExports(
         request, [&session](const ReportEntry &report) { return listedOffices(session, report); });

@@ -6,7 +6,6 @@
 #include "runtime/settings.h"
 #include "runtime/vb.h"
 #include "session/dbconnection.h"
-#include "session/privileges.h"
 #include "session/signin.h"
 
 namespace quorvale {
@@ -31,7 +30,7 @@ void requireSettings()
 
 } // namespace
 
-Session signInForBatch(const QString &user, const QString &password, const QString &post)
+SessionPtr signInForBatch(const QString &user, const QString &password, const QString &post)
 {
     requireSettings();
     SignInRefusal refusal;
@@ -70,8 +69,7 @@ Session signInForBatch(const QString &user, const QString &password, const QStri
         break;
     }
     }
-    LoadProjectAuditRight(session);
-    return session;
+    return signIn(std::move(session));
 }
 
 QList<OfficeItem> listedOffices(const Session &session, const ReportEntry &report)

@@ -13,7 +13,7 @@ namespace quorvale {
 // window's checks; a user with several posts names one. Throws
 // RefusedError when the login window would refuse, RuntimeError when the
 // settings are missing or the database fails.
-Session signInForBatch(const QString &user, const QString &password, const QString &post);
+SessionPtr signInForBatch(const QString &user, const QString &password, const QString &post);
 
 // The offices the report window's list offers the session's post, in its order.
 QList<OfficeItem> listedOffices(const Session &session, const ReportEntry &report);

@@ -148,6 +148,14 @@ void Connection::openOdbc(const QString &odbc)
     m_embedded = false;
 }
 
+void Connection::Close()
+{
+    if (!isOpen())
+        throw RuntimeError(ErrorNumber::ObjectClosed,
+                           QStringLiteral("Operation is not allowed when the object is closed."));
+    QSqlDatabase::database(m_name, false).close();
+}
+
 bool Connection::isOpen() const
 {
     return QSqlDatabase::contains(m_name) && QSqlDatabase::database(m_name, false).isOpen();

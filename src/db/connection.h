@@ -44,6 +44,9 @@ class Connection {
 
     // Throws RuntimeError with the driver's text when the open fails.
     void Open();
+    // Closes it, as a lost connection is: every later query fails as on a
+    // connection never opened.
+    void Close();
     bool isOpen() const;
     bool isEmbedded() const;
 

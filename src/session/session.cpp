@@ -43,13 +43,6 @@ void Session::clearForSignIn()
             value(i).clear();
 }
 
-const ConnectionPtr &Session::connection()
-{
-    if (!DbConn)
-        DbConn = std::make_shared<Connection>();
-    return DbConn;
-}
-
 QString commandLineText(const QStringList &arguments)
 {
     return arguments.mid(1).join(QLatin1Char(' '));

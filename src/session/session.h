@@ -34,6 +34,7 @@ struct Session {
     static constexpr int ValueCount = 10;
     // The ten values in their fixed order.
     QString &value(int index);
+    const QString &value(int index) const { return const_cast<Session *>(this)->value(index); }
 
     // The first ten comma-separated fields, untrimmed; fewer than ten raise
     // error 9.
@@ -43,12 +44,15 @@ struct Session {
     // Clears nine of the ten values before a sign-in attempt; the user's name
     // keeps whatever it held.
     void clearForSignIn();
-    // The session's connection; one that never connected gets an unopened
-    // connection, whose queries then report the closed connection.
-    const ConnectionPtr &connection();
+    // The session's connection: a signed-in session always has one (one that
+    // never connected has an unopened connection, whose queries then report
+    // the closed connection).
+    const ConnectionPtr &connection() const { return DbConn; }
 };
 
-using SessionPtr = std::shared_ptr<Session>;
+// A signed-in session, as every window and the batch see it: it does not
+// change after sign-in.
+using SessionPtr = std::shared_ptr<const Session>;
 
 // The command-line text: the program's arguments after its name, joined
 // with blanks.

@@ -2,6 +2,7 @@
 
 #include "db/recordset.h"
 #include "runtime/msgboxstyle.h"
+#include "session/privileges.h"
 #include "session/session.h"
 #include "session/sessionqueries.h"
 
@@ -82,6 +83,14 @@ SignInResult verifyCredentials(Session &session, const QString &userText,
         r.posts.append(postFromRow(posts, userText));
     }
     return r;
+}
+
+std::shared_ptr<const Session> signIn(Session session)
+{
+    LoadProjectAuditRight(session);
+    if (!session.DbConn)
+        session.DbConn = std::make_shared<Connection>();
+    return std::make_shared<const Session>(std::move(session));
 }
 
 } // namespace quorvale

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
+
 namespace quorvale {
 
 struct Session;
@@ -36,5 +38,12 @@ bool checkTypedCredentials(const QString &userText, const QString &passwordText,
 // Database errors are thrown.
 SignInResult verifyCredentials(Session &session, const QString &userText,
                                const QString &passwordText);
+
+// The last step of every sign-in (the login window's, a command-line
+// session's, the batch's): the post's project-management audit right looked
+// up on the session's connection, a session that never connected given an
+// unopened connection, and the session made unchangeable. The lookup's
+// database errors are thrown.
+std::shared_ptr<const Session> signIn(Session session);
 
 } // namespace quorvale

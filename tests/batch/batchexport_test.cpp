@@ -6,7 +6,6 @@
 #include "reports/windows/frm车位基础表.h"
 #include "runtime/vb.h"
 #include "session/dbconnection.h"
-#include "session/privileges.h"
 #include "session/signin.h"
 #include "session/windows/frmlogin.h"
 #include "session/windows/mdiform1.h"
@@ -101,14 +100,14 @@ class BatchExport : public ::testing::Test {
         db.loadDemo(today);
         db.writeSettings();
         // The window runs in this process under the same sign-in as the command.
-        session = std::make_shared<Session>();
-        ASSERT_TRUE(ConnectDatabase(*session));
-        const SignInResult signIn = verifyCredentials(*session, "1002", "888888");
-        ASSERT_EQ(signIn.kind, SignInResult::Kind::Posts);
-        for (const PostChoice &post : signIn.posts)
+        Session draft;
+        ASSERT_TRUE(ConnectDatabase(draft));
+        const SignInResult result = verifyCredentials(draft, "1002", "888888");
+        ASSERT_EQ(result.kind, SignInResult::Kind::Posts);
+        for (const PostChoice &post : result.posts)
             if (post.postCode == "GW05")
-                session->takePost(post);
-        LoadProjectAuditRight(*session);
+                draft.takePost(post);
+        session = signIn(std::move(draft));
         setMsgBoxResponder([this](const MsgBoxCall &call) {
             boxes << call.prompt;
             return vb::OK;

@@ -473,9 +473,14 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         });
     vbrt::setToday(QDate(2026, 1, 5));
     QTemporaryDir dir;
-    const ConnectionPtr working = session->DbConn;
+    const SessionPtr signedIn = session;
     for (const auto &c : cases) {
-        session->DbConn = working;
+        // Each window on a connection of its own, which it may lose.
+        auto own = std::make_shared<Connection>();
+        own->ConnectionString = Connection::embeddedConnectionString(db.path());
+        own->Open();
+        session = signedIn;
+        changeSession([&own](Session &s) { s.DbConn = own; });
         ReportWindow *w = c.open();
         SCOPED_TRACE(w->objectName().toStdString());
         computeOffice01(w); // its commercial mark is Null, which counts as 0
@@ -517,7 +522,7 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         if (QLineEdit *cutOff = text(w, "Text2"))
             cutOff->setText("2024年3月31日");
         else
-            session->DbConn = std::make_shared<Connection>();
+            own->Close();
         w->ReportCommand(ReportWindow::Compute);
         ASSERT_EQ(boxes.size(), 1); // the failure's, none before it
         EXPECT_EQ(boxes[0].style, vb::Information);

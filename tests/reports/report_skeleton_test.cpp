@@ -79,7 +79,7 @@ TEST_F(ReportSkeleton, OfficeListFollowsTheAuditRightInCodeOrder)
         {true, {"2 二区=0", "3 外区=0", "10 十区=0", "1A 商场=1"}},
     };
     for (const Case &c : cases) {
-        session->HasProjectAudit = c.audit;
+        changeSession([&c](Session &s) { s.HasProjectAudit = c.audit; });
         const QList<ReportWindow *> opened = {open<frm收款日报表>(), open<frm车位基础表>()};
         for (ReportWindow *w : opened) {
             EXPECT_EQ(items(w), c.expected) << w->objectName().toStdString() << c.audit;

@@ -11,6 +11,7 @@
 #include <QComboBox>
 #include <QPointer>
 #include <QPushButton>
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace quorvale {
@@ -22,16 +23,26 @@ class ReportWindowFixture : public ::testing::Test {
   protected:
     void signIn(const QString &user, const QString &deptName, const QString &post)
     {
-        session = std::make_shared<Session>();
-        session->DbConn = db.connection();
-        session->CurUserName = user;
-        session->CurDeptCode = "D1";
-        session->CurDeptName = deptName;
-        session->CurPostName = post;
+        // Signed in as the windows see it, without the audit lookup.
+        Session signedIn;
+        signedIn.DbConn = db.connection();
+        signedIn.CurUserName = user;
+        signedIn.CurDeptCode = "D1";
+        signedIn.CurDeptName = deptName;
+        signedIn.CurPostName = post;
+        session = std::make_shared<const Session>(std::move(signedIn));
         setMsgBoxResponder([this](const MsgBoxCall &call) {
             boxes.append(call);
             return (call.style & 7) == vb::YesNo ? vb::No : vb::OK;
         });
+    }
+
+    // Another sign-in with a change, for the windows opened after it.
+    void changeSession(const std::function<void(Session &)> &change)
+    {
+        Session changed = *session;
+        change(changed);
+        session = std::make_shared<const Session>(std::move(changed));
     }
 
     void TearDown() override

@@ -44,7 +44,7 @@ std::string session()
 {
     if (!MdiForm1::instance())
         return "(no main window)";
-    Session &s = *MdiForm1::instance()->session();
+    const Session &s = *MdiForm1::instance()->session();
     QStringList values;
     for (int i = 0; i < Session::ValueCount; ++i)
         values << s.value(i);

@@ -1,4 +1,5 @@
 #include "runtime/runtimeerror.h"
+#include "session/signin.h"
 #include "session/windows/frmabout.h"
 #include "sessiontesting.h"
 #include "ui/centerinmain.h"
@@ -21,14 +22,15 @@ class MainWindow : public SessionTest {
     {
         SessionTest::SetUp();
         db = makeStaffDb();
-        session = std::make_shared<Session>();
-        session->DbConn = db->connection();
-        session->CurDeptCode = "B01";
-        session->CurPostCode = "G01";
+        draft.DbConn = db->connection();
+        draft.CurDeptCode = "B01";
+        draft.CurPostCode = "G01";
     }
 
+    // Signs the draft in (its audit right looked up) and opens the main window.
     MdiForm1 *open()
     {
+        session = quorvale::signIn(draft);
         MdiForm1 *w = MdiForm1::showMainWindow(session);
         w->resize(900, 600);
         return w;
@@ -40,6 +42,7 @@ class MainWindow : public SessionTest {
     }
 
     std::unique_ptr<FixtureDb> db;
+    Session draft;
     SessionPtr session;
 };
 
@@ -66,7 +69,7 @@ TEST_F(MainWindow, MenuItemsInDesignedOrder)
                            "退出=退出", "关于=关于", "关于软件=关于软件", "联系我们=联系我们"}));
 }
 
-// Loading the main window reads the audit right and unloads the login.
+// Signing in reads the audit right; the main window's load unloads the login.
 TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
 {
     struct Case {
@@ -83,7 +86,7 @@ TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
         db->execute("DELETE FROM 专项审核权限表");
         if (!c.rows.isEmpty())
             addAuditRows(*db, c.rows);
-        session->HasProjectAudit = !c.expected;
+        draft.HasProjectAudit = !c.expected;
         new FrmLogin;
         open();
         EXPECT_EQ(session->HasProjectAudit, c.expected) << c.rows.size();
@@ -95,7 +98,7 @@ TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
 TEST_F(MainWindow, FailingLoadIsNotTrapped)
 {
     db->execute("DROP TABLE 专项审核权限表");
-    EXPECT_THROW(MdiForm1::showMainWindow(session), RuntimeError);
+    EXPECT_THROW(open(), RuntimeError);
     EXPECT_TRUE(boxes.empty());
 }
 

@@ -244,7 +244,7 @@ void FrmLogin::showMainWindow()
 {
     // The marker text a calling program could set is never set here, so the
     // main window is always the next step; its load unloads this window.
-    MdiForm1::showMainWindow(std::make_shared<Session>(m_session));
+    MdiForm1::showMainWindow(quorvale::signIn(m_session));
 }
 
 void unloadLoginWindow()

@@ -154,7 +154,6 @@ void MdiForm1::load()
     // load, for him or anyone else.
     const Session &s = *m_session;
     [[maybe_unused]] const bool superUser = s.CurUserNo == QStringLiteral("超级用户");
-    LoadProjectAuditRight(*m_session);
     unloadLoginWindow();
 
     QStringList who;
