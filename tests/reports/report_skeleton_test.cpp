@@ -34,8 +34,22 @@
 namespace quorvale {
 namespace {
 
+// The six report windows by their menu items, in menu order.
+const QStringList kReportItems = {"房产客户", "车位客户", "财务数据欠收表房产",
+                                  "财务数据欠收表车位", "财务数据预收表车位", "财务数据预收表房产"};
+
 class ReportSkeleton : public CustomerFixture {
   protected:
+    // A main window of the size given, shown, its menu wired to the reports.
+    std::unique_ptr<MdiForm1> mainWindow(int width, int height)
+    {
+        registerReportWindows();
+        auto main = std::make_unique<MdiForm1>(session);
+        main->resize(width, height);
+        main->show();
+        return main;
+    }
+
     // Office 01 with `count` rooms numbered 101, 102, ...
     void officeWithRooms(int count)
     {
@@ -313,14 +327,9 @@ TEST_F(ReportSkeleton, MinimizedWindowsShowTheirWholeCaption)
     icon.fill(Qt::darkBlue);
     const QIcon before = QApplication::windowIcon();
     QApplication::setWindowIcon(QIcon(icon));
-    registerReportWindows();
-    MdiForm1 main(session);
-    main.resize(1400, 800);
-    main.show();
-    const QStringList items = {"房产客户", "车位客户", "财务数据欠收表房产",
-                               "财务数据欠收表车位", "财务数据预收表车位", "财务数据预收表房产"};
-    for (const QString &item : items) {
-        auto *sub = qobject_cast<QMdiSubWindow *>(main.showWindow(item)->parentWidget());
+    const auto main = mainWindow(1400, 800);
+    for (const QString &item : kReportItems) {
+        auto *sub = qobject_cast<QMdiSubWindow *>(main->showWindow(item)->parentWidget());
         ASSERT_NE(sub, nullptr);
         sub->showMinimized();
         QCoreApplication::processEvents();
@@ -353,11 +362,8 @@ TEST_F(ReportSkeleton, MinimizedWindowsShowTheirWholeCaption)
 // one it was designed at or the one it last had, never a strip.
 TEST_F(ReportSkeleton, RestoringAWindowGivesItsNormalSize)
 {
-    registerReportWindows();
-    MdiForm1 main(session);
-    main.resize(1400, 900);
-    main.show();
-    QWidget *report = main.showWindow("财务数据欠收表房产");
+    const auto main = mainWindow(1400, 900);
+    QWidget *report = main->showWindow("财务数据欠收表房产");
     auto *sub = qobject_cast<QMdiSubWindow *>(report->parentWidget());
     ASSERT_NE(sub, nullptr);
     QCoreApplication::processEvents();
@@ -382,15 +388,10 @@ TEST_F(ReportSkeleton, RestoringAWindowGivesItsNormalSize)
 TEST_F(ReportSkeleton, EveryLabelIsWholeAtTheSmallestSize)
 {
     testing::ChineseApplication program; // its font, in which the texts are laid out
-    registerReportWindows();
-    MdiForm1 main(session);
-    main.resize(1600, 900);
-    main.show();
-    const QStringList items = {"房产客户", "车位客户", "财务数据欠收表房产",
-                               "财务数据欠收表车位", "财务数据预收表车位", "财务数据预收表房产"};
-    for (const QString &item : items) {
+    const auto main = mainWindow(1600, 900);
+    for (const QString &item : kReportItems) {
         SCOPED_TRACE(item.toStdString());
-        QWidget *report = main.showWindow(item);
+        QWidget *report = main->showWindow(item);
         auto *sub = qobject_cast<QMdiSubWindow *>(report->parentWidget());
         ASSERT_NE(sub, nullptr);
         sub->showNormal();
