@@ -29,6 +29,7 @@
 #include <QStyleOptionTitleBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <memory>
 #include <sqlite3.h>
 
 namespace quorvale {
