@@ -17,7 +17,6 @@ namespace {
     throw Error(ErrorNumber::WorkbookError, QStringLiteral("工作簿中的工作表部分已损坏，无法写入"));
 }
 
-
 // Column names for every column, built once.
 const std::vector<QByteArray> &columnNames()
 {
@@ -28,6 +27,12 @@ const std::vector<QByteArray> &columnNames()
         return v;
     }();
     return names;
+}
+
+// The format a cell's element names (0 when it names none).
+quint32 cellFormat(QByteArrayView cell)
+{
+    return quint32(XmlText::numberAttribute(cell.first(cell.indexOf('>') + 1), "s", 0));
 }
 
 // A formatting call's effect on the format a cell or row asks for.
@@ -119,10 +124,9 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
             rowTag = rowTag.first(rowTag.size() - 2).trimmed() + ">";
         else
             body = original.sliced(tag.end, original.size() - tag.end - 6 - m_prefix.size());
-        const QByteArray custom = XmlText::attribute(rowTag, "customFormat").value_or("0");
-        if (custom == "1" || custom == "true") {
+        if (XmlText::isTrue(rowTag, "customFormat")) {
             rowCustom = true;
-            rowXf = quint32(std::max(0, XmlText::numberAttribute(rowTag, "s", 0)));
+            rowXf = quint32(XmlText::numberAttribute(rowTag, "s", 0));
         }
     } else {
         rowTag = "<" + m_prefix + "row r=\"" + m_rowDigits + "\">";
@@ -199,11 +203,8 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
         static const RowCell emptied{0, CellInput::Kind::Empty, 0, {}};
         if (mergedAway && (mine || !wiped))
             mine = &emptied;
-        const auto formatOf = [](QByteArrayView cell) {
-            return quint32(XmlText::numberAttribute(cell.first(cell.indexOf('>') + 1), "s", 0));
-        };
         const qint64 lockOf =
-            m_keepsLocks ? qint64(theirs.isEmpty() ? formatBefore(col) : formatOf(theirs)) : -1;
+            m_keepsLocks ? qint64(theirs.isEmpty() ? formatBefore(col) : cellFormat(theirs)) : -1;
         if (!theirs.isEmpty() && (mine || wiped)) {
             m_formulas.replaced(row, col, theirs);
             if (wiped)
@@ -222,7 +223,7 @@ void RowWriter::write(ByteSink &out, int row, const RowCells &ours, QByteArrayVi
         } else {
             quint32 base;
             if (!theirs.isEmpty())
-                base = formatOf(theirs);
+                base = cellFormat(theirs);
             else if (rowCustom)
                 base = rowXf;
             else if (const quint32 style = m_columnStyles.empty() ? 0 : columnStyle(col))
@@ -271,7 +272,7 @@ void RowWriter::writeOriginal(ByteSink &out, int col, QByteArrayView cell)
     QByteArray changed;
     if (!request.keepsBase()) {
         StyleRequest own = request;
-        own.baseXf = quint32(std::max(0, XmlText::numberAttribute(tag, "s", 0)));
+        own.baseXf = cellFormat(tag);
         const quint32 xf = resolve(own);
         changed = xf ? XmlText::setAttribute(tag, "s", QByteArray::number(xf))
                      : XmlText::removeAttribute(tag, "s");
