@@ -279,11 +279,9 @@ void Worksheet::clearRange(int row1, int col1, int row2, int col2)
 void Worksheet::checkUnlocked(int row1, int col1, int row2, int col2) const
 {
     const CellRange range = checkedRange(row1, col1, row2, col2);
-    if (m_isNew)
+    if (m_isNew || !original().protectedSheet)
         return;
     const QByteArray xml = m_book.originalPart(*this);
-    if (!SheetProtection::isProtected(xml))
-        return;
     if (const auto cell = SheetProtection::firstLockedCell(xml, m_book.styles(), range))
         throw Error(ErrorNumber::WorkbookError,
                     QStringLiteral("工作表“%1”在 Excel 中受保护（审阅 → 保护工作表），要写入的单元格 "
@@ -295,10 +293,19 @@ void Worksheet::checkUnlocked(int row1, int col1, int row2, int col2) const
 
 Worksheet::Extent Worksheet::originalExtent() const
 {
-    Extent extent;
+    return original().extent;
+}
+
+const Worksheet::Original &Worksheet::original() const
+{
+    if (m_original)
+        return *m_original;
+    Original found;
+    Extent &extent = found.extent;
     if (m_isNew)
-        return extent;
+        return m_original.emplace(found);
     const QByteArray xml = m_book.originalPart(*this);
+    found.protectedSheet = SheetProtection::isProtected(xml);
     const QByteArrayView text(xml);
     std::vector<bool> headerCells;
     qsizetype pos = 0;
@@ -330,7 +337,7 @@ Worksheet::Extent Worksheet::originalExtent() const
     while (size_t(extent.headerColumns + 1) < headerCells.size() &&
            headerCells[size_t(extent.headerColumns + 1)])
         ++extent.headerColumns;
-    return extent;
+    return m_original.emplace(found);
 }
 
 } // namespace quorvale::xlsx

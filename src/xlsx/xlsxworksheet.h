@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quorvale::xlsx {
@@ -101,6 +102,14 @@ private:
     std::unique_ptr<SheetStream> m_stream;
     int m_row = 0;                  // the row being written
     std::vector<RowCell> m_cells;   // its cells, ascending
+    // What the sheet held when it was opened, read once: the part is
+    // inflated for it, and again only to write the sheet.
+    struct Original {
+        Extent extent;
+        bool protectedSheet = false;
+    };
+    const Original &original() const;
+    mutable std::optional<Original> m_original;
 };
 
 } // namespace quorvale::xlsx
