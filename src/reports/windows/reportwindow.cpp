@@ -296,8 +296,8 @@ QMdiSubWindow *ReportWindow::mdiSubWindow() const
 void ReportWindow::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (!m_keyboardReady) {
-        m_keyboardReady = true;
+    if (!m_shownOnce) {
+        m_shownOnce = true;
         // Never so small that a label of the strip is cut.
         setMinimumSize(minimumSizeHint());
         setTabOrderAsLaidOut(this);

@@ -146,7 +146,7 @@ class ReportWindow : public QWidget {
     int m_highlightedRow = 0;
     int m_chunkRows = TableFill::DefaultChunkRows;
     bool m_busy = false;
-    bool m_keyboardReady = false;
+    bool m_shownOnce = false;
     bool m_watchingMdi = false;
 };
 
