@@ -70,14 +70,16 @@ int queryOnly(const Report &report, const ConnectionPtr &connection, int cols)
 qint64 g_repaintNs = 0;
 int g_repaints = 0;
 
-int engineFill(const Report &report, const ConnectionPtr &connection, FlexGrid &grid)
+int engineFill(const Report &report, const ConnectionPtr &connection, ReportTable &table,
+               FlexGrid &grid)
 {
     ReportParams params;
     params.officeCode = QStringLiteral("BIG");
     // As the window does: a repaint at most every 250 ms between chunks.
     QElapsedTimer sinceRepaint;
     sinceRepaint.start();
-    computeReport(report.definition, connection, params, grid.table(), grid.textWidthFn(), [&](int) {
+    computeReport(report.definition, connection, params, table, grid.textWidthFn(), [&](int) {
+        grid.tableChanged(1);
         if (sinceRepaint.elapsed() >= 250) {
             QElapsedTimer paint;
             paint.start();
@@ -126,7 +128,8 @@ int main(int argc, char **argv)
     };
 
     for (const Report &report : reports) {
-        FlexGrid grid;
+        ReportTable table;
+        FlexGrid grid(table);
         grid.resize(1200, 800);
         grid.show();
         grid.setRows(1);
@@ -142,7 +145,7 @@ int main(int argc, char **argv)
                 queryOnly(report, connection, grid.Cols());
             query << double(t.elapsed());
             t.restart();
-            rows = engineFill(report, connection, grid);
+            rows = engineFill(report, connection, table, grid);
             QCoreApplication::processEvents();
             engine << double(t.elapsed());
             t.restart();

@@ -14,7 +14,7 @@
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
-#include "reports/textwidth.h"
+#include "runtime/textwidth.h"
 #include "runtime/outputset.h"
 #include "runtime/printer.h"
 

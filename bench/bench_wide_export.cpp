@@ -7,7 +7,7 @@
 
 #include "output/exportoptions.h"
 #include "output/gridexport.h"
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

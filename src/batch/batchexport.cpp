@@ -11,7 +11,7 @@
 #include "output/workbooktarget.h"
 #include "reports/financereporttraits.h"
 #include "reports/reportdefinition.h"
-#include "reports/textwidth.h"
+#include "runtime/textwidth.h"
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/settings.h"

@@ -4,7 +4,7 @@
 #include "batch/reportlookup.h"
 #include "db/connection.h"
 #include "reports/reportparams.h"
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 #include "reports/tablefill.h"
 #include "runtime/printer.h"
 

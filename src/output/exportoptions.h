@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/exportvariant.h"
+#include "output/exportvariant.h"
 
 #include <QString>
 

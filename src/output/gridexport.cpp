@@ -3,7 +3,7 @@
 #include "output/headermerge.h"
 #include "output/legacyconversion.h"
 #include "output/workbooktarget.h"
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/vb.h"

@@ -1,6 +1,6 @@
 #include "output/gridprint.h"
 
-#include "reports/textwidth.h"
+#include "runtime/textwidth.h"
 #include "runtime/printer.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/twips.h"

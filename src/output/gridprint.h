@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 #include "runtime/printer.h"
 
 #include <QDate>

@@ -13,14 +13,16 @@ constexpr int kNewRowMargin = 90;
 
 } // namespace
 
-WidthRule financeColumnFit(ColumnFit fit, const ReportTable &table, const TextWidthFn &textWidth)
+WidthRule financeColumnFit(ColumnFit fit, const TableFill &fill)
 {
+    const TextWidthFn &textWidth = fill.textWidth();
     if (fit == ColumnFit::NewRow)
         return widenToRowTexts(textWidth, kNewRowMargin, kNewRowMargin);
 
     auto measuredRow = std::make_shared<int>(-1);
-    return [&table, textWidth, measuredRow](const QStringList &, int, QVector<int> &widths) {
-        const int row = table.currentRow();
+    return [&fill, textWidth, measuredRow](const QStringList &, int, QVector<int> &widths) {
+        const ReportTable &table = fill.table();
+        const int row = fill.cursor().currentRow;
         if (row == *measuredRow)
             return;
         *measuredRow = row;

@@ -12,20 +12,19 @@ void computeFinanceReport(FinanceReportKind kind, const ConnectionPtr &connectio
 {
     const FinanceReportTraits &traits = financeTraits(kind);
     const QStringList statements = financeStatements(kind, params);
-    ReportTable &table = fill.table();
-    fill.setWidthRule(financeColumnFit(traits.fit, table, fill.textWidth()));
+    fill.setWidthRule(financeColumnFit(traits.fit, fill));
 
     const bool newRowCurrent = traits.fit == ColumnFit::NewRow;
     if (newRowCurrent)
-        table.setRedraw(false);
+        fill.setDrawing(false);
     // The last row added is the current one, and drawing resumes, also when
     // a record fails: the rows read before it stay and must be seen.
     const auto finish = [&] {
         if (!newRowCurrent)
             return;
         if (fill.rowsAdded() > 0)
-            table.setCurrentRow(table.rows() - 1);
-        table.setRedraw(true);
+            fill.setCurrentRow(fill.table().rows() - 1);
+        fill.setDrawing(true);
     };
     try {
         // The earlier result goes only once the first statement is open; the

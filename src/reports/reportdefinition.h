@@ -1,10 +1,10 @@
 #pragma once
 
 #include "db/connection.h"
-#include "reports/exportvariant.h"
+#include "output/exportvariant.h"
 #include "reports/officelist.h"
 #include "reports/reportparams.h"
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 #include "reports/tablefill.h"
 
 #include <QFont>

@@ -1,6 +1,7 @@
 #include "reports/tablefill.h"
 
 #include "db/recordset.h"
+#include "runtime/runtimeerror.h"
 
 #include <cmath>
 #include <utility>
@@ -10,7 +11,7 @@ namespace quorvale {
 TableFill::TableFill(ReportTable &table, TextWidthFn textWidth, FillProgress progress,
                      int chunkRows)
     : m_table(table), m_textWidth(std::move(textWidth)), m_progress(std::move(progress)),
-      m_chunkRows(qMax(1, chunkRows)), m_cols(table.cols())
+      m_chunkRows(qMax(1, chunkRows)), m_cols(table.cols()), m_firstChangedRow(table.rows())
 {
     m_pending.reserve(m_chunkRows);
 }
@@ -29,11 +30,27 @@ void TableFill::setWidthRule(WidthRule rule)
     }
 }
 
+void TableFill::setCursor(const TableCursor &cursor)
+{
+    setCurrentRow(cursor.currentRow);
+    m_cursor.drawing = cursor.drawing;
+}
+
+void TableFill::setCurrentRow(int row)
+{
+    if (row < 0 || row >= m_table.rows())
+        throw RuntimeError(ErrorNumber::InvalidRowValue, QStringLiteral("Invalid Row value"));
+    m_cursor.currentRow = row;
+}
+
 void TableFill::reset()
 {
     flush();
     m_table.setRows(1);
     m_cols = m_table.cols();
+    m_firstChangedRow = qMin(m_firstChangedRow, 1);
+    // The current row stays inside the table, as the grid's did.
+    m_cursor.currentRow = qMin(m_cursor.currentRow, m_table.rows() - 1);
 }
 
 void TableFill::run(const ConnectionPtr &connection, const QString &statement,

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "db/connection.h"
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 
 #include <QStringList>
 #include <QVector>
 #include <functional>
+#include <utility>
 
 namespace quorvale {
 
@@ -18,6 +19,14 @@ using RowBuilder = std::function<void(const Recordset &record, QStringList &row)
 // Widens columns for one row before it reaches the table: widths are the
 // columns' widths in twips, tableRow the row number the row will get.
 using WidthRule = std::function<void(const QStringList &row, int tableRow, QVector<int> &widths)>;
+
+// What a fill reads of the view that shows its table and leaves to it: the
+// current row, which some reports measure and move, and whether the view
+// draws while rows arrive.
+struct TableCursor {
+    int currentRow = 0;
+    bool drawing = true;
+};
 
 // The fill engine every report shares: rows are built as texts and handed to
 // the table in chunks, so a large result neither repaints per cell nor
@@ -38,6 +47,16 @@ class TableFill {
     ReportTable &table() const { return m_table; }
     const TextWidthFn &textWidth() const { return m_textWidth; }
     void setWidthRule(WidthRule rule);
+    void setProgress(FillProgress progress) { m_progress = std::move(progress); }
+
+    // Starts from the view's; a row outside the table throws as the grid's Row did.
+    const TableCursor &cursor() const { return m_cursor; }
+    void setCursor(const TableCursor &cursor);
+    void setCurrentRow(int row);
+    void setDrawing(bool on) { m_cursor.drawing = on; }
+    // The first table row that may differ from before the fill: the rows
+    // above it are as they were, so a view keeps what it holds for them.
+    int firstChangedRow() const { return m_firstChangedRow; }
 
     enum class EarlierRows { Keep, DropAfterOpen };
     // Opens the statement forward-only and read-only and adds one row per
@@ -64,6 +83,8 @@ class TableFill {
     int m_chunkRows;
     int m_cols;
     int m_rowsAdded = 0;
+    TableCursor m_cursor;
+    int m_firstChangedRow;
     QVector<QStringList> m_pending;
     WidthRule m_widthRule;
     QVector<int> m_widths;

@@ -1,6 +1,6 @@
 #include "ui/flexgrid.h"
 
-#include "reports/textwidth.h"
+#include "runtime/textwidth.h"
 #include "runtime/printer.h"
 #include "runtime/printerfonts.h"
 #include "runtime/runtimeerror.h"
@@ -13,7 +13,10 @@
 
 namespace quorvale {
 
-FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridModel(m_table, this))
+FlexGrid::FlexGrid(QWidget *parent) : FlexGrid(m_ownTable, parent) {}
+
+FlexGrid::FlexGrid(ReportTable &table, QWidget *parent)
+    : QTableView(parent), m_table(table), m_model(new FlexGridModel(m_table, this))
 {
     ensureCjkFontSubstitutes();
     setModel(m_model);
@@ -44,16 +47,17 @@ FlexGrid::FlexGrid(QWidget *parent) : QTableView(parent), m_model(new FlexGridMo
     });
     connect(horizontalHeader(), &QHeaderView::sectionResized, this,
             [this](int section, int, int size) {
+                // The width follows the user's drag; the header already shows it.
                 if (!m_settingWidths && section < m_table.cols())
                     m_table.setColWidth(section, qRound(pixelsToTwipsX(size)));
             });
     connect(this, &QAbstractItemView::pressed, this, [this](const QModelIndex &index) {
-        m_table.setCurrentRow(m_model->gridRow(index));
+        m_row = m_model->gridRow(index);
         m_col = index.column();
     });
     connect(this, &QAbstractItemView::clicked, this, [this] { Q_EMIT Click(); });
     connect(this, &QAbstractItemView::doubleClicked, this, [this](const QModelIndex &index) {
-        m_table.setCurrentRow(m_model->gridRow(index));
+        m_row = m_model->gridRow(index);
         m_col = index.column();
         Q_EMIT DblClick();
     });
@@ -76,7 +80,10 @@ int FlexGrid::Rows() const
 
 void FlexGrid::setRows(int rows)
 {
+    const int old = m_table.rows();
     m_table.setRows(rows);
+    m_row = qMin(m_row, rows - 1);
+    m_model->rowsChanged(old);
 }
 
 int FlexGrid::Cols() const
@@ -88,6 +95,7 @@ void FlexGrid::setCols(int cols)
 {
     const int old = Cols();
     m_table.setCols(cols);
+    m_model->columnsChanged(old);
     // Columns dropped and re-added before the view heard of it keep their sections.
     applyColumnWidths(qMin(old, cols), qMin(cols, m_model->columnCount()) - 1);
     m_col = qMin(m_col, qMax(0, cols - 1));
@@ -100,7 +108,10 @@ int FlexGrid::FixedRows() const
 
 void FlexGrid::setFixedRows(int rows)
 {
+    const int old = m_table.fixedRows();
     m_table.setFixedRows(rows);
+    if (rows != old)
+        m_model->layoutChanged();
     horizontalHeader()->setVisible(rows > 0);
 }
 
@@ -111,7 +122,10 @@ int FlexGrid::FixedCols() const
 
 void FlexGrid::setFixedCols(int cols)
 {
+    const int old = m_table.fixedCols();
     m_table.setFixedCols(cols);
+    if (cols != old)
+        m_model->layoutChanged();
 }
 
 QString FlexGrid::TextMatrix(int row, int col) const
@@ -122,16 +136,44 @@ QString FlexGrid::TextMatrix(int row, int col) const
 void FlexGrid::setTextMatrix(int row, int col, const QString &text)
 {
     m_table.setText(row, col, text);
+    m_model->cellChanged(row, col);
 }
 
 void FlexGrid::appendRows(const QVector<QStringList> &rows)
 {
+    if (rows.isEmpty())
+        return;
     m_table.appendRows(rows);
+    m_model->rowsAppended();
 }
 
 void FlexGrid::setFormatString(const QString &format)
 {
     m_table.setFormatString(format, textWidthFn());
+    tableChanged(m_table.rows());
+}
+
+void FlexGrid::tableChanged(int fromRow)
+{
+    m_model->tableChanged(fromRow);
+    horizontalHeader()->setVisible(m_table.fixedRows() > 0);
+    clampCurrentCell();
+}
+
+void FlexGrid::editTable(const std::function<void(ReportTable &table)> &edit)
+{
+    // Shown again even when the edit fails half-way: what it did is in the table.
+    struct Shown {
+        FlexGrid *grid;
+        ~Shown() { grid->tableChanged(grid->Rows()); }
+    } shown{this};
+    edit(m_table);
+}
+
+void FlexGrid::clampCurrentCell()
+{
+    m_row = qMax(0, qMin(m_row, m_table.rows() - 1));
+    m_col = qMax(0, qMin(m_col, m_table.cols() - 1));
 }
 
 QString FlexGrid::FormatString() const
@@ -146,7 +188,10 @@ int FlexGrid::ColWidth(int col) const
 
 void FlexGrid::setColWidth(int col, int twips)
 {
+    const int old = m_table.colWidth(col);
     m_table.setColWidth(col, twips);
+    if (m_table.colWidth(col) != old)
+        m_model->widthChanged(col);
 }
 
 int FlexGrid::RowHeight(int row) const
@@ -163,17 +208,22 @@ int FlexGrid::ColAlignment(int col) const
 
 void FlexGrid::setColAlignment(int col, int alignment)
 {
+    const int old = m_table.alignment(col);
     m_table.setAlignment(col, alignment);
+    if (alignment != old)
+        m_model->alignmentChanged(col);
 }
 
 int FlexGrid::Row() const
 {
-    return m_table.currentRow();
+    return m_row;
 }
 
 void FlexGrid::setRow(int row)
 {
-    m_table.setCurrentRow(row);
+    if (row < 0 || row >= Rows())
+        throw RuntimeError(ErrorNumber::InvalidRowValue, QStringLiteral("Invalid Row value"));
+    m_row = row;
 }
 
 int FlexGrid::Col() const
@@ -211,12 +261,12 @@ void FlexGrid::setCellBackColor(int row, int col, const QColor &color)
 
 bool FlexGrid::Redraw() const
 {
-    return m_table.redraw();
+    return !m_model->isSuspended();
 }
 
 void FlexGrid::setRedraw(bool on)
 {
-    m_table.setRedraw(on);
+    m_model->setDrawing(on);
 }
 
 double FlexGrid::TextWidth(const QString &text) const
@@ -263,9 +313,9 @@ void FlexGrid::currentChanged(const QModelIndex &current, const QModelIndex &pre
 {
     QTableView::currentChanged(current, previous);
     // The view may still show rows the table has dropped (it hears of
-    // changes in batches); such a row is not the table's to be current.
+    // changes in batches); such a row cannot be current.
     if (current.isValid() && m_model->gridRow(current) < m_table.rows()) {
-        m_table.setCurrentRow(m_model->gridRow(current));
+        m_row = m_model->gridRow(current);
         m_col = current.column();
     }
 }

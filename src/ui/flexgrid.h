@@ -3,15 +3,16 @@
 // Library ui: classic controls on Qt Widgets: the flex grid (a view of a
 // report table), the real printers and the print preview, the message box
 // with its test responder, the application object. It depends on runtime and
-// on the report table; it knows nothing of databases or workbooks.
+// on the table library; it knows nothing of reports, databases or workbooks.
 
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 
 #include <QColor>
 #include <QFont>
 #include <QStringList>
 #include <QTableView>
 #include <QVector>
+#include <functional>
 #include <memory>
 
 namespace quorvale {
@@ -20,10 +21,10 @@ class FlexGridModel;
 class TextWidthCache;
 struct PrintLook;
 
-// The flex-grid control of the report and export windows: a view of the
-// ReportTable it holds, which keeps the cells, widths, alignments, current
-// row and drawing state; the grid adds what is the screen's (the clicked
-// column, cell colours). Row and column numbers count the fixed (header)
+// The flex-grid control of the report and export windows: a view of a
+// ReportTable, its own or one its window owns, which keeps the cells,
+// widths and alignments; the grid adds what is the screen's (the current
+// cell, cell colours, drawing). Row and column numbers count the fixed (header)
 // rows: Rows() == 1 is a header-only grid, TextMatrix(0, c) is the heading
 // of column c. The fixed rows are shown in the horizontal header so they
 // never scroll away. Sizes are in twips (1440 per inch) and converted at
@@ -32,7 +33,9 @@ struct PrintLook;
 class FlexGrid : public QTableView {
     Q_OBJECT
   public:
-    explicit FlexGrid(QWidget *parent = nullptr);
+    explicit FlexGrid(QWidget *parent = nullptr); // shows a table of its own
+    // Shows a table its window owns; the table outlives the grid.
+    explicit FlexGrid(ReportTable &table, QWidget *parent = nullptr);
     ~FlexGrid() override;
 
     int Rows() const;
@@ -84,9 +87,14 @@ class FlexGrid : public QTableView {
     int twipsToPixelsX(double twips) const;
     double pixelsToTwipsX(int pixels) const;
 
-    // What the grid shows; a compute fills it, export and print read it.
-    ReportTable &table() { return m_table; }
+    // What the grid shows; export and print read it.
     const ReportTable &table() const { return m_table; }
+    // The table was changed without the grid (a compute): it shows it again,
+    // keeping what it holds for the rows above fromRow (their colours), and
+    // keeps its current cell inside it.
+    void tableChanged(int fromRow = 0);
+    // Changes the table in one go and shows it again; colours stay where they were.
+    void editTable(const std::function<void(ReportTable &table)> &edit);
     // Text widths in the grid's font, for the table's width rules.
     TextWidthFn textWidthFn() const;
     // The grid's font and row height, which a printout follows.
@@ -106,8 +114,12 @@ class FlexGrid : public QTableView {
     void applyColumnWidths(int first, int last);
     void applyRowHeight();
 
-    ReportTable m_table;
+    void clampCurrentCell();
+
+    ReportTable m_ownTable;
+    ReportTable &m_table;
     FlexGridModel *m_model;
+    int m_row = 0;
     int m_col = 0;
     bool m_settingWidths = false;
     mutable std::unique_ptr<TextWidthCache> m_gridFontWidths;

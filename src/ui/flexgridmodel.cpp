@@ -42,29 +42,31 @@ Qt::Alignment toQtAlignment(int flex, const QString &text)
 
 } // namespace
 
-FlexGridModel::FlexGridModel(ReportTable &table, QObject *parent)
+FlexGridModel::FlexGridModel(const ReportTable &table, QObject *parent)
     : QAbstractTableModel(parent), m_table(table)
 {
-    m_table.setObserver(this);
     m_shownRows = actualBodyRows();
     m_shownCols = m_table.cols();
+    m_shownFixedRows = m_table.fixedRows();
+    m_shownFixedCols = m_table.fixedCols();
 }
 
-FlexGridModel::~FlexGridModel()
+FlexGridModel::~FlexGridModel() = default;
+
+void FlexGridModel::dropColoursFrom(int row, int col)
 {
-    m_table.setObserver(nullptr);
+    for (auto it = m_colors.begin(); it != m_colors.end();) {
+        if (int(it.key() >> 32) >= row || int(quint32(it.key())) >= col)
+            it = m_colors.erase(it);
+        else
+            ++it;
+    }
 }
 
 void FlexGridModel::rowsChanged(int oldRows)
 {
-    if (m_table.rows() < oldRows && !m_colors.isEmpty()) {
-        for (auto it = m_colors.begin(); it != m_colors.end();) {
-            if (int(it.key() >> 32) >= m_table.rows())
-                it = m_colors.erase(it);
-            else
-                ++it;
-        }
-    }
+    if (m_table.rows() < oldRows && !m_colors.isEmpty())
+        dropColoursFrom(m_table.rows(), m_table.cols());
     // Rows the views already show may now read differently.
     const int firstChanged = qMin(oldRows, m_table.rows()) - m_table.fixedRows();
     if (firstChanged < m_shownRows)
@@ -72,7 +74,7 @@ void FlexGridModel::rowsChanged(int oldRows)
     schedulePublish();
 }
 
-void FlexGridModel::rowsAppended(int)
+void FlexGridModel::rowsAppended()
 {
     if (!isSuspended())
         publish();
@@ -90,25 +92,14 @@ void FlexGridModel::cellChanged(int row, int col)
 void FlexGridModel::columnsChanged(int oldCols)
 {
     const int cols = m_table.cols();
-    if (cols < oldCols) {
-        for (auto it = m_colors.begin(); it != m_colors.end();) {
-            if (int(quint32(it.key())) >= cols)
-                it = m_colors.erase(it);
-            else
-                ++it;
-        }
-    }
+    if (cols < oldCols)
+        dropColoursFrom(m_table.rows(), cols);
     const int firstChanged = qMin(oldCols, cols);
     if (firstChanged < m_shownCols) {
         markDirty(0, m_shownRows - 1, firstChanged, m_shownCols - 1);
         markHeaderDirty(firstChanged, m_shownCols - 1);
     }
     schedulePublish();
-}
-
-void FlexGridModel::widthChanged(int col)
-{
-    Q_EMIT columnWidthChanged(col);
 }
 
 void FlexGridModel::alignmentChanged(int col)
@@ -122,13 +113,36 @@ void FlexGridModel::layoutChanged()
     beginResetModel();
     m_shownRows = actualBodyRows();
     m_shownCols = m_table.cols();
+    m_shownFixedRows = m_table.fixedRows();
+    m_shownFixedCols = m_table.fixedCols();
     m_dirtyTop = m_dirtyBottom = m_dirtyLeft = m_dirtyRight = -1;
     m_headerLeft = m_headerRight = -1;
     endResetModel();
 }
 
-void FlexGridModel::redrawChanged(bool on)
+void FlexGridModel::tableChanged(int fromRow)
 {
+    if (!m_colors.isEmpty())
+        dropColoursFrom(qMax(0, fromRow), m_table.cols());
+    if (m_table.fixedRows() != m_shownFixedRows || m_table.fixedCols() != m_shownFixedCols) {
+        layoutChanged();
+    } else {
+        // One notice for every shown cell costs no more than for one row:
+        // the views repaint what they show either way.
+        markDirty(0, m_shownRows - 1, 0, m_shownCols - 1);
+        markHeaderDirty(0, m_shownCols - 1);
+    }
+    for (int c = 0; c < m_table.cols(); ++c)
+        Q_EMIT columnWidthChanged(c);
+    if (!isSuspended())
+        publish();
+}
+
+void FlexGridModel::setDrawing(bool on)
+{
+    if (on == m_drawing)
+        return;
+    m_drawing = on;
     Q_EMIT drawingSwitched(on);
     if (on)
         publish();

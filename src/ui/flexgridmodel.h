@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 
 #include <QAbstractTableModel>
 #include <QColor>
@@ -11,17 +11,19 @@ namespace quorvale {
 // The item model a FlexGrid shows its ReportTable through. Table rows
 // 0 .. fixedRows-1 are the heading and appear as horizontal header data;
 // model row i is table row i + fixedRows. The model holds no cells of its
-// own, only what is the view's: the cells' background colours.
+// own, only what is the view's: the cells' background colours and whether
+// it draws. The table does not know it is shown: whoever changes it tells
+// the model what changed (the grid for its own changes).
 //
 // Reports add rows one at a time, up to a hundred thousand of them, so the
 // model tells its views about changes in one batch: rowCount() reports the
 // size the views were last told, and the pending changes are published when
 // control returns to the event loop, when publish() is called, when rows
 // are appended in a batch, or when drawing is switched back on.
-class FlexGridModel : public QAbstractTableModel, private ReportTable::Observer {
+class FlexGridModel : public QAbstractTableModel {
     Q_OBJECT
   public:
-    explicit FlexGridModel(ReportTable &table, QObject *parent = nullptr);
+    explicit FlexGridModel(const ReportTable &table, QObject *parent = nullptr);
     ~FlexGridModel() override;
 
     const ReportTable &table() const { return m_table; }
@@ -29,7 +31,8 @@ class FlexGridModel : public QAbstractTableModel, private ReportTable::Observer 
     QColor backColor(int row, int col) const; // invalid when never set
     void setBackColor(int row, int col, const QColor &color);
 
-    bool isSuspended() const { return !m_table.redraw(); }
+    bool isSuspended() const { return !m_drawing; }
+    void setDrawing(bool on);
     void publish();
     bool hasPending() const;
 
@@ -47,15 +50,21 @@ class FlexGridModel : public QAbstractTableModel, private ReportTable::Observer 
     void columnWidthChanged(int col);
     void drawingSwitched(bool on);
 
+  public:
+    // What changed in the table since the model last heard of it.
+    void rowsChanged(int oldRows); // set to a count
+    void rowsAppended();           // a batch added below the last row
+    void cellChanged(int row, int col);
+    void columnsChanged(int oldCols);
+    void widthChanged(int col) { Q_EMIT columnWidthChanged(col); }
+    void alignmentChanged(int col);
+    void layoutChanged(); // fixed rows or columns
+    // Anything may have changed from table row fromRow on (a compute): the
+    // rows above it are as they were, and so are the colours there.
+    void tableChanged(int fromRow);
+
   private:
-    void rowsChanged(int oldRows) override;
-    void rowsAppended(int oldRows) override;
-    void cellChanged(int row, int col) override;
-    void columnsChanged(int oldCols) override;
-    void widthChanged(int col) override;
-    void alignmentChanged(int col) override;
-    void layoutChanged() override;
-    void redrawChanged(bool on) override;
+    void dropColoursFrom(int row, int col);
 
     void markDirty(int firstRow, int lastRow, int firstCol, int lastCol);
     void markHeaderDirty(int firstCol, int lastCol);
@@ -66,8 +75,11 @@ class FlexGridModel : public QAbstractTableModel, private ReportTable::Observer 
         return (quint64(quint32(row)) << 32) | quint32(col);
     }
 
-    ReportTable &m_table;
+    const ReportTable &m_table;
     QHash<quint64, QColor> m_colors;
+    bool m_drawing = true;
+    int m_shownFixedRows = 0;
+    int m_shownFixedCols = 0;
 
     int m_shownRows = 0; // what the views were last told
     int m_shownCols = 0;

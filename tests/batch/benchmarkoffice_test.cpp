@@ -1,6 +1,6 @@
 #include "batch/batchreport.h"
 #include "reports/reportdefinition.h"
-#include "reports/textwidth.h"
+#include "runtime/textwidth.h"
 #include "support/fixturedb.h"
 
 #include <QDate>

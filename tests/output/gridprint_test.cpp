@@ -339,15 +339,15 @@ TEST(GridPrint, PrinterFailureReachesTheCaller)
 
 TEST(GridPrint, AutoFitColumnsTakesTheWidestCell)
 {
-    FlexGrid grid;
-    grid.setFormatString("短|<很长很长的标题|");
-    grid.appendRows({{"一个更长的单元格文本", "短"}});
-    QFont font("微软雅黑");
-    font.setPointSizeF(9);
-    AutoFitColumns(grid.table(), [&](const QString &text) { return grid.TextWidth(text, font); });
-    EXPECT_EQ(grid.ColWidth(0), qRound(grid.TextWidth("一个更长的单元格文本", font)));
-    EXPECT_EQ(grid.ColWidth(1), qRound(grid.TextWidth("很长很长的标题", font)));
-    EXPECT_EQ(grid.ColWidth(2), 0);
+    // Ten twips and a half a character: the widest wins, rounded.
+    const TextWidthFn width = [](const QString &text) { return text.size() * 10.5; };
+    ReportTable table;
+    table.setFormatString("短|<很长很长的标题|", width);
+    table.appendRows({{"一个更长的单元格文本", "短"}});
+    AutoFitColumns(table, width);
+    EXPECT_EQ(table.colWidth(0), 105);
+    EXPECT_EQ(table.colWidth(1), 74);
+    EXPECT_EQ(table.colWidth(2), 0);
 }
 
 TEST(GridPrint, EveryCellStaysInsideItsColumn)

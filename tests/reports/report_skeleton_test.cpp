@@ -208,6 +208,11 @@ TEST_F(ReportSkeleton, ClickedRowIsPaintedMintAndThePreviousOneRestored)
     EXPECT_EQ(grid->cellBackColor(3, 0), original);
     EXPECT_EQ(grid->cellBackColor(5, 0), original);
     EXPECT_EQ(w->highlightedRow(), 5);
+
+    // A new compute drops the rows, and their colours with them.
+    w->ReportCommand(ReportWindow::Compute);
+    ASSERT_EQ(grid->Rows(), 7);
+    EXPECT_EQ(grid->cellBackColor(5, 1), window);
     EXPECT_TRUE(boxes.isEmpty());
 }
 

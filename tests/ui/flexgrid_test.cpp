@@ -26,88 +26,54 @@ QVariant shown(const FlexGrid &grid, int gridRow, int col, int role = Qt::Displa
 
 } // namespace
 
-TEST(FlexGrid, FormatStringSetsColumnsHeadingsAlignmentAndWidths)
+// The format string reaches the grid's heading at the grid's own text widths.
+TEST(FlexGrid, FormatStringIsShownInTheHeadingAtTheGridsWidths)
 {
-    struct Case {
-        QString format;
-        QStringList headings;
-        QVector<int> alignments;
-    };
-    const QVector<Case> cases = {
-        // Trailing blanks are part of the heading and widen its column.
-        {"房号|<收费对象类型|>应收金额          |^状态",
-         {"房号", "收费对象类型", "应收金额          ", "状态"},
-         {FlexAlign::General, FlexAlign::LeftCenter, FlexAlign::RightCenter,
-          FlexAlign::CenterCenter}},
-        {"单列", {"单列"}, {FlexAlign::General}},
-        {"|<|>",
-         {QString(), QString(), QString()},
-         {FlexAlign::General, FlexAlign::LeftCenter, FlexAlign::RightCenter}},
-    };
-    for (const Case &c : cases) {
-        SCOPED_TRACE(c.format.toStdString());
-        FlexGrid grid;
-        grid.setRows(1);
-        grid.setFormatString(c.format);
-        ASSERT_EQ(grid.Cols(), c.headings.size());
-        EXPECT_EQ(grid.Rows(), 1);
-        for (int col = 0; col < grid.Cols(); ++col) {
-            EXPECT_EQ(grid.TextMatrix(0, col), c.headings[col]);
-            EXPECT_EQ(grid.ColAlignment(col), c.alignments[col]);
-            EXPECT_GE(grid.ColWidth(col), measured(grid, c.headings[col]));
-        }
+    FlexGrid grid;
+    grid.setRows(1);
+    grid.setFormatString("房号|<收费对象类型|>应收金额          ");
+    QCoreApplication::processEvents();
+    ASSERT_EQ(grid.gridModel()->columnCount(), 3);
+    EXPECT_EQ(grid.gridModel()->headerData(1, Qt::Horizontal).toString(), "收费对象类型");
+    for (int col = 0; col < 3; ++col) {
+        EXPECT_GE(grid.ColWidth(col), measured(grid, grid.TextMatrix(0, col)));
+        EXPECT_EQ(grid.columnWidth(col), grid.twipsToPixelsX(grid.ColWidth(col)));
     }
 }
 
-TEST(FlexGrid, TextMatrixKeepsOnlyWhatWasWritten)
+// A compute fills the window's table without the grid and then tells it:
+// the grid shows the new rows, keeps the colours of the rows above the
+// first changed one, and keeps its current row inside the table.
+TEST(FlexGrid, ATableChangedBehindItIsShownAgain)
 {
-    FlexGrid grid;
-    grid.setCols(71);
-    grid.setRows(4);
-    struct Write {
-        int row, col;
-        QString text;
-    };
-    // Out of order, overwrites and clears, as the fill rules may do.
-    const QVector<Write> writes = {
-        {3, 70, "尾列"}, {3, 2, "A"},        {3, 10, "B"}, {3, 2, "更长的一段文字"},
-        {3, 2, "C"},     {3, 10, QString()}, {1, 0, "0"}};
-    for (const Write &w : writes)
-        grid.setTextMatrix(w.row, w.col, w.text);
-    for (int col = 0; col < 71; ++col) {
-        const QString expected = col == 70  ? QStringLiteral("尾列")
-                                 : col == 2 ? QStringLiteral("C")
-                                            : QString();
-        EXPECT_EQ(grid.TextMatrix(3, col), expected) << col;
-    }
-    EXPECT_EQ(grid.TextMatrix(1, 0), QStringLiteral("0"));
+    ReportTable table;
+    table.setCols(3);
+    table.setRows(6);
+    FlexGrid grid(table);
+    QAbstractItemModelTester tester(grid.gridModel(),
+                                    QAbstractItemModelTester::FailureReportingMode::Fatal);
+    const QColor mint(0xD0, 0xFF, 0xFD);
+    grid.setCellBackColor(1, 1, mint);
+    grid.setCellBackColor(4, 1, mint);
+    grid.setRow(5);
+    QCoreApplication::processEvents();
 
-    // Texts of 65,535 chars and more are kept with a longer length mark.
-    const QString longText(70000, QLatin1Char('x'));
-    grid.setTextMatrix(2, 6, QStringLiteral("后"));
-    grid.setTextMatrix(2, 5, longText);
-    grid.setTextMatrix(2, 4, QStringLiteral("前"));
-    grid.appendRows({{QString(), longText, QStringLiteral("后")}});
-    // A copy taken before a row grows at its end keeps the row as it was.
-    const ReportTable before = grid.table();
-    grid.setTextMatrix(2, 7, longText);
-    EXPECT_EQ(grid.TextMatrix(2, 5), longText);
-    EXPECT_EQ(grid.TextMatrix(2, 6), QStringLiteral("后"));
-    EXPECT_EQ(grid.TextMatrix(2, 7), longText);
-    EXPECT_EQ(before.text(2, 7), QString());
-    EXPECT_EQ(before.text(2, 6), QStringLiteral("后"));
-    EXPECT_EQ(grid.TextMatrix(2, 4), QStringLiteral("前"));
-    EXPECT_EQ(grid.TextMatrix(4, 1), longText);
-    EXPECT_EQ(grid.TextMatrix(4, 2), QStringLiteral("后"));
+    table.setRows(2);
+    table.appendRows(QVector<QStringList>(5, {"新", "行"}));
+    table.setColWidth(2, 2880);
+    grid.tableChanged(2);
+    EXPECT_EQ(grid.gridModel()->rowCount(), 6);
+    EXPECT_EQ(shown(grid, 6, 1), QStringLiteral("行"));
+    EXPECT_EQ(grid.cellBackColor(1, 1), mint);
+    EXPECT_EQ(grid.cellBackColor(4, 1), grid.palette().color(QPalette::Base));
+    EXPECT_EQ(grid.columnWidth(2), grid.twipsToPixelsX(2880));
+    EXPECT_EQ(grid.Row(), 5);
 
-    grid.setRows(2);
-    grid.setRows(5);
-    EXPECT_EQ(grid.TextMatrix(3, 70), QString()) << "a row dropped and re-added starts empty";
-    EXPECT_EQ(grid.TextMatrix(1, 0), QStringLiteral("0"));
-
-    EXPECT_THROW(grid.TextMatrix(5, 0), RuntimeError);
-    EXPECT_THROW(grid.setTextMatrix(0, 71, QStringLiteral("x")), RuntimeError);
-    EXPECT_THROW(grid.setRows(0), RuntimeError);
+    table.setRows(3);
+    grid.tableChanged(1);
+    EXPECT_EQ(grid.gridModel()->rowCount(), 2);
+    EXPECT_EQ(grid.Row(), 2);
+    EXPECT_EQ(grid.cellBackColor(1, 1), grid.palette().color(QPalette::Base));
 }
 
 TEST(FlexGrid, BulkAppendAndPlainGrowthBothReachTheView)

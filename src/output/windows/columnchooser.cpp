@@ -36,8 +36,10 @@ void configure(FlexGrid &chooser, const ReportTable &source, const std::optional
     }
 
     if (fitFont)
-        AutoFitColumns(chooser.table(), [&chooser, &fitFont](const QString &text) {
-            return chooser.TextWidth(text, *fitFont);
+        chooser.editTable([&chooser, &fitFont](ReportTable &table) {
+            AutoFitColumns(table, [&chooser, &fitFont](const QString &text) {
+                return chooser.TextWidth(text, *fitFont);
+            });
         });
 
     for (int i = 0; i < cols; ++i) {

@@ -88,14 +88,16 @@ QSize ReportWindow::minimumSizeHint() const
 
 ReportWindow::~ReportWindow()
 {
-    // The rows go with the grid, after this body; hand them back once they
+    // The grid shows the window's table, so it goes first.
+    delete m_grid;
+    // The rows go with the table, after this body; hand them back once they
     // are freed, so the program shrinks when a large report is closed.
     QTimer::singleShot(0, qApp, [] { returnFreedMemory(); });
 }
 
 void ReportWindow::buildControls()
 {
-    m_grid = new FlexGrid(this);
+    m_grid = new FlexGrid(m_table, this);
     m_grid->setObjectName(m_definition.gridName);
     m_grid->move(0, 0);
     connect(m_grid, &FlexGrid::Click, this, [this] { trapped([this] { HighlightGridRow(); }); });
@@ -409,27 +411,34 @@ void ReportWindow::runCompute()
     m_progressPanel->clear();
     QElapsedTimer sinceRepaint;
     sinceRepaint.start();
-    ReportTable &table = m_grid->table();
-    TableFill fill(
-        table, m_grid->textWidthFn(),
-        [this, &sinceRepaint](int rows) {
-            m_progressPanel->setText(QStringLiteral("已读取 %1 行").arg(rows));
-            Q_EMIT rowsFilled(rows);
-            // Repainting costs more than a chunk; a few times a second keeps
-            // the window alive without slowing the fill.
-            if (sinceRepaint.elapsed() >= kRepaintIntervalMs) {
-                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-                sinceRepaint.restart();
-            }
-        },
-        m_chunkRows);
+    TableFill fill(m_table, m_grid->textWidthFn(), {}, m_chunkRows);
+    fill.setCursor({m_grid->Row(), m_grid->Redraw()});
+    // The grid hears of the rows as they come, and of the fill's cursor.
+    const auto showFill = [this, &fill] {
+        m_grid->setRedraw(fill.cursor().drawing);
+        m_grid->tableChanged(fill.firstChangedRow());
+        m_grid->setRow(fill.cursor().currentRow);
+        m_progressPanel->setText(QStringLiteral("共 %1 行").arg(m_table.rows() - 1));
+    };
+    fill.setProgress([this, &fill, &sinceRepaint](int rows) {
+        m_grid->setRedraw(fill.cursor().drawing);
+        m_grid->tableChanged(fill.firstChangedRow());
+        m_progressPanel->setText(QStringLiteral("已读取 %1 行").arg(rows));
+        Q_EMIT rowsFilled(rows);
+        // Repainting costs more than a chunk; a few times a second keeps
+        // the window alive without slowing the fill.
+        if (sinceRepaint.elapsed() >= kRepaintIntervalMs) {
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            sinceRepaint.restart();
+        }
+    });
     try {
         m_definition.compute(m_session->connection(), params, fill);
     } catch (...) {
-        m_progressPanel->setText(QStringLiteral("共 %1 行").arg(table.rows() - 1));
+        showFill();
         throw;
     }
-    m_progressPanel->setText(QStringLiteral("共 %1 行").arg(table.rows() - 1));
+    showFill();
 }
 
 void ReportWindow::exportGrid()
@@ -456,13 +465,13 @@ void ReportWindow::printGrid()
     };
     m_sinceRepaint.start();
     if (target) {
-        target(this, m_grid->table(), titles, progress);
+        target(this, m_table, titles, progress);
         return;
     }
     // A print that did not happen leaves no "已打印" line behind.
     const QString before = m_progressPanel->text();
     PageSetup &setup = PageSetup::of(this);
-    const PreviewResult result = PreviewGrid(this, setup.layout(), m_grid->table(),
+    const PreviewResult result = PreviewGrid(this, setup.layout(), m_table,
                                              m_grid->printLook(), titles, false, 0, progress);
     if (result != PreviewResult::Printed)
         m_progressPanel->setText(before);

@@ -64,6 +64,8 @@ class ReportWindow : public QWidget {
     void ReportCommand(int index);
 
     FlexGrid *grid() const { return m_grid; }
+    // What the grid shows, filled by the compute.
+    const ReportTable &table() const { return m_table; }
     QComboBox *combo1() const { return m_combo1; }
     QPushButton *command1(int index) const { return m_command1.value(index); }
     QFrame *picture1() const { return m_picture1; }
@@ -128,6 +130,7 @@ class ReportWindow : public QWidget {
 
     SessionPtr m_session;
     ReportDefinition m_definition;
+    ReportTable m_table;
     FlexGrid *m_grid = nullptr;
     QFrame *m_picture1 = nullptr;
     QFrame *m_picture2 = nullptr;

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "reports/reporttable.h"
-
 #include <QFont>
 #include <QFontMetrics>
 #include <QFontMetricsF>
 #include <QHash>
 #include <QString>
+#include <functional>
 
 namespace quorvale {
+
+// The width of a text in twips, in a font at a resolution.
+using TextWidthFn = std::function<double(const QString &text)>;
 
 // Text widths in twips for one font at one DPI. Reports measure every cell
 // of every row while filling, and most texts repeat, so each distinct text

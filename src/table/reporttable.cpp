@@ -1,4 +1,4 @@
-#include "reports/reporttable.h"
+#include "table/reporttable.h"
 
 #include "runtime/runtimeerror.h"
 
@@ -105,49 +105,6 @@ ReportTable::ReportTable()
 {
 }
 
-ReportTable::ReportTable(const ReportTable &other)
-    : m_rows(other.m_rows), m_cols(other.m_cols), m_fixedRows(other.m_fixedRows),
-      m_fixedCols(other.m_fixedCols), m_widths(other.m_widths), m_alignments(other.m_alignments),
-      m_formatString(other.m_formatString), m_currentRow(other.m_currentRow),
-      m_redraw(other.m_redraw)
-{
-}
-
-ReportTable &ReportTable::operator=(const ReportTable &other)
-{
-    Observer *observer = m_observer;
-    const int oldRows = rows(), oldCols = m_cols;
-    ReportTable copy(other);
-    *this = std::move(copy);
-    m_observer = observer;
-    if (m_observer) {
-        m_observer->layoutChanged();
-        m_observer->columnsChanged(oldCols);
-        m_observer->rowsChanged(oldRows);
-    }
-    return *this;
-}
-
-ReportTable::ReportTable(ReportTable &&) noexcept = default;
-
-ReportTable &ReportTable::operator=(ReportTable &&other) noexcept
-{
-    Observer *observer = m_observer;
-    m_rows = std::move(other.m_rows);
-    m_cols = other.m_cols;
-    m_fixedRows = other.m_fixedRows;
-    m_fixedCols = other.m_fixedCols;
-    m_widths = std::move(other.m_widths);
-    m_alignments = std::move(other.m_alignments);
-    m_formatString = std::move(other.m_formatString);
-    m_currentRow = other.m_currentRow;
-    m_redraw = other.m_redraw;
-    m_observer = observer;
-    return *this;
-}
-
-ReportTable::~ReportTable() = default;
-
 void ReportTable::checkRow(int row) const
 {
     if (row < 0 || row >= rows())
@@ -170,9 +127,6 @@ void ReportTable::setRows(int rows)
     m_rows.resize(size_t(rows));
     if (rows < old)
         m_rows.shrink_to_fit(); // a table cut back to its heading gives its rows back
-    m_currentRow = std::min(m_currentRow, rows - 1);
-    if (m_observer)
-        m_observer->rowsChanged(old);
 }
 
 void ReportTable::setCols(int cols)
@@ -181,7 +135,6 @@ void ReportTable::setCols(int cols)
         invalidCol();
     if (cols == m_cols)
         return;
-    const int old = m_cols;
     if (cols < m_cols) {
         for (QString &row : m_rows) {
             Run run;
@@ -196,8 +149,6 @@ void ReportTable::setCols(int cols)
     m_cols = cols;
     m_widths.resize(cols, DefaultColTwips);
     m_alignments.resize(cols, FlexAlign::General);
-    if (m_observer)
-        m_observer->columnsChanged(old);
 }
 
 void ReportTable::setFixedRows(int rows)
@@ -209,8 +160,6 @@ void ReportTable::setFixedRows(int rows)
     if (this->rows() < rows)
         m_rows.resize(size_t(rows));
     m_fixedRows = rows;
-    if (m_observer)
-        m_observer->layoutChanged();
 }
 
 void ReportTable::setFixedCols(int cols)
@@ -220,8 +169,6 @@ void ReportTable::setFixedCols(int cols)
     if (cols == m_fixedCols)
         return;
     m_fixedCols = cols;
-    if (m_observer)
-        m_observer->layoutChanged();
 }
 
 QString ReportTable::text(int row, int col) const
@@ -288,20 +235,15 @@ void ReportTable::setText(int row, int col, const QString &text)
     }
     if (packed.isEmpty())
         packed = QString();
-    if (m_observer)
-        m_observer->cellChanged(row, col);
 }
 
 void ReportTable::appendRows(const QVector<QStringList> &rows)
 {
     if (rows.isEmpty())
         return;
-    const int old = this->rows();
     m_rows.reserve(m_rows.size() + size_t(rows.size()));
     for (const QStringList &texts : rows)
         m_rows.push_back(packedRow(texts, m_cols));
-    if (m_observer)
-        m_observer->rowsAppended(old);
 }
 
 int ReportTable::colWidth(int col) const
@@ -317,8 +259,6 @@ void ReportTable::setColWidth(int col, int twips)
     if (m_widths[col] == width)
         return;
     m_widths[col] = width;
-    if (m_observer)
-        m_observer->widthChanged(col);
 }
 
 int ReportTable::alignment(int col) const
@@ -336,8 +276,6 @@ void ReportTable::setAlignment(int col, int alignment)
     if (m_alignments[col] == alignment)
         return;
     m_alignments[col] = alignment;
-    if (m_observer)
-        m_observer->alignmentChanged(col);
 }
 
 void ReportTable::setFormatString(const QString &format, const TextWidthFn &textWidth)
@@ -362,22 +300,6 @@ void ReportTable::setFormatString(const QString &format, const TextWidthFn &text
         setColWidth(c, int(std::lround(textWidth(text))) + FormatMarginTwips);
     }
     m_formatString = format;
-}
-
-void ReportTable::setCurrentRow(int row)
-{
-    if (row < 0 || row >= rows())
-        invalidRow();
-    m_currentRow = row;
-}
-
-void ReportTable::setRedraw(bool on)
-{
-    if (on == m_redraw)
-        return;
-    m_redraw = on;
-    if (m_observer)
-        m_observer->redrawChanged(on);
 }
 
 } // namespace quorvale

@@ -1,4 +1,4 @@
-#include "reports/textwidth.h"
+#include "runtime/textwidth.h"
 
 #include "runtime/printerfonts.h"
 #include "runtime/twips.h"

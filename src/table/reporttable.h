@@ -1,14 +1,13 @@
 #pragma once
 
-// Library reports: what a report is without a window: its table, the shared
-// fill engine, each report's statements and compute procedure, the checks of
-// the finance reports and the office list. It needs Qt Core and Gui (text
-// widths for the column rules) and the db and runtime libraries; no widgets.
+// Library table: a report's table as plain data, below every view of it,
+// every writer and every printer. Qt Core and the runtime's text widths.
+
+#include "runtime/textwidth.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
-#include <functional>
 #include <vector>
 
 namespace quorvale {
@@ -27,43 +26,19 @@ inline constexpr int RightBottom = 8;
 inline constexpr int General = 9; // text left, numbers right
 } // namespace FlexAlign
 
-// The texts a text width is measured by, in twips (a font at a resolution).
-using TextWidthFn = std::function<double(const QString &text)>;
-
-// A report's table as the flex grid holds it: rows of cell texts, the fixed
-// (heading) rows counted in, column widths in twips and alignments, the
-// current row and whether drawing is on. Rows are numbered from 0 with the
+// A report's table: rows of cell texts, the fixed (heading) rows counted in,
+// column widths in twips and alignments. Rows are numbered from 0 with the
 // fixed rows: rows() == 1 is a table of its heading only. The compute
-// procedures fill it; the grid shows it; export and print read it.
+// procedures fill it; a grid shows it; export and print read it. What is a
+// view's (the current row, drawing, colours) is kept by the view.
 //
 // Each row's texts are kept packed in one string, and only filled cells take
 // room, so a hundred thousand rows of a wide report stay small.
 // Out-of-range rows and columns throw RuntimeError, as the control did.
 class ReportTable {
 public:
-    // Told of every change, so that a view can show it.
-    class Observer {
-    public:
-        virtual ~Observer() = default;
-        virtual void rowsChanged(int oldRows) = 0; // set to a count
-        virtual void rowsAppended(int oldRows) = 0; // a batch added below the last row
-        virtual void cellChanged(int row, int col) = 0;
-        virtual void columnsChanged(int oldCols) = 0;
-        virtual void widthChanged(int col) = 0;
-        virtual void alignmentChanged(int col) = 0;
-        virtual void layoutChanged() = 0; // fixed rows or columns
-        virtual void redrawChanged(bool on) = 0;
-    };
-
     // Two rows and two columns, one of each fixed, as the control starts.
     ReportTable();
-    ReportTable(const ReportTable &other);
-    ReportTable &operator=(const ReportTable &other);
-    ReportTable(ReportTable &&) noexcept;
-    ReportTable &operator=(ReportTable &&) noexcept;
-    ~ReportTable();
-
-    void setObserver(Observer *observer) { m_observer = observer; }
 
     int rows() const { return int(m_rows.size()); }
     void setRows(int rows);
@@ -93,14 +68,6 @@ public:
     void setFormatString(const QString &format, const TextWidthFn &textWidth);
     QString formatString() const { return m_formatString; }
 
-    // The current row, which the grid moves on a click and the finance
-    // procedures read and set.
-    int currentRow() const { return m_currentRow; }
-    void setCurrentRow(int row);
-    // Off while a procedure fills the table without it being shown.
-    bool redraw() const { return m_redraw; }
-    void setRedraw(bool on);
-
 private:
     void checkRow(int row) const;
     void checkCol(int col) const;
@@ -112,9 +79,6 @@ private:
     QVector<int> m_widths;
     QVector<int> m_alignments;
     QString m_formatString;
-    int m_currentRow = 0;
-    bool m_redraw = true;
-    Observer *m_observer = nullptr;
 };
 
 } // namespace quorvale
