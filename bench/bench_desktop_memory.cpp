@@ -14,7 +14,14 @@
 // (the login window's command line, the menu item, the buttons), so the same
 // source measures an earlier tree too.
 
-#if __has_include("dbtools/databasefile.h")
+#if __has_include("reports/windows/reportwindows.h")
+#define QUORVALE_FACTORIES_GIVEN 1
+#include "dbtools/databasefile.h"
+#include "reports/windows/reportwindows.h"
+#include "reports/windows/reportwindow.h"
+#include "session/windows/frmlogin.h"
+#include "session/windows/mdiform1.h"
+#elif __has_include("dbtools/databasefile.h")
 #include "dbtools/databasefile.h"
 #include "reports/windows/reportregistry.h"
 #include "reports/windows/reportwindow.h"
@@ -154,10 +161,18 @@ int main(int argc, char **argv)
         ++boxes;
         return vb::OK;
     });
-    registerReportWindows();
     // The finance manager's post, whose audit right lists every office.
-    (new FrmLogin)->load(QStringLiteral("1002,李娜,D03,财务部,GW05,财务经理,,,,"));
+    const QString commandLine = QStringLiteral("1002,李娜,D03,财务部,GW05,财务经理,,,,");
+#ifdef QUORVALE_FACTORIES_GIVEN
+    (new FrmLogin(reportWindowFactories()))->load(commandLine);
+    MdiForm1 *main = nullptr;
+    for (QWidget *window : QApplication::topLevelWidgets())
+        main = main ? main : qobject_cast<MdiForm1 *>(window);
+#else
+    registerReportWindows();
+    (new FrmLogin)->load(commandLine);
     MdiForm1 *main = MdiForm1::instance();
+#endif
     if (!main)
         qFatal("the main window did not open");
     main->resize(1280, 800);

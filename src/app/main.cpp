@@ -1,5 +1,5 @@
 #include "informationrequest.h"
-#include "reports/windows/reportregistry.h"
+#include "reports/windows/reportwindows.h"
 #include "runtime/tempfilecleanup.h"
 #include "runtime/toplevelhandler.h"
 #include "session/mdibackground.h"
@@ -22,10 +22,8 @@ int main(int argc, char **argv)
     quorvale::showUnhandledErrorsInMsgBox();
     quorvale::installCleanupOnSignals();
     app.setWindowIcon(QIcon(QPixmap::fromImage(quorvale::drawEmblem(QSize(64, 64)))));
-    quorvale::registerReportWindows();
-
     quorvale::runGuarded([&] {
-        auto *login = new quorvale::FrmLogin;
+        auto *login = new quorvale::FrmLogin(quorvale::reportWindowFactories());
         login->setAttribute(Qt::WA_DeleteOnClose);
         QPointer<quorvale::FrmLogin> guard = login;
         if (login->load(quorvale::sessionCommandLine(app.arguments())) && guard) {

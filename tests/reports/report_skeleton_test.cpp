@@ -6,7 +6,7 @@
 #include "reports/windows/frm财务数据预收表房产.h"
 #include "reports/windows/frm财务数据预收表车位.h"
 #include "reports/windows/frm车位基础表.h"
-#include "reports/windows/reportregistry.h"
+#include "reports/windows/reportwindows.h"
 #include "output/windows/exportwindow.h"
 #include "support/chineseapplication.h"
 #include "session/windows/mdiform1.h"
@@ -44,8 +44,7 @@ class ReportSkeleton : public CustomerFixture {
     // A main window of the size given, shown, its menu wired to the reports.
     std::unique_ptr<MdiForm1> mainWindow(int width, int height)
     {
-        registerReportWindows();
-        auto main = std::make_unique<MdiForm1>(session);
+        auto main = std::make_unique<MdiForm1>(session, reportWindowFactories());
         main->resize(width, height);
         main->show();
         return main;
@@ -294,8 +293,7 @@ TEST_F(ReportSkeleton, AWorkbookNoProgramCanOpenIsSaidInTheStatusBar)
 
 TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
 {
-    registerReportWindows();
-    auto *main = new MdiForm1(session);
+    auto *main = new MdiForm1(session, reportWindowFactories());
     main->show();
     struct Case {
         QString item, window, caption;

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPointer>
 #include <QSettings>
 #include <QTest>
 #include <gmock/gmock.h>
@@ -33,7 +34,11 @@ class Login : public SessionTest {
     }
 
     QListWidget *list1() const { return login->findChild<QListWidget *>("List1"); }
-    bool mainShown() const { return MdiForm1::instance() && MdiForm1::instance()->isVisible(); }
+    static bool mainShown()
+    {
+        const MdiForm1 *main = quorvale::testing::topLevelWindow<MdiForm1>();
+        return main && main->isVisible();
+    }
 
     std::unique_ptr<FixtureDb> db;
     FrmLogin *login = nullptr;
@@ -42,9 +47,10 @@ class Login : public SessionTest {
 // The values the main window was given.
 std::string session()
 {
-    if (!MdiForm1::instance())
+    const MdiForm1 *main = quorvale::testing::topLevelWindow<MdiForm1>();
+    if (!main)
         return "(no main window)";
-    const Session &s = *MdiForm1::instance()->session();
+    const Session &s = *main->session();
     QStringList values;
     for (int i = 0; i < Session::ValueCount; ++i)
         values << s.value(i);
@@ -81,7 +87,7 @@ TEST_F(Login, RefusalsKeepTheLoginWindow)
         EXPECT_EQ(boxes[0].style, c.style) << c.user;
         EXPECT_EQ(boxes[0].title, programTitle()) << c.user;
         EXPECT_FALSE(mainShown()) << c.user;
-        EXPECT_EQ(FrmLogin::instance(), login);
+        EXPECT_EQ(quorvale::testing::topLevelWindow<FrmLogin>(), login);
     }
     EXPECT_TRUE(ends.empty());
 }
@@ -93,7 +99,7 @@ TEST_F(Login, OnePostIsChosenAtOnce)
     EXPECT_FALSE(list1()->isVisibleTo(login));
     EXPECT_EQ(session(), "1002|李四|B01|第一管理处|G01|主任|D1|管理处类|P1|管理类");
     EXPECT_TRUE(mainShown());
-    EXPECT_EQ(FrmLogin::instance(), nullptr);
+    EXPECT_EQ(quorvale::testing::topLevelWindow<FrmLogin>(), nullptr);
 }
 
 TEST_F(Login, SeveralPostsAreOfferedAndChosenByDoubleClick)
@@ -195,17 +201,16 @@ TEST_F(Login, CommandLineSkipsTheLoginWindow)
         {"1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1,管理类,extra", "管理类"},
     };
     for (const Case &c : cases) {
-        auto *started = new FrmLogin;
+        QPointer<FrmLogin> started = new FrmLogin;
         EXPECT_FALSE(started->load(c.args));
         ASSERT_TRUE(mainShown());
-        const Session &s = *MdiForm1::instance()->session();
+        const Session &s = *quorvale::testing::topLevelWindow<MdiForm1>()->session();
         EXPECT_EQ(s.CurUserNo, "1002");
         EXPECT_EQ(s.CurPostCode, "G01");
         EXPECT_EQ(s.CurPostClassName, c.lastValue);
         EXPECT_TRUE(s.DbConn && s.DbConn->isOpen());
-        EXPECT_FALSE(started->isVisible());
-        EXPECT_EQ(FrmLogin::instance(), nullptr);
-        delete MdiForm1::instance();
+        EXPECT_TRUE(started.isNull()) << "the login window is gone";
+        delete quorvale::testing::topLevelWindow<MdiForm1>();
     }
     EXPECT_TRUE(boxes.empty());
 }

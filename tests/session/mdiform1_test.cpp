@@ -31,19 +31,21 @@ class MainWindow : public SessionTest {
     MdiForm1 *open()
     {
         session = quorvale::signIn(draft);
-        MdiForm1 *w = MdiForm1::showMainWindow(session);
-        w->resize(900, 600);
-        return w;
+        main = MdiForm1::open(session, windows);
+        main->resize(900, 600);
+        return main;
     }
 
     QAction *item(const QString &name) const
     {
-        return MdiForm1::instance()->findChild<QAction *>(name);
+        return main->findChild<QAction *>(name);
     }
 
     std::unique_ptr<FixtureDb> db;
     Session draft;
     SessionPtr session;
+    WindowFactories windows; // what the main window is given to open
+    MdiForm1 *main = nullptr;
 };
 
 void addAuditRows(FixtureDb &db, const QList<QVariantList> &rows)
@@ -57,7 +59,7 @@ TEST_F(MainWindow, MenuItemsInDesignedOrder)
 {
     open();
     QStringList seen;
-    for (QAction *a : MdiForm1::instance()->menuItems())
+    for (QAction *a : main->menuItems())
         seen << a->objectName() + QLatin1Char('=') + (a->isSeparator() ? "-" : a->text());
     EXPECT_EQ(seen,
               (QStringList{"统计报表=统计报表", "房产客户=房产客户-基础数据表",
@@ -69,7 +71,7 @@ TEST_F(MainWindow, MenuItemsInDesignedOrder)
                            "退出=退出", "关于=关于", "关于软件=关于软件", "联系我们=联系我们"}));
 }
 
-// Signing in reads the audit right; the main window's load unloads the login.
+// Signing in reads the audit right, before the main window opens.
 TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
 {
     struct Case {
@@ -87,11 +89,9 @@ TEST_F(MainWindow, LoadReadsTheAuditRightFromTheRowsOfDepartmentAndPost)
         if (!c.rows.isEmpty())
             addAuditRows(*db, c.rows);
         draft.HasProjectAudit = !c.expected;
-        new FrmLogin;
         open();
         EXPECT_EQ(session->HasProjectAudit, c.expected) << c.rows.size();
-        EXPECT_EQ(FrmLogin::instance(), nullptr);
-        delete MdiForm1::instance();
+        delete main;
     }
 }
 
@@ -128,7 +128,7 @@ TEST_F(MainWindow, PrivilegesEnableOnlyGrantedItems)
     EXPECT_TRUE(boxes.empty());
 
     QStringList enabled;
-    for (QAction *a : MdiForm1::instance()->menuItems()) {
+    for (QAction *a : main->menuItems()) {
         if (a->isEnabled())
             enabled << a->objectName();
     }
@@ -141,7 +141,7 @@ TEST_F(MainWindow, PrivilegeErrorIsShownAndLeavesTheMenuAsFarAsItGot)
 {
     open();
     db->execute("DROP TABLE GroupPrivilege");
-    MdiForm1::instance()->权限设置("报表");
+    main->权限设置("报表");
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_TRUE(boxes[0].prompt.startsWith("错误号："));
     EXPECT_TRUE(boxes[0].prompt.contains("\n错误描述："));
@@ -178,13 +178,13 @@ TEST_F(MainWindow, ClosingByTheFrameAsksTheQuitItemDoesNot)
 TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
 {
     int made = 0;
-    registerWindowFactory("车位客户", [&](const SessionPtr &) {
+    windows["车位客户"] = [&](const SessionPtr &) {
         ++made;
         auto *w = new QWidget;
         w->setObjectName("frm车位基础表");
         return w;
-    });
-    MdiForm1 *main = open();
+    };
+    open();
     QMdiSubWindow *other = main->mdiArea()->addSubWindow(new QWidget);
     other->show();
 
@@ -204,28 +204,26 @@ TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
     EXPECT_EQ(main->mdiArea()->subWindowList().size(), 1);
     item("车位客户")->trigger();
     EXPECT_EQ(made, 2);
-    registerWindowFactory("车位客户", {});
 }
 
 TEST_F(MainWindow, CenterInMainPlacesAChildInTheMiddleOfTheClientArea)
 {
-    registerWindowFactory("财务数据欠收表车位", [](const SessionPtr &) {
+    windows["财务数据欠收表车位"] = [](const SessionPtr &) {
         auto *w = new QWidget;
         w->resize(300, 200);
         return w;
-    });
-    MdiForm1 *main = open();
+    };
+    open();
     QWidget *child = main->showWindow("财务数据欠收表车位");
     CenterInMain(child);
     const QRect frame = child->parentWidget()->geometry();
     const QPoint middle = main->mdiArea()->viewport()->rect().center();
     EXPECT_LE((frame.center() - middle).manhattanLength(), 2);
-    registerWindowFactory("财务数据欠收表车位", {});
 }
 
 TEST_F(MainWindow, ItemsWithoutWindowOpenNothing)
 {
-    MdiForm1 *main = open();
+    open();
     item("联系我们")->trigger();
     item("财务数据预收表车位")->trigger();
     EXPECT_TRUE(main->mdiArea()->subWindowList().isEmpty());
@@ -236,7 +234,7 @@ TEST_F(MainWindow, ItemsWithoutWindowOpenNothing)
 TEST_F(MainWindow, BackgroundPictureIsReadAtEveryResize)
 {
     QFile::remove(mainBackgroundPath());
-    MdiForm1 *main = open();
+    open();
     QMdiArea *area = main->mdiArea();
     const QBrush plain = area->background();
     EXPECT_TRUE(plain.texture().isNull());
@@ -273,7 +271,7 @@ TEST_F(MainWindow, BackgroundPictureIsReadAtEveryResize)
 
 TEST_F(MainWindow, AboutWindowShowsVersionAndHasNoSystemInformationHere)
 {
-    MdiForm1 *main = open();
+    open();
     item("关于软件")->trigger();
     item("关于软件")->trigger();
     const auto abouts = main->findChildren<FrmAbout *>();

@@ -5,6 +5,7 @@
 #include "session/windows/frmlogin.h"
 #include "session/windows/mdiform1.h"
 #include "support/fixturedb.h"
+#include "support/toplevelwindow.h"
 #include "ui/msgbox.h"
 
 #include <QCoreApplication>
@@ -31,8 +32,8 @@ class SessionTest : public ::testing::Test {
 
     void TearDown() override
     {
-        delete MdiForm1::instance();
-        delete FrmLogin::instance();
+        delete quorvale::testing::topLevelWindow<MdiForm1>();
+        delete quorvale::testing::topLevelWindow<FrmLogin>();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         setMsgBoxResponder({});
         setEndProgramHook({});

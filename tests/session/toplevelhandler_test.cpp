@@ -27,5 +27,5 @@ TEST_F(TopLevelHandler, UnhandledErrorIsShownAndEndsTheProgram)
         EXPECT_EQ(ends, std::vector<int>{1});
     }
     // No main window opened on the short command line.
-    EXPECT_EQ(MdiForm1::instance(), nullptr);
+    EXPECT_EQ(quorvale::testing::topLevelWindow<MdiForm1>(), nullptr);
 }

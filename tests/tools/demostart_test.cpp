@@ -1,8 +1,9 @@
-#include "reports/windows/reportregistry.h"
+#include "reports/windows/reportwindows.h"
 #include "session/dbconnection.h"
 #include "session/windows/frmlogin.h"
 #include "session/windows/mdiform1.h"
 #include "support/adminprocess.h"
+#include "support/toplevelwindow.h"
 #include "ui/msgbox.h"
 
 #include <QCoreApplication>
@@ -36,7 +37,7 @@ class DemoStart : public ::testing::Test {
     void TearDown() override
     {
         setMsgBoxResponder({});
-        delete MdiForm1::instance();
+        delete quorvale::testing::topLevelWindow<MdiForm1>();
     }
 
     QTemporaryDir dir;
@@ -56,8 +57,7 @@ TEST_F(DemoStart, TheProgramStaysUpAtItsLoginWindow)
 
 TEST_F(DemoStart, ADemoUserSignsInToTheMainWindow)
 {
-    registerReportWindows(); // as the program's start does
-    auto *login = new FrmLogin;
+    auto *login = new FrmLogin(reportWindowFactories()); // as the program's start does
     ASSERT_TRUE(login->load(QString()));
     login->show();
     login->findChild<QLineEdit *>("TxtUser")->setText("1002");
@@ -68,9 +68,10 @@ TEST_F(DemoStart, ADemoUserSignsInToTheMainWindow)
     ASSERT_EQ(posts->count(), 2);
     posts->setCurrentRow(0);
     login->choosePost();
-    ASSERT_NE(MdiForm1::instance(), nullptr);
-    EXPECT_TRUE(MdiForm1::instance()->isVisible());
-    EXPECT_NE(MdiForm1::instance()->showWindow("财务数据欠收表房产"), nullptr);
+    MdiForm1 *main = quorvale::testing::topLevelWindow<MdiForm1>();
+    ASSERT_NE(main, nullptr);
+    EXPECT_TRUE(main->isVisible());
+    EXPECT_NE(main->showWindow("财务数据欠收表房产"), nullptr);
 }
 
 } // namespace

@@ -16,7 +16,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPainter>
-#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -24,12 +23,6 @@
 namespace quorvale {
 
 namespace {
-QPointer<FrmLogin> &loaded()
-{
-    static QPointer<FrmLogin> window;
-    return window;
-}
-
 RuntimeError subscriptOutOfRange()
 {
     return RuntimeError(ErrorNumber::SubscriptOutOfRange, QStringLiteral("下标越界"));
@@ -60,11 +53,11 @@ class LoginBanner : public QWidget {
 
 } // namespace
 
-FrmLogin::FrmLogin(QWidget *parent) : QWidget(parent)
+FrmLogin::FrmLogin(WindowFactories windows, QWidget *parent)
+    : QWidget(parent), m_windows(std::move(windows))
 {
     setObjectName(QStringLiteral("frmLogin"));
     setWindowTitle(QStringLiteral("用户登录"));
-    loaded() = this;
 
     auto *banner = new LoginBanner(this);
 
@@ -142,11 +135,6 @@ FrmLogin::FrmLogin(QWidget *parent) : QWidget(parent)
 }
 
 FrmLogin::~FrmLogin() = default;
-
-FrmLogin *FrmLogin::instance()
-{
-    return loaded();
-}
 
 bool FrmLogin::load(const QString &commandLineText)
 {
@@ -243,17 +231,10 @@ void FrmLogin::showPostList(bool visible)
 void FrmLogin::showMainWindow()
 {
     // The marker text a calling program could set is never set here, so the
-    // main window is always the next step; its load unloads this window.
-    MdiForm1::showMainWindow(quorvale::signIn(m_session));
-}
-
-void unloadLoginWindow()
-{
-    if (FrmLogin *w = loaded()) {
-        loaded() = nullptr;
-        w->hide();
-        w->deleteLater();
-    }
+    // main window is always the next step; once it is loaded this window goes.
+    MdiForm1::open(quorvale::signIn(m_session), m_windows);
+    hide();
+    deleteLater();
 }
 
 } // namespace quorvale

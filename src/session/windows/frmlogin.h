@@ -2,6 +2,7 @@
 
 #include "session/postchoice.h"
 #include "session/session.h"
+#include "session/windows/mdiform1.h"
 
 #include <QList>
 #include <QString>
@@ -17,15 +18,12 @@ namespace quorvale {
 
 // The start-up window "frmLogin": signs a user in against the employee
 // table, lets him pick one of his current posts and fills the session, which
-// it hands to the main window.
+// it hands to the main window with the windows its menu opens; then it goes.
 class FrmLogin : public QWidget {
     Q_OBJECT
   public:
-    explicit FrmLogin(QWidget *parent = nullptr);
+    explicit FrmLogin(WindowFactories windows = {}, QWidget *parent = nullptr);
     ~FrmLogin() override;
-
-    // The loaded login window, if any.
-    static FrmLogin *instance();
 
     // Window load. With a command line the session comes from it and the main
     // window is shown instead; returns true when this window is to be shown.
@@ -40,7 +38,6 @@ class FrmLogin : public QWidget {
     void choosePost();
 
     const QList<PostChoice> &postChoices() const { return m_postChoices; }
-    // The session being signed in.
     // The session this window signs in: what the main window will be given.
     const Session &session() const { return m_session; }
     Session &session() { return m_session; }
@@ -61,9 +58,7 @@ class FrmLogin : public QWidget {
     QLabel *m_label1;
     QList<PostChoice> m_postChoices;
     Session m_session;
+    WindowFactories m_windows;
 };
-
-// Unloads the login window if it is still loaded.
-void unloadLoginWindow();
 
 } // namespace quorvale

@@ -6,7 +6,6 @@
 #include "session/mdibackground.h"
 #include "session/privileges.h"
 #include "session/windows/frmabout.h"
-#include "session/windows/frmlogin.h"
 #include "ui/mdicaptionstyle.h"
 #include "ui/msgbox.h"
 
@@ -25,26 +24,6 @@
 namespace quorvale {
 
 namespace {
-struct Registration {
-    WindowFactory factory;
-    ChildKind kind = ChildKind::MdiChild;
-};
-
-QHash<QString, Registration> &registrations()
-{
-    static QHash<QString, Registration> table{
-        {QStringLiteral("关于软件"),
-         {[](const SessionPtr &) { return static_cast<QWidget *>(new FrmAbout); },
-          ChildKind::TopLevel}}};
-    return table;
-}
-
-QPointer<MdiForm1> &mainWindow()
-{
-    static QPointer<MdiForm1> window;
-    return window;
-}
-
 // Items 权限设置 never switches off, whatever the privilege rows say.
 bool isExempt(const QAction *item)
 {
@@ -87,18 +66,12 @@ class PictureBox : public QWidget {
 };
 } // namespace
 
-void registerWindowFactory(const QString &menuItemName, WindowFactory factory, ChildKind kind)
-{
-    registrations().insert(menuItemName, Registration{std::move(factory), kind});
-}
-
-MdiForm1::MdiForm1(SessionPtr session, QWidget *parent)
-    : QMainWindow(parent), m_session(std::move(session))
+MdiForm1::MdiForm1(SessionPtr session, WindowFactories windows, QWidget *parent)
+    : QMainWindow(parent), m_session(std::move(session)), m_windows(std::move(windows))
 {
     setObjectName(QStringLiteral("MDIForm1"));
     setWindowTitle(programTitle());
     setAttribute(Qt::WA_DeleteOnClose);
-    mainWindow() = this;
 
     m_mdiArea = new QMdiArea(this);
     m_captionStyle = new MdiCaptionStyle;
@@ -124,24 +97,12 @@ MdiForm1::MdiForm1(SessionPtr session, QWidget *parent)
     }
 }
 
-MdiForm1::~MdiForm1()
-{
-    if (mainWindow() == this)
-        mainWindow() = nullptr;
-}
+MdiForm1::~MdiForm1() = default;
 
-MdiForm1 *MdiForm1::instance()
+MdiForm1 *MdiForm1::open(SessionPtr session, WindowFactories windows)
 {
-    return mainWindow();
-}
-
-MdiForm1 *MdiForm1::showMainWindow(SessionPtr session)
-{
-    MdiForm1 *w = mainWindow();
-    if (!w) {
-        w = new MdiForm1(std::move(session));
-        w->load();
-    }
+    auto *w = new MdiForm1(std::move(session), std::move(windows));
+    w->load();
     w->show();
     w->raise();
     w->activateWindow();
@@ -154,7 +115,6 @@ void MdiForm1::load()
     // load, for him or anyone else.
     const Session &s = *m_session;
     [[maybe_unused]] const bool superUser = s.CurUserNo == QStringLiteral("超级用户");
-    unloadLoginWindow();
 
     QStringList who;
     for (const QString &value : {s.CurUserName, s.CurDeptName, s.CurPostName}) {
@@ -200,7 +160,7 @@ QAction *MdiForm1::addItem(QMenu *menu, const QString &name, const QString &capt
 {
     QAction *item = caption == QLatin1String("-") ? menu->addSeparator() : menu->addAction(caption);
     item->setObjectName(name);
-    if (!item->isSeparator() && name != QLatin1String("退出"))
+    if (!item->isSeparator() && name != QStringLiteral("退出"))
         connect(item, &QAction::triggered, this, [this, name] { showWindow(name); });
     m_menuItems << item;
     return item;
@@ -214,15 +174,18 @@ QWidget *MdiForm1::openWindow(const QString &menuItemName) const
 QWidget *MdiForm1::showWindow(const QString &menuItemName)
 {
     QWidget *w = openWindow(menuItemName);
-    const auto found = registrations().constFind(menuItemName);
+    // The About window is the main window's own, and a window of its own.
+    const bool about = menuItemName == QStringLiteral("关于软件");
     if (!w) {
-        if (found == registrations().constEnd() || !found->factory)
-            return nullptr;
-        w = found->factory(m_session);
+        const WindowFactory factory = m_windows.value(menuItemName);
+        if (about)
+            w = new FrmAbout;
+        else if (factory)
+            w = factory(m_session);
         if (!w)
             return nullptr;
         m_openWindows.insert(menuItemName, w);
-        if (found->kind == ChildKind::MdiChild) {
+        if (!about) {
             QMdiSubWindow *sub = m_mdiArea->addSubWindow(w);
             sub->setStyle(m_captionStyle);
             // A child maximized at once keeps its designed size for "restore down".

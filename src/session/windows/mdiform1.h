@@ -19,33 +19,25 @@ class QMdiSubWindow;
 
 namespace quorvale {
 
-// How a menu item's window is shown: inside the main window's client area,
-// or as its own window owned by the main window (the About window).
-enum class ChildKind { MdiChild, TopLevel };
 using WindowFactory = std::function<QWidget *(const SessionPtr &session)>;
-
-// Wires a menu item (by its control name, e.g. "房产客户") to the window it
-// shows. The factory runs when the window does not exist yet. Menu items
-// without a factory open nothing.
-void registerWindowFactory(const QString &menuItemName, WindowFactory factory,
-                           ChildKind kind = ChildKind::MdiChild);
+// The windows the menu items open inside the main window, by the item's
+// control name (e.g. "房产客户"). A factory runs when its window does not
+// exist yet; items without one open nothing.
+using WindowFactories = QHash<QString, WindowFactory>;
 
 // The multiple-document main window "MDIForm1": the menu, the background
 // picture, the closing question and the post privileges of the menu items.
 class MdiForm1 : public QMainWindow {
     Q_OBJECT
   public:
-    explicit MdiForm1(SessionPtr session, QWidget *parent = nullptr);
+    MdiForm1(SessionPtr session, WindowFactories windows, QWidget *parent = nullptr);
     ~MdiForm1() override;
 
-    // The main window, once it exists.
-    static MdiForm1 *instance();
-    // Creates and loads the main window for the signed-in session on first
-    // use, shows it modelessly and brings it to the front. Errors of the
-    // load are not trapped.
-    static MdiForm1 *showMainWindow(SessionPtr session);
+    // Creates and loads the main window of a signed-in session, shows it
+    // modelessly and brings it to the front. Errors of the load are not trapped.
+    static MdiForm1 *open(SessionPtr session, WindowFactories windows);
 
-    // Window load: the audit right, then the login window is unloaded.
+    // Window load: the signed-in user in the status bar.
     void load();
     const SessionPtr &session() const { return m_session; }
 
@@ -74,6 +66,7 @@ class MdiForm1 : public QMainWindow {
     void watchChild(QWidget *widget, QMdiSubWindow *sub);
 
     SessionPtr m_session;
+    WindowFactories m_windows;
     QMdiArea *m_mdiArea;
     QStyle *m_captionStyle;
     QLabel *m_userLabel;
