@@ -14,13 +14,14 @@
 // (the login window's command line, the menu item, the buttons), so the same
 // source measures an earlier tree too.
 
-#if __has_include("reports/windows/reportwindows.h")
-#define QUORVALE_FACTORIES_GIVEN 1
+#if __has_include("ui/desktop.h")
+#define QUORVALE_DESKTOP_GIVEN 1
 #include "dbtools/databasefile.h"
-#include "reports/windows/reportwindows.h"
 #include "reports/windows/reportwindow.h"
+#include "reports/windows/reportwindows.h"
 #include "session/windows/frmlogin.h"
 #include "session/windows/mdiform1.h"
+#include "ui/desktop.h"
 #elif __has_include("dbtools/databasefile.h")
 #include "dbtools/databasefile.h"
 #include "reports/windows/reportregistry.h"
@@ -157,18 +158,21 @@ int main(int argc, char **argv)
 
     // Boxes (a note after an export) are answered as a user would: OK.
     int boxes = 0;
-    setMsgBoxResponder([&boxes](const MsgBoxCall &) {
+    const auto answer = [&boxes](const MsgBoxCall &) {
         ++boxes;
         return vb::OK;
-    });
+    };
     // The finance manager's post, whose audit right lists every office.
     const QString commandLine = QStringLiteral("1002,李娜,D03,财务部,GW05,财务经理,,,,");
-#ifdef QUORVALE_FACTORIES_GIVEN
-    (new FrmLogin(reportWindowFactories()))->load(commandLine);
+#ifdef QUORVALE_DESKTOP_GIVEN
+    auto desktop = std::make_shared<Desktop>();
+    desktop->answerBox = answer;
+    (new FrmLogin(desktop, reportWindowFactories()))->load(commandLine);
     MdiForm1 *main = nullptr;
     for (QWidget *window : QApplication::topLevelWidgets())
         main = main ? main : qobject_cast<MdiForm1 *>(window);
 #else
+    setMsgBoxResponder(answer);
     registerReportWindows();
     (new FrmLogin)->load(commandLine);
     MdiForm1 *main = MdiForm1::instance();

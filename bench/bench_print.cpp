@@ -80,7 +80,7 @@ int main(int argc, char **argv)
     ReportTable table;
     prepareReportTable(definition, table, textWidth);
     computeReport(definition, connection, params, table, textWidth);
-    const PrintTitles titles = reportPrintTitles(params.officeName, today, today);
+    const PrintTitles titles = reportPrintTitles(params.officeName, today, today, today);
     const PrintLook look = printLookOf(font, screenDpi());
 
     // A table wider than the paper is printed anyway, as the batch export does.

@@ -95,8 +95,9 @@ void printForBatch(StagedFile &pdf, const ReportEntry &entry, const ReportParams
     // pickers date the heading with them, the others with today.
     const bool pickers = entry.finance && financeTraits(*entry.finance).printWithPickers;
     const QDate today = QDate::currentDate();
-    const PrintTitles titles = reportPrintTitles(params.officeName, pickers ? params.receiptFrom : today,
-                                                 pickers ? params.receiptTo : today);
+    const PrintTitles titles =
+        reportPrintTitles(params.officeName, pickers ? params.receiptFrom : today,
+                          pickers ? params.receiptTo : today, today);
     try {
         const auto printer = Printer::pdf(pdf.device(), layout);
         if (!tableFitsPaper(*printer, table, 0) && warning)

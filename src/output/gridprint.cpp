@@ -305,13 +305,13 @@ double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QStrin
 }
 
 // Footer of one page; y is the position below the page's last row.
-void PrintPageFooter(Printer &printer, double left, double tableWidth, bool signature, int page,
-                     int pageCount, double y)
+void PrintPageFooter(Printer &printer, const QDate &printedOn, double left, double tableWidth,
+                     bool signature, int page, int pageCount, double y)
 {
     const double h = printer.TextHeight(QStringLiteral("的"));
     const double innerWidth = printer.ScaleWidth();
 
-    const QString date = kPrintDate + vbrt::Date().toString(QStringLiteral("yyyy-MM-dd"));
+    const QString date = kPrintDate + printedOn.toString(QStringLiteral("yyyy-MM-dd"));
     printer.setCurrentX(left + tableWidth - printer.TextWidth(date));
     printer.setCurrentY(y + h);
     printer.Print(date);
@@ -327,7 +327,6 @@ void PrintPageFooter(Printer &printer, double left, double tableWidth, bool sign
     printer.setCurrentY(printer.ScaleHeight() - h);
     printer.Print(numbering);
 }
-
 
 void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
                 const PrintTitles &titles, bool signature, const PrintProgress &progress)
@@ -362,7 +361,8 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
     auto startPage = [&] {
         if (page > 0) {
             printColumnRules(printer, table, tableTop, y);
-            PrintPageFooter(printer, table.left, table.width(), signature, page, pageCount, y);
+            PrintPageFooter(printer, titles.printedOn, table.left, table.width(), signature, page,
+                            pageCount, y);
             if (progress)
                 progress(page, pageCount);
             printer.NewPage();
@@ -386,7 +386,8 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
     if (page == 0)
         startPage();
     printColumnRules(printer, table, tableTop, y);
-    PrintPageFooter(printer, table.left, table.width(), signature, page, pageCount, y);
+    PrintPageFooter(printer, titles.printedOn, table.left, table.width(), signature, page,
+                    pageCount, y);
     printer.EndDoc();
     if (progress)
         progress(page, pageCount);
@@ -394,9 +395,11 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
 
 } // namespace
 
-PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to)
+PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to,
+                              const QDate &printedOn)
 {
     PrintTitles titles;
+    titles.printedOn = printedOn;
     titles.title = QLatin1Char('(') + officeName + QLatin1Char(')') + kPrintTitleSuffix;
     titles.secondLine =
         kDateRange + vbrt::formatChineseDate(from) + QLatin1Char('-') + vbrt::formatChineseDate(to);

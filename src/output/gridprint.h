@@ -16,12 +16,14 @@ namespace quorvale {
 struct PrintTitles {
     QString title;
     QString secondLine;
+    QDate printedOn = QDate::currentDate(); // the footer's print date
 };
 
 // The print branch's titles, the same in every report window: "(office)"
 // followed by "收款日报表" (a leftover of the first report, kept), and the
-// date range line.
-PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to);
+// date range line; printed on the day given.
+PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to,
+                              const QDate &printedOn);
 
 // The look of a grid in the font at the dpi, as the grid lays its rows out.
 PrintLook printLookOf(const QFont &font, int dpi);

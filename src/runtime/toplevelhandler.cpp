@@ -1,6 +1,5 @@
 #include "runtime/toplevelhandler.h"
 
-
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -8,18 +7,6 @@
 namespace quorvale {
 
 namespace {
-EndProgramHook &endHook()
-{
-    static EndProgramHook hook;
-    return hook;
-}
-
-UnhandledErrorBox &errorBox()
-{
-    static UnhandledErrorBox box;
-    return box;
-}
-
 // The classic runtime's number for a failure it cannot name better.
 constexpr int InternalError = 51;
 } // namespace
@@ -30,63 +17,48 @@ QString runtimeErrorText(int number, const QString &description)
            description;
 }
 
-void reportUnhandledError(const RuntimeError &error)
+void reportUnhandledError(const RuntimeError &error, const UnhandledErrors &handler)
 {
     const QString text = runtimeErrorText(error.number(), error.description());
-    if (errorBox())
-        errorBox()(text);
+    if (handler.show)
+        handler.show(text);
     else
         std::fprintf(stderr, "%s\n", text.toUtf8().constData());
-    endProgram(1);
+    if (handler.end)
+        handler.end(1);
+    else
+        endProgramNow(1);
 }
 
-void reportCurrentException()
+void reportCurrentException(const UnhandledErrors &handler)
 {
     try {
         throw;
     } catch (const RuntimeError &e) {
-        reportUnhandledError(e);
+        reportUnhandledError(e, handler);
     } catch (const std::exception &e) {
-        reportUnhandledError(RuntimeError(InternalError, QString::fromLocal8Bit(e.what())));
+        reportUnhandledError(RuntimeError(InternalError, QString::fromLocal8Bit(e.what())),
+                             handler);
     } catch (...) {
-        reportUnhandledError(RuntimeError(InternalError, QStringLiteral("内部错误")));
+        reportUnhandledError(RuntimeError(InternalError, QStringLiteral("内部错误")), handler);
     }
 }
 
-bool runGuarded(const std::function<void()> &code)
+bool runGuarded(const std::function<void()> &code, const UnhandledErrors &handler)
 {
     try {
         code();
         return true;
     } catch (...) {
-        reportCurrentException();
+        reportCurrentException(handler);
     }
     return false;
-}
-
-void setUnhandledErrorBox(UnhandledErrorBox box)
-{
-    errorBox() = std::move(box);
 }
 
 void endProgramNow(int status)
 {
     std::fflush(nullptr);
     std::_Exit(status);
-}
-
-void endProgram(int status)
-{
-    if (endHook()) {
-        endHook()(status);
-        return;
-    }
-    endProgramNow(status);
-}
-
-void setEndProgramHook(EndProgramHook hook)
-{
-    endHook() = std::move(hook);
 }
 
 } // namespace quorvale

@@ -10,30 +10,26 @@ namespace quorvale {
 // The text of the run-time error box: number, blank line, description.
 QString runtimeErrorText(int number, const QString &description);
 
-// Where the run-time error text goes: a message box in the desktop program
-// (installed by the UI layer), standard error until something is installed.
-using UnhandledErrorBox = std::function<void(const QString &text)>;
-void setUnhandledErrorBox(UnhandledErrorBox box);
+// What becomes of an error nothing trapped: its run-time error text is shown,
+// then the program ends with status 1. The desktop program shows a message
+// box and ends; a test records both.
+struct UnhandledErrors {
+    std::function<void(const QString &text)> show; // standard error when unset
+    std::function<void(int status)> end;           // endProgramNow when unset
+};
 
-// Shows the run-time error box for an error nothing trapped, then ends the
-// process with a non-zero status.
-void reportUnhandledError(const RuntimeError &error);
+// Shows the run-time error box for an error nothing trapped, then ends.
+void reportUnhandledError(const RuntimeError &error, const UnhandledErrors &handler);
 
 // Inside a catch block: reports the error being handled as unhandled.
-void reportCurrentException();
+void reportCurrentException(const UnhandledErrors &handler);
 
 // Runs a piece of start-up or event code; any error escaping it is reported
 // as unhandled. Returns false when an error was reported.
-bool runGuarded(const std::function<void()> &code);
+bool runGuarded(const std::function<void()> &code, const UnhandledErrors &handler);
 
 // Ends the process at once (no closing questions, no unloading), as the
 // classic End statement does.
 [[noreturn]] void endProgramNow(int status);
-// Ends the program through the installed hook. Tests install one that
-// records the status instead of ending the test process; with a hook the
-// call returns.
-void endProgram(int status);
-using EndProgramHook = std::function<void(int status)>;
-void setEndProgramHook(EndProgramHook hook);
 
 } // namespace quorvale

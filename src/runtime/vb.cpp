@@ -8,24 +8,11 @@
 namespace quorvale::vbrt {
 
 namespace {
-bool isBlank(QChar c) { return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r'; }
-
-QDate &fixedToday()
+bool isBlank(QChar c)
 {
-    static QDate date;
-    return date;
+    return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
 }
 } // namespace
-
-QDate Date()
-{
-    return fixedToday().isValid() ? fixedToday() : QDate::currentDate();
-}
-
-void setToday(const QDate &date)
-{
-    fixedToday() = date;
-}
 
 double Val(const QString &text)
 {

@@ -30,11 +30,6 @@ QString Trim(const QString &text);
 QString Left(const QString &text, int length);
 QString Right(const QString &text, int length);
 
-// Today, as the windows read it. Tests fix the day with setToday; a null
-// date follows the clock again.
-QDate Date();
-void setToday(const QDate &date);
-
 // "yyyy年mm月dd日", the form the windows print and export dates in.
 QString formatChineseDate(const QDate &date);
 // "YYYYMM", the month texts of the finance windows.

@@ -10,7 +10,8 @@
 
 namespace quorvale {
 
-Application::Application(int &argc, char **argv) : QApplication(argc, argv)
+Application::Application(int &argc, char **argv, DesktopPtr desktop)
+    : QApplication(argc, argv), m_desktop(std::move(desktop))
 {
     setUpApplication(*this);
 }
@@ -20,7 +21,7 @@ bool Application::notify(QObject *receiver, QEvent *event)
     try {
         return QApplication::notify(receiver, event);
     } catch (...) {
-        reportCurrentException();
+        reportCurrentException(m_desktop->unhandledErrors());
         return false;
     }
 }

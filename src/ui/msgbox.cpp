@@ -1,7 +1,5 @@
 #include "ui/msgbox.h"
 
-#include "runtime/toplevelhandler.h"
-
 #include <QApplication>
 #include <QFontMetrics>
 #include <QGridLayout>
@@ -10,12 +8,6 @@
 namespace quorvale {
 
 namespace {
-MsgBoxResponder &responder()
-{
-    static MsgBoxResponder r;
-    return r;
-}
-
 QMessageBox::Icon iconFor(int style)
 {
     switch (style & 0x70) {
@@ -42,20 +34,10 @@ void keepTitleWhole(QMessageBox &box)
 
 } // namespace
 
-void setMsgBoxResponder(MsgBoxResponder r) { responder() = std::move(r); }
-
-void showUnhandledErrorsInMsgBox()
+int showMsgBox(const MsgBoxCall &call)
 {
-    setUnhandledErrorBox([](const QString &text) { MsgBox(text, vb::Critical); });
-}
-
-int MsgBox(const QString &prompt, int style, const QString &title)
-{
-    const MsgBoxCall call{prompt, style, title.isEmpty() ? programTitle() : title};
-    if (responder())
-        return responder()(call);
-
-    QMessageBox box(iconFor(style), call.title, prompt, QMessageBox::NoButton,
+    const int style = call.style;
+    QMessageBox box(iconFor(style), call.title, call.prompt, QMessageBox::NoButton,
                     QApplication::activeWindow());
     switch (style & 0x7) {
     case 1: box.setStandardButtons(QMessageBox::Ok | QMessageBox::Cancel); break;

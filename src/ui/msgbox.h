@@ -4,7 +4,6 @@
 #include "runtime/programinfo.h"
 
 #include <QString>
-#include <functional>
 
 namespace quorvale {
 
@@ -14,16 +13,8 @@ struct MsgBoxCall {
     QString title; // the title actually shown (the program title when none was given)
 };
 
-// A responder replaces the real dialog: it sees each box and returns the
-// button pressed. Tests install one to record and answer every message.
-using MsgBoxResponder = std::function<int(const MsgBoxCall &)>;
-void setMsgBoxResponder(MsgBoxResponder responder);
-
-// The run-time error box of an error nothing trapped becomes a message box
-// (through the responder, so tests see it too).
-void showUnhandledErrorsInMsgBox();
-
-// Shows a modal box; an empty title means the program title.
-int MsgBox(const QString &prompt, int style = vb::OKOnly, const QString &title = QString());
+// Shows the modal box and returns the button pressed. Windows show their
+// boxes through their Desktop, which a test answers instead.
+int showMsgBox(const MsgBoxCall &call);
 
 } // namespace quorvale

@@ -14,8 +14,8 @@
 #include "support/fixturedb.h"
 #include "support/libreoffice.h"
 #include "support/xlsxdump.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
-#include "ui/msgbox.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -108,12 +108,11 @@ class BatchExport : public ::testing::Test {
             if (post.postCode == "GW05")
                 draft.takePost(post);
         session = signIn(std::move(draft));
-        setMsgBoxResponder([this](const MsgBoxCall &call) {
+        desktop->answerBox = [this](const MsgBoxCall &call) {
             boxes << call.prompt;
             return vb::OK;
-        });
+        };
     }
-    void TearDown() override { setMsgBoxResponder({}); }
 
     QStringList signInArgs() const
     {
@@ -123,6 +122,7 @@ class BatchExport : public ::testing::Test {
     const QDate today = QDate::currentDate();
     FixtureDb db;
     SessionPtr session;
+    std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
     QTemporaryDir out;
     QStringList boxes;
 };
@@ -142,30 +142,36 @@ TEST_F(BatchExport, WorkbookEqualsTheWindowsGridForEveryReportAndMode)
         typeText(w, "Text4", last);
     };
     const std::vector<Case> cases = {
-        {"property customers", [this] { return new frm收款日报表(session); }, {"--report", "房产客户"}, {}},
-        {"parking customers", [this] { return new frm车位基础表(session); }, {"--report", "frm车位基础表"}, {}},
+        {"property customers",
+         [this] { return new frm收款日报表(session, desktop); },
+         {"--report", "房产客户"},
+         {}},
+        {"parking customers",
+         [this] { return new frm车位基础表(session, desktop); },
+         {"--report", "frm车位基础表"},
+         {}},
         {"property arrears, one month, cut-off",
-         [this] { return new frm财务数据欠收表房产(session); },
+         [this] { return new frm财务数据欠收表房产(session, desktop); },
          {"--report", "财务数据欠收表房产", "--month", month, "--cutoff", cutOffText},
          [&](ReportWindow &w) {
              typeText(w, "Text1", month);
              typeText(w, "Text2", cutOffText);
          }},
         {"property arrears, range",
-         [this] { return new frm财务数据欠收表房产(session); },
+         [this] { return new frm财务数据欠收表房产(session, desktop); },
          {"--report", "frm财务数据欠收表房产", "--months", yearAgo + ":" + month},
          [&](ReportWindow &w) { monthRange(w, yearAgo, month); }},
         {"parking arrears, range",
-         [this] { return new frm财务数据欠收表车位(session); },
+         [this] { return new frm财务数据欠收表车位(session, desktop); },
          {"--report", "财务数据欠收表车位", "--months", yearAgo + ":" + month},
          [&](ReportWindow &w) { monthRange(w, yearAgo, month); }},
         {"parking advance, cut-off",
-         [this] { return new frm财务数据预收表车位(session); },
+         [this] { return new frm财务数据预收表车位(session, desktop); },
          {"--report", "财务数据预收表车位", "--month", month, "--cutoff",
           today.toString("yyyy-MM-dd")},
          [&](ReportWindow &w) { typeText(w, "Text1", month); }},
         {"parking advance, receipt range",
-         [this] { return new frm财务数据预收表车位(session); },
+         [this] { return new frm财务数据预收表车位(session, desktop); },
          {"--report", "财务数据预收表车位", "--months", month + ":" + nextYear, "--receipts",
           monthStart.addYears(-1).toString("yyyy-MM-dd") + ":" + today.toString("yyyy-MM-dd")},
          [&](ReportWindow &w) {
@@ -175,7 +181,7 @@ TEST_F(BatchExport, WorkbookEqualsTheWindowsGridForEveryReportAndMode)
              pickDate(w, "DTPicker2", today);
          }},
         {"property advance, cut-off",
-         [this] { return new frm财务数据预收表房产(session); },
+         [this] { return new frm财务数据预收表房产(session, desktop); },
          {"--report", "frm财务数据预收表房产", "--cutoff", today.toString("yyyy/M/d")},
          [&](ReportWindow &w) { pickDate(w, "DTPicker3", today); }},
     };

@@ -2,8 +2,8 @@
 #include "output/windows/exportwindow.h"
 #include "output/windows/saveasfolder.h"
 #include "support/xlsxdump.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
-#include "ui/msgbox.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -29,29 +29,23 @@ class ExportWindowTest : public ::testing::Test {
   protected:
     void SetUp() override
     {
-        setMsgBoxResponder([this](const MsgBoxCall &call) {
+        desktop->answerBox = [this](const MsgBoxCall &call) {
             boxes.append(call);
             return vb::OK;
-        });
-        ExportWindow::setOpenWorkbookHook([this](const QString &path) {
+        };
+        desktop->openFile = [this](const QString &path) {
             opened << path;
             return true;
-        });
+        };
         source.setRows(1);
         source.setFormatString("编号|<名称|<备注||<电话");
         source.appendRows({{"1", "东湖", "x", "hidden", "0755123"}, {"2", "西湖", "y", "", ""}});
     }
-    void TearDown() override
-    {
-        setMsgBoxResponder({});
-        ExportWindow::setOpenWorkbookHook({});
-        ExportWindow::setFileDialogHook({});
-        delete window.data();
-    }
+    void TearDown() override { delete window.data(); }
 
     ExportWindow *configured(ExportWindow::Variant variant, FlexGrid &grid)
     {
-        window = ExportWindow::shared(variant, nullptr);
+        window = ExportWindow::shared(variant, desktop, nullptr);
         window->Config(&grid, "房产数据模板", "(东湖) 房产数据");
         window->Show();
         return window;
@@ -75,6 +69,7 @@ class ExportWindowTest : public ::testing::Test {
 
     FlexGrid source;
     QPointer<ExportWindow> window;
+    std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
     QList<MsgBoxCall> boxes;
     QStringList opened;
     QTemporaryDir dir;
@@ -207,11 +202,11 @@ TEST_F(ExportWindowTest, FileDialogFillsThePath)
     ASSERT_TRUE(touch.open(QIODevice::WriteOnly));
     touch.close();
     QString folder, filter, answer;
-    ExportWindow::setFileDialogHook([&](QWidget *, const QString &f, const QString &flt) {
+    desktop->saveFileName = [&](QWidget *, const QString &f, const QString &flt) {
         folder = f;
         filter = flt;
         return answer;
-    });
+    };
     configured(ExportWindow::Variant::Customer, source);
     text1(0)->setText("before");
     const std::pair<QString, QString> cases[] = {

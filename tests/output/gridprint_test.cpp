@@ -4,8 +4,8 @@
 #include "runtime/runtimeerror.h"
 #include "runtime/vb.h"
 #include "support/pdfprinter.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
-#include "ui/msgbox.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -31,6 +31,8 @@ namespace {
 const QString kCompany = "Orrisfield物业管理有限公司";
 const QString kTitle = "(A01 东湖花园)收款日报表";
 const QString kSecond = "日期范围:2024年03月01日-2024年03月31日";
+// Every test prints on the same day, whenever it runs.
+const QDate kPrintedOn(2026, 1, 5);
 
 // Columns 列头0.. (all but the first left-aligned); row r holds 行r-c in column c.
 void fill(FlexGrid &grid, int dataRows, int cols = 4)
@@ -117,17 +119,18 @@ struct Printed {
 
 // Runs print with the path of a PDF file, answering every question with
 // answer, and reads back what it wrote.
-Printed printed(int answer, const std::function<void(const QString &pdf, Printed &)> &print)
+Printed printed(int answer,
+                const std::function<void(const QString &pdf, Printed &, const Desktop &)> &print)
 {
     Printed result;
     QTemporaryDir dir;
     const QString path = dir.filePath("out.pdf");
-    setMsgBoxResponder([&](const MsgBoxCall &call) {
+    Desktop desktop;
+    desktop.answerBox = [&](const MsgBoxCall &call) {
         result.boxes.append(call);
         return answer;
-    });
-    print(path, result);
-    setMsgBoxResponder({});
+    };
+    print(path, result, desktop);
     if (QFileInfo(path).size() > 0)
         result.pages = pdfPages(path);
     return result;
@@ -135,10 +138,10 @@ Printed printed(int answer, const std::function<void(const QString &pdf, Printed
 
 Printed printToPdf(const FlexGrid &grid, bool signature, int trailing)
 {
-    return printed(vb::No, [&](const QString &pdf, Printed &) {
+    return printed(vb::No, [&](const QString &pdf, Printed &, const Desktop &) {
         PdfFilePrinter printer(pdf);
-        PrintGrid(*printer, grid.table(), grid.printLook(), {kTitle, kSecond}, signature,
-                  trailing);
+        PrintGrid(*printer, grid.table(), grid.printLook(), {kTitle, kSecond, kPrintedOn},
+                  signature, trailing);
         printer.finish();
     });
 }
@@ -147,7 +150,7 @@ Printed printToPdf(const FlexGrid &grid, bool signature, int trailing)
 // its print button prints into the PDF file.
 Printed previewAndPrint(const FlexGrid &grid, int answer)
 {
-    return printed(answer, [&](const QString &pdf, Printed &result) {
+    return printed(answer, [&](const QString &pdf, Printed &result, const Desktop &desktop) {
         // Watches for the preview rather than guessing when it opens.
         QTimer watch;
         watch.setInterval(10);
@@ -164,8 +167,8 @@ Printed previewAndPrint(const FlexGrid &grid, int answer)
         });
         watch.start();
         QPageLayout layout = Printer::defaultPageLayout();
-        PreviewGrid(nullptr, layout, grid.table(), grid.printLook(), {kTitle, kSecond}, false, 0,
-                    [&](int page, int pageCount) {
+        PreviewGrid(nullptr, desktop, layout, grid.table(), grid.printLook(),
+                    {kTitle, kSecond, kPrintedOn}, false, 0, [&](int page, int pageCount) {
                         const QCursor *pointer = QApplication::overrideCursor();
                         result.progress << QStringLiteral("%1/%2 %3").arg(page).arg(pageCount).arg(
                             pointer && pointer->shape() == Qt::WaitCursor ? "waiting" : "arrow");
@@ -231,7 +234,6 @@ TEST(GridPrint, PagesBreakAtTheComputedRowCount)
 // Two trailing columns are left out: neither measured nor printed.
 TEST(GridPrint, FooterMeetsTheTablesRightEdgeAndCentresThePageNumberAtTheFoot)
 {
-    vbrt::setToday(QDate(2026, 1, 5));
     FlexGrid grid;
     fill(grid, 3, 6);
     const int widths[] = {2000, 1500, 2500, 1000, 3000, 3000};
@@ -273,7 +275,6 @@ TEST(GridPrint, FooterMeetsTheTablesRightEdgeAndCentresThePageNumberAtTheFoot)
             EXPECT_NEAR(sign.yMin, date.yMin, 0.5);
         }
     }
-    vbrt::setToday({});
 }
 
 TEST(GridPrint, TableWiderThanThePaperAsksOncePerPrintThroughThePreview)

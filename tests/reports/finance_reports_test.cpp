@@ -273,19 +273,12 @@ TEST_F(FinanceReports, PrintShowsPagesDoneOfPagesInTheStatusBar)
     QStringList seen;
     int pages = 0;
     QTemporaryDir dir;
-    ReportWindow::setPrintTarget([&](QWidget *, const ReportTable &table, const PrintTitles &titles,
-                                     const auto &progress) {
-        testing::PdfFilePrinter printer(dir.filePath("print.pdf"));
-        PrintGrid(*printer, table, w->grid()->printLook(), titles, false, 0,
-                  [&](int page, int pageCount) {
-                      progress(page, pageCount);
-                      seen << panel->text();
-                      pages = pageCount;
-                  });
-        printer.finish();
+    printInto(dir.filePath("print.pdf"));
+    QObject::connect(w, &ReportWindow::pagePrinted, w, [&](int, int pageCount) {
+        seen << panel->text();
+        pages = pageCount;
     });
     w->ReportCommand(ReportWindow::Print);
-    ReportWindow::setPrintTarget({});
     ASSERT_GT(pages, 2);
     QStringList expected;
     for (int page = 1; page <= pages; ++page)
@@ -306,10 +299,10 @@ TEST_F(FinanceReports, YesToThePaperQuestionOpensThePageSetup)
         w->grid()->setColWidth(c, 13500 / w->grid()->Cols());
     auto *panel = w->findChild<QLabel *>("ProgressPanel");
     panel->setText("共 30 行");
-    setMsgBoxResponder([this](const MsgBoxCall &call) {
+    desktop->answerBox = [this](const MsgBoxCall &call) {
         boxes.append(call);
         return vb::Yes;
-    });
+    };
     QStringList opened;
     QTimer watch;
     watch.setInterval(10);
@@ -466,13 +459,10 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         {[this] { return open<frm财务数据预收表房产>(); }, finance, "frmToExcelnew",
          "(一处) 财务房产数据预收表", "财务房产数据预收表", true},
     };
-    PrintTitles printed;
-    ReportWindow::setPrintTarget(
-        [&printed](QWidget *, const ReportTable &, const PrintTitles &titles, const auto &) {
-            printed = titles;
-        });
-    vbrt::setToday(QDate(2026, 1, 5));
     QTemporaryDir dir;
+    const QString printed = dir.filePath("printed.pdf");
+    printInto(printed);
+    desktop->today = [] { return QDate(2026, 1, 5); };
     const SessionPtr signedIn = session;
     for (const auto &c : cases) {
         // Each window on a connection of its own, which it may lose.
@@ -487,7 +477,7 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         const QList<QStringList> before = rows(*w->grid());
         ASSERT_FALSE(before.isEmpty());
         w->ReportCommand(ReportWindow::Export);
-        ExportWindow *exporter = ExportWindow::shared(c.variant, nullptr);
+        ExportWindow *exporter = ExportWindow::shared(c.variant, desktop, nullptr);
         EXPECT_TRUE(exporter->isVisible());
         EXPECT_EQ(exporter->objectName(), QString::fromUtf8(c.exporter));
         EXPECT_EQ(exporter->sourceGrid(), w->grid());
@@ -514,9 +504,11 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
             setPicker(w, "DTPicker2", QDate(2024, 3, 4));
         }
         w->ReportCommand(ReportWindow::Print);
-        EXPECT_EQ(printed.title, "(一处)收款日报表");
-        EXPECT_EQ(printed.secondLine, c.pickerDates ? "日期范围:2024年01月02日-2024年03月04日"
-                                                    : "日期范围:2026年01月05日-2026年01月05日");
+        const QString page = testing::pdfText(printed);
+        EXPECT_TRUE(page.contains("(一处)收款日报表")) << page.toStdString();
+        EXPECT_TRUE(page.contains(c.pickerDates ? "日期范围:2024年01月02日-2024年03月04日"
+                                                : "日期范围:2026年01月05日-2026年01月05日"))
+            << page.toStdString();
 
         // A cut-off date the window accepts and the database refuses, or a lost connection.
         if (QLineEdit *cutOff = text(w, "Text2"))
@@ -534,7 +526,6 @@ TEST_F(FinanceReports, EachWindowExportsPrintsAndKeepsItsRows)
         EXPECT_EQ(rows(*w->grid()), before);
         boxes.clear();
     }
-    ReportWindow::setPrintTarget({});
 }
 
 // The designed rules, one appended row at a time, as the reference.

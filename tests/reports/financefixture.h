@@ -3,8 +3,8 @@
 #include "reports/windows/financereportwindow.h"
 #include "reportwindowfixture.h"
 #include "support/fixturedb.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
-#include "ui/msgbox.h"
 
 #include <QComboBox>
 #include <QDate>

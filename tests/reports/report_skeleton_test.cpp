@@ -44,7 +44,7 @@ class ReportSkeleton : public CustomerFixture {
     // A main window of the size given, shown, its menu wired to the reports.
     std::unique_ptr<MdiForm1> mainWindow(int width, int height)
     {
-        auto main = std::make_unique<MdiForm1>(session, reportWindowFactories());
+        auto main = std::make_unique<MdiForm1>(session, desktop, reportWindowFactories());
         main->resize(width, height);
         main->show();
         return main;
@@ -273,18 +273,17 @@ TEST_F(ReportSkeleton, AWorkbookNoProgramCanOpenIsSaidInTheStatusBar)
     choose(w, "01");
     w->ReportCommand(ReportWindow::Compute);
     QStringList offered;
-    ExportWindow::setOpenWorkbookHook([&](const QString &path) {
+    desktop->openFile = [&](const QString &path) {
         offered << path;
         return false;
-    });
+    };
     w->ReportCommand(ReportWindow::Export);
-    auto *exporter = ExportWindow::shared(ExportVariant::Customer, nullptr);
+    auto *exporter = ExportWindow::shared(ExportVariant::Customer, desktop, nullptr);
     QTemporaryDir dir;
     const QString path = dir.filePath("一区.xlsx");
     exporter->Text1(0)->setText(path);
     exporter->findChild<QCheckBox *>("Check1")->setChecked(true);
     exporter->findChild<QAction *>("输出")->trigger();
-    ExportWindow::setOpenWorkbookHook({});
     EXPECT_TRUE(boxes.isEmpty());
     EXPECT_EQ(offered, QStringList{path});
     EXPECT_EQ(w->findChild<QLabel *>("ProgressPanel")->text(),
@@ -293,7 +292,7 @@ TEST_F(ReportSkeleton, AWorkbookNoProgramCanOpenIsSaidInTheStatusBar)
 
 TEST_F(ReportSkeleton, MenuItemsOpenOneMaximisedWindowEach)
 {
-    auto *main = new MdiForm1(session, reportWindowFactories());
+    auto *main = new MdiForm1(session, desktop, reportWindowFactories());
     main->show();
     struct Case {
         QString item, window, caption;

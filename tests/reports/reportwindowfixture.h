@@ -1,11 +1,11 @@
 #pragma once
 
 #include "reports/windows/reportwindow.h"
-#include "runtime/vb.h"
 #include "session/session.h"
 #include "support/fixturedb.h"
+#include "support/pdfprinter.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
-#include "ui/msgbox.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -17,8 +17,8 @@
 namespace quorvale {
 
 // Report windows over a fixture database: a signed-in session of department
-// D1, every message box recorded and answered (No to a question, else OK),
-// and the windows a test opened closed again.
+// D1, a desktop that records and answers every message box (No to a
+// question, else OK), and the windows a test opened closed again.
 class ReportWindowFixture : public ::testing::Test {
   protected:
     void signIn(const QString &user, const QString &deptName, const QString &post)
@@ -31,10 +31,10 @@ class ReportWindowFixture : public ::testing::Test {
         signedIn.CurDeptName = deptName;
         signedIn.CurPostName = post;
         session = std::make_shared<const Session>(std::move(signedIn));
-        setMsgBoxResponder([this](const MsgBoxCall &call) {
+        desktop->answerBox = [this](const MsgBoxCall &call) {
             boxes.append(call);
             return (call.style & 7) == vb::YesNo ? vb::No : vb::OK;
-        });
+        };
     }
 
     // Another sign-in with a change, for the windows opened after it.
@@ -49,13 +49,21 @@ class ReportWindowFixture : public ::testing::Test {
     {
         for (const QPointer<ReportWindow> &w : windows)
             delete w.data();
-        setMsgBoxResponder({});
-        vbrt::setToday({});
+    }
+
+    // The windows print into a PDF file at path instead of the preview.
+    void printInto(const QString &path)
+    {
+        desktop->printer = [path](const std::function<void(Printer &)> &print) {
+            testing::PdfFilePrinter printer(path);
+            print(*printer);
+            printer.finish();
+        };
     }
 
     template <typename Window> Window *open()
     {
-        auto *w = new Window(session);
+        auto *w = new Window(session, desktop);
         w->load();
         windows.append(w);
         return w;
@@ -99,6 +107,7 @@ class ReportWindowFixture : public ::testing::Test {
 
     FixtureDb db;
     SessionPtr session;
+    std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
     QList<MsgBoxCall> boxes;
     QList<QPointer<ReportWindow>> windows;
 };

@@ -22,7 +22,7 @@ class Login : public SessionTest {
     {
         SessionTest::SetUp();
         db = makeStaffDb();
-        login = new FrmLogin;
+        login = new FrmLogin(desktop);
         login->load(QString());
     }
 
@@ -201,7 +201,7 @@ TEST_F(Login, CommandLineSkipsTheLoginWindow)
         {"1002,李四,B01,第一管理处,G01,主任,D1,管理类,P1,管理类,extra", "管理类"},
     };
     for (const Case &c : cases) {
-        QPointer<FrmLogin> started = new FrmLogin;
+        QPointer<FrmLogin> started = new FrmLogin(desktop);
         EXPECT_FALSE(started->load(c.args));
         ASSERT_TRUE(mainShown());
         const Session &s = *quorvale::testing::topLevelWindow<MdiForm1>()->session();

@@ -31,7 +31,7 @@ class MainWindow : public SessionTest {
     MdiForm1 *open()
     {
         session = quorvale::signIn(draft);
-        main = MdiForm1::open(session, windows);
+        main = MdiForm1::open(session, desktop, windows);
         main->resize(900, 600);
         return main;
     }
@@ -178,7 +178,7 @@ TEST_F(MainWindow, ClosingByTheFrameAsksTheQuitItemDoesNot)
 TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
 {
     int made = 0;
-    windows["车位客户"] = [&](const SessionPtr &) {
+    windows["车位客户"] = [&](const SessionPtr &, const DesktopPtr &) {
         ++made;
         auto *w = new QWidget;
         w->setObjectName("frm车位基础表");
@@ -208,7 +208,7 @@ TEST_F(MainWindow, AMenuItemsWindowExistsOnce)
 
 TEST_F(MainWindow, CenterInMainPlacesAChildInTheMiddleOfTheClientArea)
 {
-    windows["财务数据欠收表车位"] = [](const SessionPtr &) {
+    windows["财务数据欠收表车位"] = [](const SessionPtr &, const DesktopPtr &) {
         auto *w = new QWidget;
         w->resize(300, 200);
         return w;
@@ -286,7 +286,7 @@ TEST_F(MainWindow, AboutWindowShowsVersionAndHasNoSystemInformationHere)
     QTest::keyClick(abouts[0], Qt::Key_Escape);
     EXPECT_FALSE(abouts[0]->isVisible());
 #ifndef Q_OS_WIN
-    StartSysInfo();
+    StartSysInfo(*desktop);
     ASSERT_EQ(boxes.size(), 1u);
     EXPECT_EQ(boxes[0].prompt, "此时系统信息不可用");
     EXPECT_EQ(boxes[0].style, vb::OKOnly);

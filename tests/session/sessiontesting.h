@@ -6,7 +6,7 @@
 #include "session/windows/mdiform1.h"
 #include "support/fixturedb.h"
 #include "support/toplevelwindow.h"
-#include "ui/msgbox.h"
+#include "ui/desktop.h"
 
 #include <QCoreApplication>
 #include <QDate>
@@ -17,17 +17,17 @@
 
 namespace quorvale {
 
-// Records every message box and every attempt to end the program, and
-// leaves no window or connection behind for the next test.
+// Its windows' desktop records every message box and every attempt to end
+// the program; no window or connection is left behind for the next test.
 class SessionTest : public ::testing::Test {
   protected:
     void SetUp() override
     {
-        setMsgBoxResponder([this](const MsgBoxCall &call) {
+        desktop->answerBox = [this](const MsgBoxCall &call) {
             boxes.push_back(call);
             return answer;
-        });
-        setEndProgramHook([this](int status) { ends.push_back(status); });
+        };
+        desktop->endProgram = [this](int status) { ends.push_back(status); };
     }
 
     void TearDown() override
@@ -35,10 +35,9 @@ class SessionTest : public ::testing::Test {
         delete quorvale::testing::topLevelWindow<MdiForm1>();
         delete quorvale::testing::topLevelWindow<FrmLogin>();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        setMsgBoxResponder({});
-        setEndProgramHook({});
     }
 
+    std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
     std::vector<MsgBoxCall> boxes;
     std::vector<int> ends;
     int answer = vb::OK;

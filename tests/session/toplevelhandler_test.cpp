@@ -14,12 +14,12 @@ TEST_F(TopLevelHandler, UnhandledErrorIsShownAndEndsTheProgram)
         {[] { throw RuntimeError(9, "下标越界"); }, subscript},
         {[] { throw std::runtime_error("boom"); }, "boom"},
         // Nine fields: the tenth session value has nothing to copy.
-        {[] { (new FrmLogin)->load("1,2,3,4,5,6,7,8,9"); }, subscript},
+        {[this] { (new FrmLogin(desktop))->load("1,2,3,4,5,6,7,8,9"); }, subscript},
     };
     for (const auto &[run, prompt] : cases) {
         boxes.clear();
         ends.clear();
-        EXPECT_FALSE(runGuarded(run));
+        EXPECT_FALSE(runGuarded(run, desktop->unhandledErrors()));
         ASSERT_EQ(boxes.size(), 1u);
         EXPECT_TRUE(boxes[0].prompt.endsWith(prompt)) << boxes[0].prompt.toStdString();
         EXPECT_EQ(boxes[0].title, programTitle());

@@ -25,4 +25,7 @@ class PdfFilePrinter {
     std::unique_ptr<Printer> m_printer;
 };
 
+// A PDF's text as pdftotext lays it out, "" when there is none.
+QString pdfText(const QString &path);
+
 } // namespace quorvale::testing

@@ -1,5 +1,4 @@
 #include "runtime/console.h"
-#include "ui/msgbox.h"
 
 #include <QApplication>
 #include <QSettings>
@@ -35,7 +34,6 @@ int main(int argc, char **argv)
     QTemporaryDir configHome;
     qputenv("XDG_CONFIG_HOME", configHome.path().toUtf8());
     QApplication app(argc, argv);
-    quorvale::showUnhandledErrorsInMsgBox();
     clearWindowsSettings();
     const int status = RUN_ALL_TESTS();
     clearWindowsSettings();

@@ -4,7 +4,7 @@
 #include "session/windows/mdiform1.h"
 #include "support/adminprocess.h"
 #include "support/toplevelwindow.h"
-#include "ui/msgbox.h"
+#include "ui/desktop.h"
 
 #include <QCoreApplication>
 #include <QLineEdit>
@@ -29,18 +29,15 @@ class DemoStart : public ::testing::Test {
                                                "demo", "--password", "demo", "--database", "q"})
                       .status,
                   0);
-        setMsgBoxResponder([this](const MsgBoxCall &call) {
+        desktop->answerBox = [this](const MsgBoxCall &call) {
             boxes << call.prompt;
             return vb::OK;
-        });
+        };
     }
-    void TearDown() override
-    {
-        setMsgBoxResponder({});
-        delete quorvale::testing::topLevelWindow<MdiForm1>();
-    }
+    void TearDown() override { delete quorvale::testing::topLevelWindow<MdiForm1>(); }
 
     QTemporaryDir dir;
+    std::shared_ptr<Desktop> desktop = std::make_shared<Desktop>();
     QStringList boxes;
 };
 
@@ -57,7 +54,7 @@ TEST_F(DemoStart, TheProgramStaysUpAtItsLoginWindow)
 
 TEST_F(DemoStart, ADemoUserSignsInToTheMainWindow)
 {
-    auto *login = new FrmLogin(reportWindowFactories()); // as the program's start does
+    auto *login = new FrmLogin(desktop, reportWindowFactories()); // as the program's start does
     ASSERT_TRUE(login->load(QString()));
     login->show();
     login->findChild<QLineEdit *>("TxtUser")->setText("1002");

@@ -1,5 +1,5 @@
 #include "support/chineseapplication.h"
-#include "ui/msgbox.h"
+#include "ui/desktop.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -41,14 +41,18 @@ void whenShown(const std::function<void(QMessageBox *)> &act)
 
 } // namespace
 
-TEST(MsgBox, ResponderSeesPromptStyleAndDefaultTitle)
+TEST(MsgBox, ADesktopsAnswerSeesPromptStyleAndDefaultTitle)
 {
     std::vector<MsgBoxCall> seen;
-    setMsgBoxResponder([&](const MsgBoxCall &c) { seen.push_back(c); return vb::No; });
-    EXPECT_EQ(MsgBox(QStringLiteral("确认要退出系统吗？"), vb::YesNo + vb::Information,
-                     QStringLiteral("系统提示")), vb::No);
-    MsgBox(QStringLiteral("用户名不能为空!"), vb::Information);
-    setMsgBoxResponder({});
+    Desktop desktop;
+    desktop.answerBox = [&](const MsgBoxCall &c) {
+        seen.push_back(c);
+        return vb::No;
+    };
+    EXPECT_EQ(desktop.msgBox(QStringLiteral("确认要退出系统吗？"), vb::YesNo + vb::Information,
+                             QStringLiteral("系统提示")),
+              vb::No);
+    desktop.msgBox(QStringLiteral("用户名不能为空!"), vb::Information);
     ASSERT_EQ(seen.size(), 2u);
     EXPECT_EQ(seen[0].style, 68);
     EXPECT_EQ(seen[0].title, QStringLiteral("系统提示"));
@@ -66,7 +70,8 @@ TEST(MsgBox, QuestionButtonsReadChinese)
             buttons << b->text();
         box->button(QMessageBox::No)->click();
     });
-    EXPECT_EQ(MsgBox(QStringLiteral("是否要修改打印设置？"), vb::YesNo), vb::No);
+    const Desktop real;
+    EXPECT_EQ(real.msgBox(QStringLiteral("是否要修改打印设置？"), vb::YesNo), vb::No);
     buttons.sort();
     EXPECT_EQ(buttons, (QStringList{"否(&N)", "是(&Y)"}));
 
@@ -74,7 +79,7 @@ TEST(MsgBox, QuestionButtonsReadChinese)
         buttons = {box->buttons().first()->text()};
         box->buttons().first()->click();
     });
-    MsgBox(QStringLiteral("请选择管理处！"));
+    real.msgBox(QStringLiteral("请选择管理处！"));
     EXPECT_EQ(buttons, QStringList{"确定"});
 }
 
@@ -91,6 +96,6 @@ TEST(MsgBox, BoxIsWideEnoughForItsTitle)
         width = box->width();
         box->buttons().first()->click();
     });
-    MsgBox(QStringLiteral("好"), vb::OKOnly, title);
+    Desktop().msgBox(QStringLiteral("好"), vb::OKOnly, title);
     EXPECT_GE(width, needed + 100) << "the frame's icon and buttons leave too little for the title";
 }

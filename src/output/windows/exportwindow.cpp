@@ -8,9 +8,9 @@
 #include "runtime/runtimeerror.h"
 #include "ui/centerinmain.h"
 #include "ui/chinesefilelist.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
 #include "ui/keyboard.h"
-#include "ui/msgbox.h"
 #include "ui/waitpointer.h"
 
 #include <QAction>
@@ -56,21 +56,10 @@ QString windowName(ExportWindow::Variant variant)
                        QStringLiteral("Object variable or With block variable not set"));
 }
 
-ExportWindow::FileDialogHook &fileDialogHook()
-{
-    static ExportWindow::FileDialogHook hook;
-    return hook;
-}
-
-ExportWindow::OpenWorkbookHook &openWorkbookHook()
-{
-    static ExportWindow::OpenWorkbookHook hook;
-    return hook;
-}
-
 } // namespace
 
-ExportWindow::ExportWindow(Variant variant, QWidget *parent) : QDialog(parent), m_variant(variant)
+ExportWindow::ExportWindow(Variant variant, DesktopPtr desktop, QWidget *parent)
+    : QDialog(parent), m_variant(variant), m_desktop(std::move(desktop))
 {
     setObjectName(windowName(variant));
     setWindowTitle(QStringLiteral("输出EXCEL"));
@@ -79,7 +68,7 @@ ExportWindow::ExportWindow(Variant variant, QWidget *parent) : QDialog(parent), 
     resize(640, 300);
 }
 
-ExportWindow *ExportWindow::shared(Variant variant, QWidget *mainWindow)
+ExportWindow *ExportWindow::shared(Variant variant, DesktopPtr desktop, QWidget *mainWindow)
 {
     // The open one is found where it lives, among the main window's children
     // (or the program's windows without one): nothing else keeps it.
@@ -92,17 +81,7 @@ ExportWindow *ExportWindow::shared(Variant variant, QWidget *mainWindow)
         if (w && w->objectName() == name && !w->m_unloaded && w->parentWidget() == mainWindow)
             return w;
     }
-    return new ExportWindow(variant, mainWindow);
-}
-
-void ExportWindow::setFileDialogHook(FileDialogHook hook)
-{
-    fileDialogHook() = std::move(hook);
-}
-
-void ExportWindow::setOpenWorkbookHook(OpenWorkbookHook hook)
-{
-    openWorkbookHook() = std::move(hook);
+    return new ExportWindow(variant, std::move(desktop), mainWindow);
 }
 
 void ExportWindow::buildControls()
@@ -188,7 +167,7 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
     m_notes.clear();
     const QString path = m_text1[0]->text();
     if (path.isEmpty()) {
-        MsgBox(kNeedFile, vb::OKOnly, exeName());
+        m_desktop->msgBox(kNeedFile, vb::OKOnly, exeName());
         return false;
     }
     // A large block, or an old .xls converted first, takes seconds.
@@ -213,8 +192,8 @@ bool ExportWindow::To_Execl(FlexGrid *grid, const QString &title, const QString 
         if (!renamed.isEmpty())
             m_notes.prepend(renamed);
         if (m_check1->isChecked()) {
-            const bool opened = openWorkbookHook() ? openWorkbookHook()(written.path)
-                                                   : openWithDesktopProgram(written.path);
+            const bool opened = m_desktop->openFile ? m_desktop->openFile(written.path)
+                                                    : openWithDesktopProgram(written.path);
             if (!opened)
                 Q_EMIT statusMessage(grid, kNoSpreadsheetProgram.arg(
                                                QDir::toNativeSeparators(written.path)));
@@ -278,9 +257,9 @@ void ExportWindow::unload()
 void ExportWindow::chooseFile()
 {
     const QString folder = saveAsFolder(QCoreApplication::applicationDirPath());
-    const QString chosen =
-        fileDialogHook() ? fileDialogHook()(this, folder, kFileFilter)
-                         : askSaveFileName(this, folder, kFileFilter);
+    const QString chosen = m_desktop->saveFileName
+                               ? m_desktop->saveFileName(this, folder, kFileFilter)
+                               : askSaveFileName(this, folder, kFileFilter);
     if (!chosen.isEmpty())
         m_text1[0]->setText(exportTargetPath(chosen));
 }
@@ -288,17 +267,17 @@ void ExportWindow::chooseFile()
 void ExportWindow::exportClicked()
 {
     if (m_text1[1]->text().isEmpty() || m_text1[2]->text().isEmpty()) {
-        MsgBox(kNeedTitle);
+        m_desktop->msgBox(kNeedTitle);
         return;
     }
     if (To_Execl(m_source, m_text1[1]->text(), m_text1[2]->text())) {
         // What was written otherwise than asked is said before the window goes.
         if (!m_notes.isEmpty())
-            MsgBox(m_notes.join(u'\n'), vb::Information);
+            m_desktop->msgBox(m_notes.join(u'\n'), vb::Information);
         close();
     }
     else
-        MsgBox(kExportFailed + m_errorDescription, vb::Information);
+        m_desktop->msgBox(kExportFailed + m_errorDescription, vb::Information);
 }
 
 void ExportWindow::trapped(const std::function<void()> &handler)
@@ -306,7 +285,7 @@ void ExportWindow::trapped(const std::function<void()> &handler)
     try {
         handler();
     } catch (const RuntimeError &error) {
-        MsgBox(error.description(), vb::Information, error.description());
+        m_desktop->msgBox(error.description(), vb::Information, error.description());
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "output/exportoptions.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
 
 #include <QDialog>
@@ -34,7 +35,7 @@ class ExportWindow : public QDialog {
 
     // The session's instance of the variant, created on first use as a
     // window of mainWindow (centred on it), or of the screen without one.
-    static ExportWindow *shared(Variant variant, QWidget *mainWindow);
+    static ExportWindow *shared(Variant variant, DesktopPtr desktop, QWidget *mainWindow);
 
     Variant variant() const { return m_variant; }
 
@@ -57,23 +58,13 @@ class ExportWindow : public QDialog {
     // file name, a text cut to Excel's cell limit.
     QStringList notes() const { return m_notes; }
 
-    // The file dialog behind Command1: returns the chosen path, or "" when
-    // cancelled. Tests install their own; nullptr restores the real dialog.
-    using FileDialogHook =
-        std::function<QString(QWidget *parent, const QString &folder, const QString &filter)>;
-    static void setFileDialogHook(FileDialogHook hook);
-    // Opens a written workbook when Check1 is set, true when a program took
-    // it; tests install a recorder.
-    using OpenWorkbookHook = std::function<bool(const QString &path)>;
-    static void setOpenWorkbookHook(OpenWorkbookHook hook);
-
   Q_SIGNALS:
     // Something the report window of `source` should say in its status bar
     // (the window itself closes after a successful export).
     void statusMessage(FlexGrid *source, const QString &text);
 
   protected:
-    explicit ExportWindow(Variant variant, QWidget *parent = nullptr);
+    ExportWindow(Variant variant, DesktopPtr desktop, QWidget *parent = nullptr);
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
     void done(int result) override;
@@ -87,6 +78,7 @@ class ExportWindow : public QDialog {
     void trapped(const std::function<void()> &handler);
 
     Variant m_variant;
+    DesktopPtr m_desktop;
     QString m_tagText;
     QPointer<FlexGrid> m_source;
     QString m_errorDescription;

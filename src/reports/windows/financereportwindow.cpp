@@ -5,7 +5,7 @@
 #include "reports/financereporttraits.h"
 #include "reports/windows/calendarpopup.h"
 #include "runtime/vb.h"
-#include "ui/msgbox.h"
+#include "ui/desktop.h"
 
 #include <QComboBox>
 #include <QDateEdit>
@@ -23,10 +23,10 @@ const QString kCutOffCalendarFormat = QStringLiteral("yyyy-MM-dd");
 
 } // namespace
 
-FinanceReportWindow::FinanceReportWindow(SessionPtr session, FinanceReportKind kind,
-                                         QWidget *parent)
-    : ReportWindow(std::move(session), financeReportDefinition(kind), parent), m_kind(kind), m_panel(picture2(), kind),
-      m_picture6(new CalendarPopup(this))
+FinanceReportWindow::FinanceReportWindow(SessionPtr session, DesktopPtr desktop,
+                                         FinanceReportKind kind, QWidget *parent)
+    : ReportWindow(std::move(session), std::move(desktop), financeReportDefinition(kind), parent),
+      m_kind(kind), m_panel(picture2(), kind), m_picture6(new CalendarPopup(this))
 {
     for (int tag : m_panel.calendarTags())
         connect(m_panel.calendarButton(tag), &QPushButton::clicked, this,
@@ -44,7 +44,7 @@ FinanceReportWindow::FinanceReportWindow(SessionPtr session, FinanceReportKind k
 void FinanceReportWindow::load()
 {
     trapped([this] {
-        const QDate today = vbrt::Date();
+        const QDate today = desktop().date();
         fillStatusBar();
         if (financeTraits(m_kind).advance) {
             fillOfficeList();
@@ -102,7 +102,7 @@ bool FinanceReportWindow::prepareReport(ReportParams &params)
     m_panel.readInto(params);
     const FinanceCheck check = checkFinanceInput(m_kind, params);
     if (check.outcome == FinanceCheck::Outcome::Refuse) {
-        MsgBox(check.message, check.style, check.title);
+        desktop().msgBox(check.message, check.style, check.title);
         if (!check.focusControl.isEmpty()) {
             if (auto *control = findChild<QWidget *>(check.focusControl))
                 control->setFocus();

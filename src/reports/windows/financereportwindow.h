@@ -14,7 +14,8 @@ class CalendarPopup;
 // and the checks before the query. Each window only names its report.
 class FinanceReportWindow : public ReportWindow {
   public:
-    FinanceReportWindow(SessionPtr session, FinanceReportKind kind, QWidget *parent);
+    FinanceReportWindow(SessionPtr session, DesktopPtr desktop, FinanceReportKind kind,
+                        QWidget *parent);
 
     void load() override;
 

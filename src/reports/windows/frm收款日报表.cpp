@@ -4,8 +4,8 @@
 
 namespace quorvale {
 
-frm收款日报表::frm收款日报表(SessionPtr session, QWidget *parent)
-    : ReportWindow(std::move(session), propertyCustomerDefinition(), parent)
+frm收款日报表::frm收款日报表(SessionPtr session, DesktopPtr desktop, QWidget *parent)
+    : ReportWindow(std::move(session), std::move(desktop), propertyCustomerDefinition(), parent)
 {
 }
 

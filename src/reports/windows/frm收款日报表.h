@@ -8,7 +8,7 @@ namespace quorvale {
 // and current owner, for the property customer import sheet.
 class frm收款日报表 : public ReportWindow {
   public:
-    explicit frm收款日报表(SessionPtr session, QWidget *parent = nullptr);
+    explicit frm收款日报表(SessionPtr session, DesktopPtr desktop, QWidget *parent = nullptr);
 };
 
 } // namespace quorvale

@@ -2,8 +2,8 @@
 
 namespace quorvale {
 
-frm财务数据欠收表房产::frm财务数据欠收表房产(SessionPtr session, QWidget *parent)
-    : FinanceReportWindow(std::move(session), FinanceReportKind::PropertyArrears, parent)
+frm财务数据欠收表房产::frm财务数据欠收表房产(SessionPtr session, DesktopPtr desktop, QWidget *parent)
+    : FinanceReportWindow(std::move(session), std::move(desktop), FinanceReportKind::PropertyArrears, parent)
 {
 }
 

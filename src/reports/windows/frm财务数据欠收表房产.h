@@ -8,7 +8,7 @@ namespace quorvale {
 // the cut-off date, for one month and all months before it, or for a range.
 class frm财务数据欠收表房产 : public FinanceReportWindow {
   public:
-    explicit frm财务数据欠收表房产(SessionPtr session, QWidget *parent = nullptr);
+    explicit frm财务数据欠收表房产(SessionPtr session, DesktopPtr desktop, QWidget *parent = nullptr);
 };
 
 } // namespace quorvale

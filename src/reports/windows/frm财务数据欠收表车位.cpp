@@ -2,8 +2,8 @@
 
 namespace quorvale {
 
-frm财务数据欠收表车位::frm财务数据欠收表车位(SessionPtr session, QWidget *parent)
-    : FinanceReportWindow(std::move(session), FinanceReportKind::ParkingArrears, parent)
+frm财务数据欠收表车位::frm财务数据欠收表车位(SessionPtr session, DesktopPtr desktop, QWidget *parent)
+    : FinanceReportWindow(std::move(session), std::move(desktop), FinanceReportKind::ParkingArrears, parent)
 {
 }
 

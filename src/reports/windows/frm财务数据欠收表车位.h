@@ -8,7 +8,7 @@ namespace quorvale {
 // owned spaces, for one month and all before it, or for a range.
 class frm财务数据欠收表车位 : public FinanceReportWindow {
   public:
-    explicit frm财务数据欠收表车位(SessionPtr session, QWidget *parent = nullptr);
+    explicit frm财务数据欠收表车位(SessionPtr session, DesktopPtr desktop, QWidget *parent = nullptr);
 };
 
 } // namespace quorvale

@@ -2,8 +2,8 @@
 
 namespace quorvale {
 
-frm财务数据预收表房产::frm财务数据预收表房产(SessionPtr session, QWidget *parent)
-    : FinanceReportWindow(std::move(session), FinanceReportKind::PropertyAdvance, parent)
+frm财务数据预收表房产::frm财务数据预收表房产(SessionPtr session, DesktopPtr desktop, QWidget *parent)
+    : FinanceReportWindow(std::move(session), std::move(desktop), FinanceReportKind::PropertyAdvance, parent)
 {
 }
 

@@ -2,8 +2,8 @@
 
 namespace quorvale {
 
-frm财务数据预收表车位::frm财务数据预收表车位(SessionPtr session, QWidget *parent)
-    : FinanceReportWindow(std::move(session), FinanceReportKind::ParkingAdvance, parent)
+frm财务数据预收表车位::frm财务数据预收表车位(SessionPtr session, DesktopPtr desktop, QWidget *parent)
+    : FinanceReportWindow(std::move(session), std::move(desktop), FinanceReportKind::ParkingAdvance, parent)
 {
 }
 

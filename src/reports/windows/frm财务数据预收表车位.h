@@ -8,7 +8,7 @@ namespace quorvale {
 // after the chosen one (or inside a range), rented spaces first.
 class frm财务数据预收表车位 : public FinanceReportWindow {
   public:
-    explicit frm财务数据预收表车位(SessionPtr session, QWidget *parent = nullptr);
+    explicit frm财务数据预收表车位(SessionPtr session, DesktopPtr desktop, QWidget *parent = nullptr);
 };
 
 } // namespace quorvale

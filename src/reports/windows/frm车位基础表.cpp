@@ -4,7 +4,7 @@
 
 namespace quorvale {
 
-frm车位基础表::frm车位基础表(SessionPtr session, QWidget *parent)
-    : ReportWindow(std::move(session), parkingCustomerDefinition(), parent) {}
+frm车位基础表::frm车位基础表(SessionPtr session, DesktopPtr desktop, QWidget *parent)
+    : ReportWindow(std::move(session), std::move(desktop), parkingCustomerDefinition(), parent) {}
 
 } // namespace quorvale

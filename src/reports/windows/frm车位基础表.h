@@ -8,7 +8,7 @@ namespace quorvale {
 // current applicant or owner and date, for the parking customer import sheet.
 class frm车位基础表 : public ReportWindow {
   public:
-    explicit frm车位基础表(SessionPtr session, QWidget *parent = nullptr);
+    explicit frm车位基础表(SessionPtr session, DesktopPtr desktop, QWidget *parent = nullptr);
 };
 
 } // namespace quorvale

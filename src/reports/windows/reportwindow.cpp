@@ -8,9 +8,9 @@
 #include "runtime/freedmemory.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/vb.h"
-#include "ui/keyboard.h"
+#include "ui/desktop.h"
 #include "ui/flexgrid.h"
-#include "ui/msgbox.h"
+#include "ui/keyboard.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -46,22 +46,19 @@ constexpr int kGridRightGap = 60;
 constexpr int kGridBottomGap = 30;
 constexpr qint64 kRepaintIntervalMs = 250;
 
-ReportWindow::PrintTarget &printTarget()
+void showTrappedError(const Desktop &desktop, int number, const QString &description)
 {
-    static ReportWindow::PrintTarget target;
-    return target;
-}
-
-void showTrappedError(int number, const QString &description)
-{
-    MsgBox(QStringLiteral("错误号：%1\n错误描述：%2").arg(QString::number(number), description),
-           vb::Information, description);
+    desktop.msgBox(
+        QStringLiteral("错误号：%1\n错误描述：%2").arg(QString::number(number), description),
+        vb::Information, description);
 }
 
 } // namespace
 
-ReportWindow::ReportWindow(SessionPtr session, ReportDefinition definition, QWidget *parent)
-    : QWidget(parent), m_session(std::move(session)), m_definition(std::move(definition))
+ReportWindow::ReportWindow(SessionPtr session, DesktopPtr desktop, ReportDefinition definition,
+                           QWidget *parent)
+    : QWidget(parent), m_session(std::move(session)), m_desktop(std::move(desktop)),
+      m_definition(std::move(definition))
 {
     setObjectName(m_definition.windowName);
     setWindowTitle(m_definition.caption);
@@ -176,19 +173,14 @@ QString ReportWindow::officeName() const
     return officeNameOf(m_combo1->currentText());
 }
 
-void ReportWindow::setPrintTarget(PrintTarget target)
-{
-    printTarget() = std::move(target);
-}
-
 void ReportWindow::trapped(const std::function<void()> &fn)
 {
     try {
         fn();
     } catch (const RuntimeError &e) {
-        showTrappedError(e.number(), e.description());
+        showTrappedError(*m_desktop, e.number(), e.description());
     } catch (const std::exception &e) {
-        showTrappedError(0, QString::fromUtf8(e.what()));
+        showTrappedError(*m_desktop, 0, QString::fromUtf8(e.what()));
     }
 }
 
@@ -346,7 +338,7 @@ void ReportWindow::ReportCommand(int index)
             return;
         }
         if (m_combo1->currentText().isEmpty()) {
-            MsgBox(kChooseOffice, vb::Information, kSystemNotice);
+            m_desktop->msgBox(kChooseOffice, vb::Information, kSystemNotice);
             m_combo1->setFocus();
             return;
         }
@@ -375,7 +367,7 @@ bool ReportWindow::prepareReport(ReportParams &)
 
 QPair<QDate, QDate> ReportWindow::printDateRange() const
 {
-    const QDate today = vbrt::Date();
+    const QDate today = m_desktop->date();
     return {today, today};
 }
 
@@ -443,9 +435,9 @@ void ReportWindow::runCompute()
 
 void ReportWindow::exportGrid()
 {
-    ExportWindow *window =
-        ExportWindow::shared(m_definition.exportVariant, qobject_cast<QMainWindow *>(this->window()));
-    window->setTagText(kStatTime + vbrt::formatChineseDate(vbrt::Date()));
+    ExportWindow *window = ExportWindow::shared(m_definition.exportVariant, m_desktop,
+                                                qobject_cast<QMainWindow *>(this->window()));
+    window->setTagText(kStatTime + vbrt::formatChineseDate(m_desktop->date()));
     const QString title =
         QLatin1Char('(') + officeName() + QLatin1Char(')') + m_definition.exportTitleSuffix;
     window->Config(m_grid, m_definition.exportTemplate, title);
@@ -458,20 +450,15 @@ void ReportWindow::printGrid()
 {
     const auto [from, to] = printDateRange();
     // Every window prints the same title, whatever its report.
-    const PrintTitles titles = reportPrintTitles(officeName(), from, to);
-    const PrintTarget &target = printTarget();
+    const PrintTitles titles = reportPrintTitles(officeName(), from, to, m_desktop->date());
     const PrintProgress progress = [this](int page, int pageCount) {
         showPrintProgress(page, pageCount);
     };
     m_sinceRepaint.start();
-    if (target) {
-        target(this, m_table, titles, progress);
-        return;
-    }
     // A print that did not happen leaves no "已打印" line behind.
     const QString before = m_progressPanel->text();
     PageSetup &setup = PageSetup::of(this);
-    const PreviewResult result = PreviewGrid(this, setup.layout(), m_table,
+    const PreviewResult result = PreviewGrid(this, *m_desktop, setup.layout(), m_table,
                                              m_grid->printLook(), titles, false, 0, progress);
     if (result != PreviewResult::Printed)
         m_progressPanel->setText(before);
@@ -489,6 +476,7 @@ void ReportWindow::showExportMessage(FlexGrid *source, const QString &text)
 void ReportWindow::showPrintProgress(int page, int pageCount)
 {
     m_progressPanel->setText(QStringLiteral("已打印 %1/%2 页").arg(page).arg(pageCount));
+    Q_EMIT pagePrinted(page, pageCount);
     // A few repaints a second keep the window alive without slowing the print.
     if (page == pageCount || m_sinceRepaint.elapsed() >= kRepaintIntervalMs) {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

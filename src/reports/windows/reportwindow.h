@@ -2,6 +2,7 @@
 
 #include "reports/reportdefinition.h"
 #include "session/session.h"
+#include "ui/desktop.h"
 
 #include <QDate>
 #include <QElapsedTimer>
@@ -39,7 +40,8 @@ class ReportWindow : public QWidget {
   public:
     enum Command { Compute = 0, Export = 1, Close = 2, Print = 3 };
 
-    ReportWindow(SessionPtr session, ReportDefinition definition, QWidget *parent = nullptr);
+    ReportWindow(SessionPtr session, DesktopPtr desktop, ReportDefinition definition,
+                 QWidget *parent = nullptr);
     ~ReportWindow() override;
 
     // The size it was designed at, and its normal size in the main window.
@@ -49,6 +51,7 @@ class ReportWindow : public QWidget {
 
     const ReportDefinition &definition() const { return m_definition; }
     const SessionPtr &session() const { return m_session; }
+    const Desktop &desktop() const { return *m_desktop; }
 
     // The window's load: LoadOfficeList under the error trap. Finance windows
     // override it to fill their own controls too (use the protected steps).
@@ -84,16 +87,11 @@ class ReportWindow : public QWidget {
     // Rows handed to the grid at a time (tests use small chunks).
     void setFillChunkRows(int rows) { m_chunkRows = rows; }
 
-    // Where the print branch prints; the default is a print preview window,
-    // from which the user prints or saves a PDF. Tests print to a file.
-    using PrintTarget =
-        std::function<void(QWidget *parent, const ReportTable &table, const PrintTitles &titles,
-                           const std::function<void(int page, int pageCount)> &progress)>;
-    static void setPrintTarget(PrintTarget target);
-
   Q_SIGNALS:
     // After each chunk of rows reached the grid during a compute.
     void rowsFilled(int rows);
+    // After each page of a print, once the status bar says so.
+    void pagePrinted(int page, int pageCount);
 
   protected:
     // Load steps, for windows that load more than the office list.
@@ -129,6 +127,7 @@ class ReportWindow : public QWidget {
     QMdiSubWindow *mdiSubWindow() const;
 
     SessionPtr m_session;
+    DesktopPtr m_desktop;
     ReportDefinition m_definition;
     ReportTable m_table;
     FlexGrid *m_grid = nullptr;

@@ -11,16 +11,18 @@ namespace quorvale {
 
 namespace {
 
-template <typename Window> QWidget *openReportWindow(const SessionPtr &session)
+template <typename Window>
+QWidget *openReportWindow(const SessionPtr &session, const DesktopPtr &desktop)
 {
-    auto *window = new Window(session);
+    auto *window = new Window(session, desktop);
     window->load();
     return window;
 }
 
 } // namespace
 
-QHash<QString, std::function<QWidget *(const SessionPtr &session)>> reportWindowFactories()
+QHash<QString, std::function<QWidget *(const SessionPtr &session, const DesktopPtr &desktop)>>
+reportWindowFactories()
 {
     return {
         {QStringLiteral("房产客户"), openReportWindow<frm收款日报表>},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/session.h"
+#include "ui/desktop.h"
 
 #include <QHash>
 #include <QString>
@@ -10,8 +11,9 @@ class QWidget;
 
 namespace quorvale {
 
-// The six report windows, made and loaded for a session, by the control
+// The six report windows, made and loaded for a session and its desktop, by the control
 // name of the main window's menu item that opens each.
-QHash<QString, std::function<QWidget *(const SessionPtr &session)>> reportWindowFactories();
+QHash<QString, std::function<QWidget *(const SessionPtr &session, const DesktopPtr &desktop)>>
+reportWindowFactories();
 
 } // namespace quorvale

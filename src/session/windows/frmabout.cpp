@@ -4,7 +4,7 @@
 #include "runtime/runtimeerror.h"
 #include "session/mdibackground.h"
 #include "ui/centerinmain.h"
-#include "ui/msgbox.h"
+#include "ui/desktop.h"
 
 #include <QFileInfo>
 #include <QFrame>
@@ -38,7 +38,8 @@ void startProgram(const QString &path)
 }
 } // namespace
 
-FrmAbout::FrmAbout(QWidget *parent) : QWidget(parent)
+FrmAbout::FrmAbout(DesktopPtr desktop, QWidget *parent)
+    : QWidget(parent), m_desktop(std::move(desktop))
 {
     setObjectName(QStringLiteral("frmAbout"));
     setWindowTitle(QStringLiteral("关于 ") + programTitle());
@@ -108,7 +109,7 @@ FrmAbout::FrmAbout(QWidget *parent) : QWidget(parent)
     setFixedSize(480, 250);
 
     connect(m_cmdOK, &QPushButton::clicked, this, &QWidget::close);
-    connect(m_cmdSysInfo, &QPushButton::clicked, this, [] { StartSysInfo(); });
+    connect(m_cmdSysInfo, &QPushButton::clicked, this, [this] { StartSysInfo(*m_desktop); });
 }
 
 // Escape closes it, as it would a dialog.
@@ -130,7 +131,7 @@ void FrmAbout::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
 }
 
-void StartSysInfo()
+void StartSysInfo(const Desktop &desktop)
 {
     try {
         QString path;
@@ -153,7 +154,7 @@ void StartSysInfo()
     } catch (const RuntimeError &) {
         // Any failure above ends in the same message.
     }
-    MsgBox(QStringLiteral("此时系统信息不可用"), vb::OKOnly);
+    desktop.msgBox(QStringLiteral("此时系统信息不可用"), vb::OKOnly);
 }
 
 } // namespace quorvale

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ui/desktop.h"
+
 #include <QWidget>
 
 class QLabel;
@@ -12,7 +14,7 @@ namespace quorvale {
 class FrmAbout : public QWidget {
     Q_OBJECT
   public:
-    explicit FrmAbout(QWidget *parent = nullptr);
+    explicit FrmAbout(DesktopPtr desktop, QWidget *parent = nullptr);
 
     QLabel *label7() const { return m_label7; }
 
@@ -21,6 +23,7 @@ class FrmAbout : public QWidget {
     void keyPressEvent(QKeyEvent *event) override;
 
   private:
+    DesktopPtr m_desktop;
     QLabel *m_label7;
     QPushButton *m_cmdOK;
     QPushButton *m_cmdSysInfo;
@@ -29,6 +32,6 @@ class FrmAbout : public QWidget {
 
 // Starts the system-information tool found in the registry, or says that
 // it is not available.
-void StartSysInfo();
+void StartSysInfo(const Desktop &desktop);
 
 } // namespace quorvale

@@ -6,7 +6,7 @@
 #include "session/mdibackground.h"
 #include "session/signin.h"
 #include "session/windows/mdiform1.h"
-#include "ui/msgbox.h"
+#include "ui/desktop.h"
 
 #include <QEvent>
 #include <QFormLayout>
@@ -29,11 +29,11 @@ RuntimeError subscriptOutOfRange()
 }
 
 // "数据库连接失败!" on a False connect, then the program ends.
-bool connected(Session &session)
+bool connected(Session &session, const Desktop &desktop)
 {
     if (ConnectDatabase(session))
         return true;
-    MsgBox(QStringLiteral("数据库连接失败!"), vb::Information, QStringLiteral("连接提示"));
+    desktop.msgBox(QStringLiteral("数据库连接失败!"), vb::Information, QStringLiteral("连接提示"));
     return false;
 }
 
@@ -53,8 +53,8 @@ class LoginBanner : public QWidget {
 
 } // namespace
 
-FrmLogin::FrmLogin(WindowFactories windows, QWidget *parent)
-    : QWidget(parent), m_windows(std::move(windows))
+FrmLogin::FrmLogin(DesktopPtr desktop, WindowFactories windows, QWidget *parent)
+    : QWidget(parent), m_desktop(std::move(desktop)), m_windows(std::move(windows))
 {
     setObjectName(QStringLiteral("frmLogin"));
     setWindowTitle(QStringLiteral("用户登录"));
@@ -140,7 +140,7 @@ bool FrmLogin::load(const QString &commandLineText)
 {
     if (!commandLineText.isEmpty()) {
         m_session = Session::fromCommandLine(commandLineText);
-        if (connected(m_session)) {
+        if (connected(m_session, *m_desktop)) {
             showMainWindow();
             return false;
         }
@@ -157,19 +157,19 @@ void FrmLogin::signIn()
     const QString password = m_txtPassword->text();
     SignInRefusal refusal;
     if (!checkTypedCredentials(user, password, refusal)) {
-        MsgBox(refusal.message, refusal.style);
+        m_desktop->msgBox(refusal.message, refusal.style);
         return;
     }
     m_session.clearForSignIn();
-    if (!connected(m_session)) {
-        endProgram(0);
+    if (!connected(m_session, *m_desktop)) {
+        m_desktop->end(0);
         return;
     }
 
     const SignInResult result = verifyCredentials(m_session, user, password);
     switch (result.kind) {
     case SignInResult::Kind::Refused:
-        MsgBox(result.refusal.message, result.refusal.style);
+        m_desktop->msgBox(result.refusal.message, result.refusal.style);
         return;
     case SignInResult::Kind::SuperUser:
         showMainWindow();
@@ -190,7 +190,7 @@ void FrmLogin::signIn()
 
 void FrmLogin::cancel()
 {
-    endProgram(0);
+    m_desktop->end(0);
 }
 
 void FrmLogin::choosePost()
@@ -232,7 +232,7 @@ void FrmLogin::showMainWindow()
 {
     // The marker text a calling program could set is never set here, so the
     // main window is always the next step; once it is loaded this window goes.
-    MdiForm1::open(quorvale::signIn(m_session), m_windows);
+    MdiForm1::open(quorvale::signIn(m_session), m_desktop, m_windows);
     hide();
     deleteLater();
 }

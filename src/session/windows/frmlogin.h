@@ -22,7 +22,7 @@ namespace quorvale {
 class FrmLogin : public QWidget {
     Q_OBJECT
   public:
-    explicit FrmLogin(WindowFactories windows = {}, QWidget *parent = nullptr);
+    explicit FrmLogin(DesktopPtr desktop, WindowFactories windows = {}, QWidget *parent = nullptr);
     ~FrmLogin() override;
 
     // Window load. With a command line the session comes from it and the main
@@ -58,6 +58,7 @@ class FrmLogin : public QWidget {
     QLabel *m_label1;
     QList<PostChoice> m_postChoices;
     Session m_session;
+    DesktopPtr m_desktop;
     WindowFactories m_windows;
 };
 

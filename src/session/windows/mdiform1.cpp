@@ -6,8 +6,8 @@
 #include "session/mdibackground.h"
 #include "session/privileges.h"
 #include "session/windows/frmabout.h"
+#include "ui/desktop.h"
 #include "ui/mdicaptionstyle.h"
-#include "ui/msgbox.h"
 
 #include <QAction>
 #include <QCloseEvent>
@@ -66,8 +66,9 @@ class PictureBox : public QWidget {
 };
 } // namespace
 
-MdiForm1::MdiForm1(SessionPtr session, WindowFactories windows, QWidget *parent)
-    : QMainWindow(parent), m_session(std::move(session)), m_windows(std::move(windows))
+MdiForm1::MdiForm1(SessionPtr session, DesktopPtr desktop, WindowFactories windows, QWidget *parent)
+    : QMainWindow(parent), m_session(std::move(session)), m_desktop(std::move(desktop)),
+      m_windows(std::move(windows))
 {
     setObjectName(QStringLiteral("MDIForm1"));
     setWindowTitle(programTitle());
@@ -99,9 +100,9 @@ MdiForm1::MdiForm1(SessionPtr session, WindowFactories windows, QWidget *parent)
 
 MdiForm1::~MdiForm1() = default;
 
-MdiForm1 *MdiForm1::open(SessionPtr session, WindowFactories windows)
+MdiForm1 *MdiForm1::open(SessionPtr session, DesktopPtr desktop, WindowFactories windows)
 {
-    auto *w = new MdiForm1(std::move(session), std::move(windows));
+    auto *w = new MdiForm1(std::move(session), std::move(desktop), std::move(windows));
     w->load();
     w->show();
     w->raise();
@@ -147,7 +148,7 @@ void MdiForm1::buildMenu()
     m_menuItems << quit->menuAction();
     QAction *quitNow = addItem(quit, QStringLiteral("退出"), QStringLiteral("退出"));
     // Ends at once: the closing question belongs to the window frame only.
-    connect(quitNow, &QAction::triggered, this, [] { endProgram(0); });
+    connect(quitNow, &QAction::triggered, this, [this] { m_desktop->end(0); });
 
     QMenu *about = menuBar()->addMenu(QStringLiteral("关于"));
     about->menuAction()->setObjectName(QStringLiteral("关于"));
@@ -179,9 +180,9 @@ QWidget *MdiForm1::showWindow(const QString &menuItemName)
     if (!w) {
         const WindowFactory factory = m_windows.value(menuItemName);
         if (about)
-            w = new FrmAbout;
+            w = new FrmAbout(m_desktop);
         else if (factory)
-            w = factory(m_session);
+            w = factory(m_session, m_desktop);
         if (!w)
             return nullptr;
         m_openWindows.insert(menuItemName, w);
@@ -253,13 +254,13 @@ void MdiForm1::updateBackground()
 
 void MdiForm1::closeEvent(QCloseEvent *event)
 {
-    if (MsgBox(QStringLiteral("确认要退出系统吗？"), vb::YesNo + vb::Information,
-               QStringLiteral("系统提示")) == vb::No) {
+    if (m_desktop->msgBox(QStringLiteral("确认要退出系统吗？"), vb::YesNo + vb::Information,
+                          QStringLiteral("系统提示")) == vb::No) {
         event->ignore();
         return;
     }
     event->accept();
-    endProgram(0);
+    m_desktop->end(0);
 }
 
 void MdiForm1::权限设置(const QString &Memo)
@@ -280,9 +281,9 @@ void MdiForm1::权限设置(const QString &Memo)
             }
         }
     } catch (const RuntimeError &e) {
-        MsgBox(QStringLiteral("错误号：") + QString::number(e.number()) + QStringLiteral("\n") +
-                   QStringLiteral("错误描述：") + e.description(),
-               vb::Information, QStringLiteral("提示"));
+        m_desktop->msgBox(QStringLiteral("错误号：") + QString::number(e.number()) +
+                              QStringLiteral("\n") + QStringLiteral("错误描述：") + e.description(),
+                          vb::Information, QStringLiteral("提示"));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "session/session.h"
+#include "ui/desktop.h"
 
 #include <QBrush>
 #include <QHash>
@@ -19,7 +20,8 @@ class QMdiSubWindow;
 
 namespace quorvale {
 
-using WindowFactory = std::function<QWidget *(const SessionPtr &session)>;
+using WindowFactory =
+    std::function<QWidget *(const SessionPtr &session, const DesktopPtr &desktop)>;
 // The windows the menu items open inside the main window, by the item's
 // control name (e.g. "房产客户"). A factory runs when its window does not
 // exist yet; items without one open nothing.
@@ -30,16 +32,18 @@ using WindowFactories = QHash<QString, WindowFactory>;
 class MdiForm1 : public QMainWindow {
     Q_OBJECT
   public:
-    MdiForm1(SessionPtr session, WindowFactories windows, QWidget *parent = nullptr);
+    MdiForm1(SessionPtr session, DesktopPtr desktop, WindowFactories windows,
+             QWidget *parent = nullptr);
     ~MdiForm1() override;
 
     // Creates and loads the main window of a signed-in session, shows it
     // modelessly and brings it to the front. Errors of the load are not trapped.
-    static MdiForm1 *open(SessionPtr session, WindowFactories windows);
+    static MdiForm1 *open(SessionPtr session, DesktopPtr desktop, WindowFactories windows);
 
     // Window load: the signed-in user in the status bar.
     void load();
     const SessionPtr &session() const { return m_session; }
+    const DesktopPtr &desktop() const { return m_desktop; }
 
     // Shows the window of a menu item: created at most once, modeless,
     // brought to the front. Returns it, or nullptr when nothing is wired.
@@ -66,6 +70,7 @@ class MdiForm1 : public QMainWindow {
     void watchChild(QWidget *widget, QMdiSubWindow *sub);
 
     SessionPtr m_session;
+    DesktopPtr m_desktop;
     WindowFactories m_windows;
     QMdiArea *m_mdiArea;
     QStyle *m_captionStyle;
