@@ -1,21 +1,14 @@
 #pragma once
 
-#include <QString>
-#include <stdexcept>
+#include "base/error.h"
 
 namespace quorvale {
 
 // A command line quorvale-admin cannot act on; reported with exit status 2.
-class UsageError : public std::runtime_error {
+class UsageError : public Error {
   public:
-    explicit UsageError(const QString &message)
-        : std::runtime_error(message.toStdString()), m_message(message)
-    {
-    }
-    const QString &message() const { return m_message; }
-
-  private:
-    QString m_message;
+    explicit UsageError(const QString &message) : Error(message) {}
+    const QString &message() const { return text(); }
 };
 
 } // namespace quorvale

@@ -5,27 +5,26 @@
 // error handler and the application object. It depends on no other library
 // of the program; everything else builds on it.
 
+#include "base/error.h"
+
 #include <QString>
-#include <QByteArray>
-#include <exception>
 
 namespace quorvale {
 
 // The one error type of the program: a number and a description, as
 // the classic run-time errors carried them. Database errors keep the driver's
 // text; the windows show the description as a message box title.
-class RuntimeError : public std::exception {
-public:
-    RuntimeError(int number, QString description);
+class RuntimeError : public Error {
+  public:
+    RuntimeError(int number, QString description) : Error(std::move(description)), m_number(number)
+    {
+    }
 
     int number() const { return m_number; }
-    const QString &description() const { return m_description; }
-    const char *what() const noexcept override { return m_utf8.constData(); }
+    const QString &description() const { return text(); }
 
-private:
+  private:
     int m_number;
-    QString m_description;
-    QByteArray m_utf8;
 };
 
 // Classic error numbers the system raises itself, and those of the controls

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include "base/error.h"
+
 #include <QString>
-#include <exception>
 
 namespace quorvale::xlsx {
 
@@ -21,22 +21,18 @@ inline constexpr int WorkbookError = 1004;
 
 // The one error the workbook layer throws: a number and a description fit
 // for the user.
-class Error : public std::exception {
+class Error : public quorvale::Error {
   public:
     Error(int number, QString description)
-        : m_number(number), m_description(std::move(description)),
-          m_utf8(m_description.toUtf8())
+        : quorvale::Error(std::move(description)), m_number(number)
     {
     }
 
     int number() const { return m_number; }
-    const QString &description() const { return m_description; }
-    const char *what() const noexcept override { return m_utf8.constData(); }
+    const QString &description() const { return text(); }
 
   private:
     int m_number;
-    QString m_description;
-    QByteArray m_utf8;
 };
 
 } // namespace quorvale::xlsx

@@ -225,7 +225,7 @@ TEST(ZipContainer, DamagedContainersAreRefusedAndNamed)
             book->addWorksheetAfterLast();
             written(*book);
             FAIL() << "written";
-        } catch (const Error &e) {
+        } catch (const xlsx::Error &e) {
             EXPECT_TRUE(e.description().contains(QString::fromUtf8(c.message))) << e.description().toStdString();
         }
     }
