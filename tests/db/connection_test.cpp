@@ -1,3 +1,4 @@
+#include "db/configuredconnection.h"
 #include "db/connection.h"
 #include "db/recordset.h"
 #include "runtime/runtimeerror.h"
@@ -199,4 +200,12 @@ TEST(Connection, TablesCreatedThroughTheQtConnectionAreFound)
     ASSERT_TRUE(q.exec("INSERT INTO late VALUES ('x ', '2024-01-02 03:04:05')"));
     EXPECT_EQ(rowsOf(c, "SELECT a, d FROM late WHERE a = 'X' AND d > '2024/1/2'"),
               (QList<QStringList>{{"x ", "2024-01-02 03:04:05"}}));
+}
+
+// The settings' connection text: names in quotes, login and password bare.
+TEST(Connection, SettingsConnectionTextWrapsOnlyTheNames)
+{
+    EXPECT_EQ(buildConnectionString("srv01\\SQL", "wygl", "sa", "p w").toStdString(),
+              "Provider=SQLOLEDB.1;Password=p w;Persist Security Info=False;User ID=sa;"
+              "Initial Catalog='wygl';Data Source='srv01\\SQL'");
 }
