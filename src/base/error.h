@@ -23,4 +23,18 @@ class Error : public std::exception {
     QByteArray m_utf8;
 };
 
+// An error that carries the classic number the user is shown beside its text.
+class NumberedError : public Error {
+  public:
+    NumberedError(int number, QString description) : Error(std::move(description)), m_number(number)
+    {
+    }
+
+    int number() const { return m_number; }
+    const QString &description() const { return text(); }
+
+  private:
+    int m_number;
+};
+
 } // namespace quorvale

@@ -288,13 +288,13 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
             current->run(pair, outcome, progress);
         } catch (const RefusedError &error) {
             outcome.status = PairOutcome::Status::Refused;
-            outcome.message = error.message();
+            outcome.message = error.text();
         } catch (const RuntimeError &error) {
             outcome.status = PairOutcome::Status::Failed;
             outcome.message = error.description();
         } catch (const UsageError &error) {
             outcome.status = PairOutcome::Status::Failed;
-            outcome.message = error.message();
+            outcome.message = error.text();
         }
     }
     if (current)

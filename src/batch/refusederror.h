@@ -8,8 +8,7 @@ namespace quorvale {
 // an input the window's checks turn down. Reported with exit status 3.
 class RefusedError : public Error {
   public:
-    explicit RefusedError(const QString &message) : Error(message) {}
-    const QString &message() const { return text(); }
+    using Error::Error;
 };
 
 } // namespace quorvale

@@ -7,8 +7,7 @@ namespace quorvale {
 // A command line quorvale-admin cannot act on; reported with exit status 2.
 class UsageError : public Error {
   public:
-    explicit UsageError(const QString &message) : Error(message) {}
-    const QString &message() const { return text(); }
+    using Error::Error;
 };
 
 } // namespace quorvale

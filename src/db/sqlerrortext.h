@@ -21,7 +21,7 @@ decltype(auto) asDatabaseError(Code &&code)
     try {
         return code();
     } catch (const TsqlError &e) {
-        throw RuntimeError(ErrorNumber::DatabaseError, e.message());
+        throw RuntimeError(ErrorNumber::DatabaseError, e.text());
     }
 }
 

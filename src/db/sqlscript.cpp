@@ -55,7 +55,7 @@ void runEmbeddedBatch(Connection &connection, const QString &batch, SqlResultSin
     try {
         connection.adapter()->translateBatch(batch, run);
     } catch (const TsqlError &e) {
-        throw BatchFailure{e.message(), e.position()};
+        throw BatchFailure{e.text(), e.position()};
     }
 }
 

@@ -103,7 +103,7 @@ qint64 importCsv(Connection &connection, const QString &tableName, const QString
                 try {
                     values.append(tsqlStoredFromText(target.type, field.text));
                 } catch (const TsqlError &e) {
-                    importError(QStringLiteral("%1: %2").arg(at, e.message()));
+                    importError(QStringLiteral("%1: %2").arg(at, e.text()));
                 }
             }
             try {

@@ -117,7 +117,7 @@ TableCopyCount copyTable(const ConnectionPtr &source, Connection &target, const 
                 copyError(QStringLiteral("%1.%2, row %3: %4")
                               .arg(table.name, columns.at(i))
                               .arg(count.read)
-                              .arg(e.message()));
+                              .arg(e.text()));
             }
         }
         insert.add(values);

@@ -14,17 +14,9 @@ namespace quorvale {
 // The one error type of the program: a number and a description, as
 // the classic run-time errors carried them. Database errors keep the driver's
 // text; the windows show the description as a message box title.
-class RuntimeError : public Error {
+class RuntimeError : public NumberedError {
   public:
-    RuntimeError(int number, QString description) : Error(std::move(description)), m_number(number)
-    {
-    }
-
-    int number() const { return m_number; }
-    const QString &description() const { return text(); }
-
-  private:
-    int m_number;
+    using NumberedError::NumberedError;
 };
 
 // Classic error numbers the system raises itself, and those of the controls

@@ -114,11 +114,11 @@ int runAdminCommand(const QList<AdminCommand> &commands, const QStringList &argu
         status = AdminStatus::Ok;
     } catch (const UsageError &error) {
         status = AdminStatus::BadArguments;
-        err << prefix << command->name << ": " << printableText(error.message())
+        err << prefix << command->name << ": " << printableText(error.text())
             << " (usage: quorvale-admin " << command->name << ' ' << command->synopsis << ")\n";
     } catch (const RefusedError &error) {
         status = AdminStatus::Refused;
-        err << prefix << command->name << ": " << printableText(error.message()) << '\n';
+        err << prefix << command->name << ": " << printableText(error.text()) << '\n';
     } catch (const RuntimeError &error) {
         err << prefix << command->name << ": " << printableText(error.description()) << '\n';
     } catch (const std::exception &error) {

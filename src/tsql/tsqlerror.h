@@ -16,7 +16,6 @@ class TsqlError : public Error {
     {
     }
 
-    const QString &message() const { return text(); }
     // 1-based character position in the statement text; 0 when the error has none.
     int position() const { return m_position; }
 

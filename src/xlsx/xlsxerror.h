@@ -21,18 +21,9 @@ inline constexpr int WorkbookError = 1004;
 
 // The one error the workbook layer throws: a number and a description fit
 // for the user.
-class Error : public quorvale::Error {
+class Error : public NumberedError {
   public:
-    Error(int number, QString description)
-        : quorvale::Error(std::move(description)), m_number(number)
-    {
-    }
-
-    int number() const { return m_number; }
-    const QString &description() const { return text(); }
-
-  private:
-    int m_number;
+    using NumberedError::NumberedError;
 };
 
 } // namespace quorvale::xlsx

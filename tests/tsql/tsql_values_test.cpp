@@ -27,7 +27,7 @@ QString stored(const char *type, const QVariant &value)
     try {
         return shown(tsqlStoredFromValue(TsqlType::parse(QString::fromLatin1(type)), value));
     } catch (const TsqlError &e) {
-        return QStringLiteral("refused: ") + e.message();
+        return QStringLiteral("refused: ") + e.text();
     }
 }
 
