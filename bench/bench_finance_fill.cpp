@@ -15,6 +15,7 @@
 #include "reports/financereporttraits.h"
 #include "reports/financerows.h"
 #include "reports/financestatements.h"
+#include "reports/tablefill.h"
 #include "ui/flexgrid.h"
 
 #include <QApplication>
@@ -123,12 +124,21 @@ int queryOnly(FinanceReportKind kind, const ConnectionPtr &connection, const Rep
 void engineFill(FinanceReportKind kind, const ConnectionPtr &connection, const ReportParams &params,
                 ReportTable &table, FlexGrid &grid)
 {
-    computeReport(financeReportDefinition(kind), connection, params, table, grid.textWidthFn(),
-                  [&grid](int) {
-                      grid.tableChanged(1);
-                      QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-                  });
-    grid.tableChanged(1);
+    // As the window shows a fill: the grid follows the fill's drawing switch
+    // and hears of the rows from the first one changed.
+    TableFill fill(table, grid.textWidthFn(), {});
+    fill.setCursor({grid.Row(), grid.Redraw()});
+    const auto show = [&] {
+        grid.setRedraw(fill.cursor().drawing);
+        grid.tableChanged(fill.firstChangedRow());
+    };
+    fill.setProgress([&](int) {
+        show();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
+    financeReportDefinition(kind).compute(connection, params, fill);
+    show();
+    grid.setRow(fill.cursor().currentRow);
 }
 
 bool sameGrid(const FlexGrid &a, const FlexGrid &b)
