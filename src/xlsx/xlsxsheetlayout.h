@@ -55,6 +55,8 @@ struct SheetLayout {
     std::map<int, double> widths;
     std::vector<CellRange> merges;
     std::vector<CellRange> clears;
+    QByteArray drawingRelId;           // a new sheet's charts, written after its page margins
+    bool landscapeOnePageWide = false; // a new sheet's print: turned, all columns on one page
 
     bool isEmpty() const
     {

@@ -52,21 +52,27 @@ double storedWidth(double chars)
 
 } // namespace
 
-QByteArray SheetWriter::emptySheetXml(const Vocabulary &vocabulary)
+QByteArray SheetWriter::emptySheetXml(const Vocabulary &vocabulary, const SheetLayout &layout)
 {
+    const bool fit = layout.landscapeOnePageWide;
     return "<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"yes\"?>\n"
            "<worksheet xmlns=\"" +
-           QByteArray(vocabulary.main) + "\" xmlns:r=\"" + vocabulary.relationships +
-           "\"><dimension ref=\"A1\"/><sheetViews><sheetView workbookViewId=\"0\"/></sheetViews>"
+           QByteArray(vocabulary.main) + "\" xmlns:r=\"" + vocabulary.relationships + "\">" +
+           (fit ? "<sheetPr><pageSetUpPr fitToPage=\"1\"/></sheetPr>" : "") +
+           "<dimension ref=\"A1\"/><sheetViews><sheetView workbookViewId=\"0\"/></sheetViews>"
            "<sheetFormatPr defaultRowHeight=\"15\"/><sheetData/>"
            "<pageMargins left=\"0.7\" right=\"0.7\" top=\"0.75\" bottom=\"0.75\" header=\"0.3\" "
-           "footer=\"0.3\"/></worksheet>";
+           "footer=\"0.3\"/>" +
+           (fit ? "<pageSetup paperSize=\"9\" orientation=\"landscape\" fitToWidth=\"1\" "
+                  "fitToHeight=\"0\"/>"
+                : "") +
+           "</worksheet>";
 }
 
 SheetWriter::SheetWriter(const SheetLayout &layout, StyleSheet &styles, QByteArray original,
                          const Vocabulary &vocabulary, QString sheetName, RowHook hook)
     : m_layout(layout), m_styles(styles),
-      m_xml(original.isEmpty() ? emptySheetXml(vocabulary) : original),
+      m_xml(original.isEmpty() ? emptySheetXml(vocabulary, layout) : original),
       m_sheetName(std::move(sheetName)), m_hook(std::move(hook)), m_touched(layout.touchedRows())
 {
 }
@@ -249,6 +255,8 @@ void SheetWriter::end(ByteSink &out)
             out.append(xml.sliced(copied, child.begin - copied));
             if (!m_mergesWritten && !m_layout.merges.empty())
                 writeMergeCells(out, {});
+            if (!m_layout.drawingRelId.isEmpty())
+                out.append("<" + m_prefix + "drawing r:id=\"" + m_layout.drawingRelId + "\"/>");
             out.append(xml.sliced(child.begin));
             return;
         }

@@ -40,7 +40,8 @@ public:
     SheetWriter(const SheetLayout &layout, StyleSheet &styles, QByteArray original,
                 const Vocabulary &vocabulary, QString sheetName, RowHook hook);
     ~SheetWriter();
-    static QByteArray emptySheetXml(const Vocabulary &vocabulary);
+    // A new sheet's part before its cells, with the layout's page setup.
+    static QByteArray emptySheetXml(const Vocabulary &vocabulary, const SheetLayout &layout = {});
 
     void begin(ByteSink &out);
     void row(ByteSink &out, int row, RowCells &cells);

@@ -1,6 +1,7 @@
 #include "xlsx/xlsxworkbook.h"
 
 #include "xlsx/xlsxbytesink.h"
+#include "xlsx/xlsxchart.h"
 #include "xlsx/xlsxerror.h"
 #include "xlsx/xlsxpackage.h"
 #include "xlsx/xlsxpartcheck.h"
@@ -13,6 +14,7 @@
 #include "xlsx/xlsxxmltext.h"
 
 #include <QFileInfo>
+#include <algorithm>
 
 namespace quorvale::xlsx {
 
@@ -359,6 +361,60 @@ Worksheet &Workbook::addWorksheetAfterLast()
     m_relIds.insert(sheet.get(), relId);
     m_sheets.push_back(std::move(sheet));
     return *m_sheets.back();
+}
+
+QByteArray Workbook::addCharts(const Worksheet &sheet, const std::vector<Chart> &charts)
+{
+    if (!sheet.isNew())
+        throw Error(ErrorNumber::WorkbookError,
+                    QStringLiteral("图表只能加在新建的工作表上：“%1”").arg(sheet.name()));
+    const QByteArray id = putSheetCharts(*m_package, m_contentTypesXml, sheet.partName(),
+                                         sheet.name(), charts, m_workbookXml->vocabulary());
+    m_partsDirty = true;
+    return id;
+}
+
+void Workbook::removeWorksheet(Worksheet &sheet)
+{
+    refuseWhenStructureLocked(sheet.name());
+    const QByteArray relId = m_relIds.value(&sheet);
+    if (!m_workbookXml->removeSheet(relId))
+        throw Error(ErrorNumber::WorkbookError, QStringLiteral("工作簿结构已损坏，无法删除工作表"));
+    removeTagsContaining(m_relsXml, "Relationship", "Id=\"" + relId + "\"");
+    // The parts only this sheet used: its drawing and the drawing's charts.
+    QStringList parts{sheet.partName()};
+    for (qsizetype i = 0; i < parts.size(); ++i) {
+        const QString rels = relationshipsPartOf(parts[i]);
+        if (!m_package->contains(rels))
+            continue;
+        bool ok = false;
+        for (const Relationship &rel : readRelationships(m_package->read(rels), parts[i], ok))
+            if (!rel.external &&
+                (rel.isOfType(QLatin1String("drawing")) || rel.isOfType(QLatin1String("chart"))))
+                parts << rel.target;
+        m_package->remove(rels);
+    }
+    for (const QString &part : parts) {
+        if (m_package->contains(part))
+            m_package->remove(part);
+        removeTagsContaining(m_contentTypesXml, "Override",
+                             "PartName=\"/" + XmlText::escape(part) + "\"");
+    }
+    m_relIds.remove(&sheet);
+    m_sheets.erase(std::find_if(m_sheets.begin(), m_sheets.end(),
+                                [&](const auto &s) { return s.get() == &sheet; }));
+    m_partsDirty = true;
+}
+
+void Workbook::moveToFront(Worksheet &sheet)
+{
+    refuseWhenStructureLocked(sheet.name());
+    if (!m_workbookXml->moveSheetFirst(m_relIds.value(&sheet)))
+        throw Error(ErrorNumber::WorkbookError, QStringLiteral("工作簿结构已损坏，无法移动工作表"));
+    const auto it = std::find_if(m_sheets.begin(), m_sheets.end(),
+                                 [&](const auto &s) { return s.get() == &sheet; });
+    std::rotate(m_sheets.begin(), it, it + 1);
+    m_partsDirty = true;
 }
 
 QByteArray Workbook::originalPart(const Worksheet &sheet) const

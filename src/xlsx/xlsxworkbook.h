@@ -20,6 +20,7 @@ class QIODevice;
 namespace quorvale::xlsx {
 
 class Package;
+struct Chart;
 class SheetStream;
 class StyleSheet;
 struct SheetLayout;
@@ -60,6 +61,16 @@ public:
     Worksheet &addWorksheetAfterLast();
     // The same, named; the name is checked before anything is added.
     Worksheet &addWorksheet(const QString &name);
+
+    // Puts the charts of a new sheet into the package; returns the sheet's
+    // relationship id of their drawing.
+    QByteArray addCharts(const Worksheet &sheet, const std::vector<Chart> &charts);
+
+    // Takes the sheet out of the workbook with its drawing and charts.
+    // Refused when the owner locked the workbook's structure.
+    void removeWorksheet(Worksheet &sheet);
+    // Puts the sheet first in the tab order.
+    void moveToFront(Worksheet &sheet);
 
     // Writes the rest of the sheet's part now; the sheet takes no more
     // writes afterwards. (Its rows went out, compressed, as they were

@@ -2,6 +2,8 @@
 
 #include "xlsx/xlsxxmltext.h"
 
+#include <algorithm>
+
 namespace quorvale::xlsx {
 
 namespace {
@@ -155,6 +157,91 @@ bool WorkbookXml::insertSheet(const QString &name, const QByteArray &relId, cons
         return true;
     }
     m_xml.insert(at, element);
+    return true;
+}
+
+void WorkbookXml::renumberSheets(const std::function<int(int)> &map)
+{
+    struct Edit {
+        qsizetype begin, end;
+        QByteArray text;
+    };
+    std::vector<Edit> edits;
+    const QByteArrayView xml(m_xml);
+    qsizetype pos = 0;
+    XmlTag tag;
+    while (XmlText::nextTag(xml, pos, tag)) {
+        const QByteArrayView local = tag.localName();
+        if (tag.closing || (local != "definedName" && local != "workbookView"))
+            continue;
+        QByteArray text = xml.sliced(tag.begin, tag.end - tag.begin).toByteArray();
+        const char *const attributes[] = {"localSheetId", "activeTab", "firstSheet"};
+        bool changed = false;
+        for (const char *name : attributes) {
+            const int index = XmlText::numberAttribute(text, name, -1);
+            int to = index < 0 ? index : map(index);
+            if (to == index)
+                continue;
+            if (to < 0 && local == "definedName") { // a name of a sheet that goes, with its value
+                const qsizetype end = tag.selfClosing ? tag.end : XmlText::elementEnd(xml, tag);
+                edits.push_back({tag.begin, end < 0 ? tag.end : end, {}});
+                changed = false;
+                break;
+            }
+            // The window's tab of a sheet that goes falls on the one before.
+            if (to < 0)
+                to = std::max(index - 1, 0);
+            text = XmlText::setAttribute(text, name, QByteArray::number(to));
+            changed = true;
+        }
+        if (changed)
+            edits.push_back({tag.begin, tag.end, text});
+    }
+    // From the end, so that earlier offsets hold.
+    std::sort(edits.begin(), edits.end(),
+              [](const Edit &a, const Edit &b) { return a.begin > b.begin; });
+    for (const Edit &e : edits)
+        m_xml.replace(e.begin, e.end - e.begin, e.text);
+}
+
+int WorkbookXml::indexOf(const QByteArray &relId) const
+{
+    const std::vector<Found> found = scan();
+    for (size_t i = 0; i < found.size(); ++i)
+        if (found[i].sheet.relId == relId)
+            return int(i);
+    return -1;
+}
+
+bool WorkbookXml::moveSheetFirst(const QByteArray &relId)
+{
+    const int from = indexOf(relId);
+    if (from < 0)
+        return false;
+    if (from == 0)
+        return true;
+    // Sheet indexes elsewhere in the part count in tab order.
+    renumberSheets([from](int index) {
+        return index == from ? 0 : index < from ? index + 1 : index;
+    });
+    const std::vector<Found> found = scan();
+    const QByteArray element = m_xml.mid(found[from].begin, found[from].end - found[from].begin);
+    m_xml.remove(found[from].begin, found[from].end - found[from].begin);
+    m_xml.insert(found[0].begin, element);
+    return true;
+}
+
+bool WorkbookXml::removeSheet(const QByteArray &relId)
+{
+    const int gone = indexOf(relId);
+    if (gone < 0)
+        return false;
+    // Names of the sheet go with it.
+    renumberSheets([gone](int index) {
+        return index == gone ? -1 : index > gone ? index - 1 : index;
+    });
+    const std::vector<Found> found = scan();
+    m_xml.remove(found[gone].begin, found[gone].end - found[gone].begin);
     return true;
 }
 

@@ -37,6 +37,12 @@ class WorkbookXml {
     // A new <sheet> right after the one whose relationship is `after` (or
     // last); false when the workbook has no sheet list to put it in.
     bool insertSheet(const QString &name, const QByteArray &relId, const QByteArray &after);
+    // Puts the sheet with the relationship id first in the tab order. Names
+    // that belong to one sheet and the window's active and first tab follow
+    // their sheets. False when there is no such sheet.
+    bool moveSheetFirst(const QByteArray &relId);
+    // Takes the sheet out of the list with the names that belong to it.
+    bool removeSheet(const QByteArray &relId);
     // Replaces the start tag of the sheet with the relationship id by edit(tag).
     void editSheet(const QByteArray &relId,
                    const std::function<QByteArray(const QByteArray &tag)> &edit);
@@ -48,6 +54,11 @@ class WorkbookXml {
         QByteArray prefix;
     };
     std::vector<Found> scan() const;
+    int indexOf(const QByteArray &relId) const;
+    // Gives every sheet index of the part (local names, the window's active
+    // and first tab) its new value; -1 marks a sheet that goes: its local
+    // names go too, a tab on it moves to the one before.
+    void renumberSheets(const std::function<int(int)> &map);
 
     QByteArray m_xml;
     const Vocabulary *m_vocabulary = nullptr;

@@ -202,6 +202,24 @@ void Worksheet::setCellValue(int row, int col, const QString &text)
         m_cells.insert(at, std::move(cell));
 }
 
+void Worksheet::addCharts(const std::vector<Chart> &charts)
+{
+    beforeCells();
+    if (!m_layout->drawingRelId.isEmpty())
+        throw Error(ErrorNumber::WorkbookError, QStringLiteral("工作表“%1”已有图表").arg(m_name));
+    if (!charts.empty())
+        m_layout->drawingRelId = m_book.addCharts(*this, charts);
+}
+
+void Worksheet::setLandscapeOnePageWide()
+{
+    beforeCells();
+    if (!m_isNew)
+        throw Error(ErrorNumber::WorkbookError,
+                    QStringLiteral("只能为新建的工作表设置打印页面：“%1”").arg(m_name));
+    m_layout->landscapeOnePageWide = true;
+}
+
 void Worksheet::setColumnWidth(int col, double width)
 {
     checkCell(1, col);

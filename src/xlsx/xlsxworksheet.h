@@ -12,6 +12,7 @@ class Workbook;
 class SheetStream;
 struct SheetLayout;
 struct RowCell;
+struct Chart;
 
 // Excel's classic alignment numbers as the automation layer accepts them:
 // the small numbers are the old ALIGNMENT codes (horizontal 1 general,
@@ -64,6 +65,10 @@ public:
     // Wipes the existing cells of the range (values, formats, merges) before
     // anything written now goes in; cells outside it are kept.
     void clearRange(int row1, int col1, int row2, int col2);
+    // Native charts over the sheet's cells; a new sheet only, before its cells.
+    void addCharts(const std::vector<Chart> &charts);
+    // Printed turned, every column on one page wide; a new sheet only.
+    void setLandscapeOnePageWide();
 
     // Refuses, before anything is written, a range that Excel would not
     // let anyone change: the sheet is protected and a cell of it is locked.

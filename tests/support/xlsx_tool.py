@@ -37,11 +37,30 @@ def border_json(b):
     return [b.left.style, b.right.style, b.top.style, b.bottom.style]
 
 
+def chart_json(chart):
+    def ref(r):
+        if r is None:
+            return None
+        for kind in ("strRef", "numRef"):
+            inner = getattr(r, kind, None)
+            if inner is not None:
+                return inner.f
+        return None
+    return {"type": chart.tagname, "direction": getattr(chart, "type", None),
+            "grouping": getattr(chart, "grouping", None),
+            "series": [{"name": ref(s.tx), "categories": ref(s.cat), "values": ref(s.val)}
+                       for s in chart.series]}
+
+
 def dump(path):
     wb = openpyxl.load_workbook(path)
     out = {"sheets": wb.sheetnames, "data": {}, "entries": {},
            "hidden": [ws.title for ws in wb.worksheets if ws.sheet_state != "visible"],
-           "lockStructure": bool(wb.security and wb.security.lockStructure)}
+           "lockStructure": bool(wb.security and wb.security.lockStructure),
+           "active": wb.active.title if wb.active else None,
+           "names": sorted(f"{d.name}@{wb.sheetnames[d.localSheetId]}"
+                           for d in wb.defined_names.definedName if d.localSheetId is not None),
+           "printAreas": {ws.title: ws.print_area for ws in wb.worksheets if ws.print_area}}
     for ws in wb.worksheets:
         cells = {}
         for row in ws.iter_rows():
@@ -70,6 +89,7 @@ def dump(path):
             "merges": sorted(str(r) for r in ws.merged_cells.ranges),
             "conditional": sorted(str(r.sqref) for r in ws.conditional_formatting),
             "protected": bool(ws.protection.sheet),
+            "charts": [chart_json(ch) for ch in ws._charts],
         }
     with zipfile.ZipFile(path) as z:
         for info in z.infolist():
@@ -152,6 +172,17 @@ MAIN = "http://schemas.openxmlformats.org/spreadsheetml/2006/main"
 RELS = "http://schemas.openxmlformats.org/officeDocument/2006/relationships"
 PKG_RELS = "http://schemas.openxmlformats.org/package/2006/relationships"
 CT = "application/vnd.openxmlformats-officedocument.spreadsheetml."
+
+
+def fixture_local_names(path):
+    wb = openpyxl.Workbook()
+    wb.active.title = "A"
+    wb.create_sheet("B")
+    last = wb.create_sheet("C")
+    last.print_area = "A1:B2"
+    wb.defined_names.append(DefinedName("OnA", localSheetId=0, attr_text="A!$A$1"))
+    wb.active = 2
+    wb.save(path)
 
 
 def fixture_prefixed(path):
@@ -257,4 +288,5 @@ if __name__ == "__main__":
     else:
         {"dump": dump, "fixture": fixture,
          "fixture-chartsheet": lambda p: fixture(p, chart_sheet=True),
-         "fixture-prefixed": fixture_prefixed}[command](sys.argv[2])
+         "fixture-prefixed": fixture_prefixed,
+         "fixture-local-names": fixture_local_names}[command](sys.argv[2])

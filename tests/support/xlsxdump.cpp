@@ -63,6 +63,11 @@ void makeWorkbookFixtureWithChartSheet(const QString &path)
     runTool({QStringLiteral("fixture-chartsheet"), path});
 }
 
+void makeLocalNamesFixture(const QString &path)
+{
+    runTool({QStringLiteral("fixture-local-names"), path});
+}
+
 void makePrefixedWorkbookFixture(const QString &path)
 {
     runTool({QStringLiteral("fixture-prefixed"), path});

@@ -214,3 +214,37 @@ TEST(XlsxWorkbook, SheetsFinishedBeforeTheSaveReadBackWhole)
         EXPECT_EQ(mismatches, 0) << "sheet " << s + 1;
     }
 }
+
+// A sheet moved first or taken out leaves every other sheet its own names,
+// print area and place as the active sheet.
+TEST(XlsxWorkbook, SheetsMovedFirstOrRemovedKeepTheirNames)
+{
+    QTemporaryDir dir;
+    const QString path = dir.filePath("names.xlsx");
+    quorvale::testing::makeLocalNamesFixture(path);
+    const auto edit = [&](const std::function<void(Workbook &)> &change) {
+        auto book = Workbook::open(path);
+        change(*book);
+        saveWorkbook(*book);
+        const QJsonObject dump = dumpWorkbook(path);
+        QStringList sheets;
+        for (const QJsonValue &s : dump.value("sheets").toArray())
+            sheets << s.toString();
+        QStringList names;
+        for (const QJsonValue &n : dump.value("names").toArray())
+            names << n.toString();
+        return QStringLiteral("%1 / names %2 / print %3 / active %4")
+            .arg(sheets.join(','), names.join(','),
+                 dump.value("printAreas").toObject().keys().join(','),
+                 dump.value("active").toString())
+            .toStdString();
+    };
+    EXPECT_EQ(edit([](Workbook &book) { book.moveToFront(book.addWorksheet("New")); }),
+              "New,A,B,C / names OnA@A / print C / active C");
+    EXPECT_EQ(edit([](Workbook &book) { book.moveToFront(*book.worksheet("B")); }),
+              "B,New,A,C / names OnA@A / print C / active C");
+    EXPECT_EQ(edit([](Workbook &book) { book.removeWorksheet(*book.worksheet("A")); }),
+              "B,New,C / names  / print C / active C");
+    EXPECT_EQ(edit([](Workbook &book) { book.removeWorksheet(*book.worksheet("C")); }),
+              "B,New / names  / print  / active New");
+}
