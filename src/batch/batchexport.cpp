@@ -4,6 +4,7 @@
 #include "batch/batchsignin.h"
 #include "batch/exportplan.h"
 #include "batch/outputpattern.h"
+#include "batch/overviewcollector.h"
 #include "batch/refusederror.h"
 #include "batch/usageerror.h"
 #include "db/connection.h"
@@ -11,10 +12,10 @@
 #include "output/workbooktarget.h"
 #include "reports/financereporttraits.h"
 #include "reports/reportdefinition.h"
-#include "runtime/textwidth.h"
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "runtime/settings.h"
+#include "runtime/textwidth.h"
 
 #include <QGuiApplication>
 
@@ -38,6 +39,8 @@ void checkDateOptions(const ExportRequest &request)
         advance = advance || isAdvance;
         arrears = arrears || (entry.finance && !isAdvance);
     }
+    if (!finance && request.overview)
+        throw UsageError(QStringLiteral("--overview needs a finance report in the run"));
     if (!finance && (request.month || request.months || request.cutoff || request.receipts))
         throw UsageError(QStringLiteral("--month, --months, --cutoff and --receipts apply to the "
                                         "finance reports only"));
@@ -129,8 +132,15 @@ class WorkbookRun {
                 const BatchCallbacks &callbacks)
         : m_session(session), m_request(request), m_callbacks(callbacks),
           m_font(reportWindowFont(QGuiApplication::font())),
-          m_textWidth(textWidthsIn(m_font, screenDpi()))
+          m_textWidth(textWidthsIn(m_font, screenDpi())), m_overviews(request)
     {
+    }
+
+    // A finance report that the overview of its office would miss.
+    void missed(const PlannedExport &pair)
+    {
+        if (m_request.overview && pair.report.finance)
+            m_overviews.missed(pair);
     }
 
     void run(const PlannedExport &pair, PairOutcome &outcome, PairProgress progress)
@@ -157,6 +167,8 @@ class WorkbookRun {
         computeForBatch(pair.report, m_session.DbConn, params, table, m_textWidth,
                         [&](int rows) { report(QStringLiteral("read"), rows); });
         outcome.rows = table.rows() - 1;
+        if (m_request.overview && pair.report.finance)
+            m_overviews.add(pair, params, table);
 
         StagedFile *pdf = nullptr;
         if (!pair.pdf.isEmpty()) {
@@ -214,6 +226,7 @@ class WorkbookRun {
         try {
             if (isBroken())
                 throw RuntimeError(ErrorNumber::PathFileAccessError, m_broken);
+            writeOverviews();
             m_target->stage(m_outputs);
             m_outputs.commit();
             for (PairOutcome *o : m_written)
@@ -229,6 +242,17 @@ class WorkbookRun {
     }
 
   private:
+    void writeOverviews()
+    {
+        if (!m_request.overview)
+            return;
+        for (const OverviewCollector::Overview &o : m_overviews.complete())
+            m_target->writeOverview(o.overview, o.sheet);
+        if (m_callbacks.warning)
+            for (const QString &office : m_overviews.incomplete())
+                m_callbacks.warning(QStringLiteral("no overview for ") + office);
+    }
+
     const Session &m_session;
     const ExportRequest &m_request;
     const BatchCallbacks &m_callbacks;
@@ -238,6 +262,7 @@ class WorkbookRun {
     std::unique_ptr<WorkbookTarget> m_target;
     QList<PairOutcome *> m_written;
     QString m_broken;
+    OverviewCollector m_overviews;
 };
 
 } // namespace
@@ -275,8 +300,10 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
             current = std::make_unique<WorkbookRun>(session, request, callbacks);
             currentBook = book;
         }
-        if (outcome.status == PairOutcome::Status::Refused)
+        if (outcome.status == PairOutcome::Status::Refused) {
+            current->missed(pair);
             continue;
+        }
         if (current->isBroken()) {
             outcome.status = PairOutcome::Status::Failed;
             outcome.message = QStringLiteral("not written: ") + current->brokenReason();
@@ -296,6 +323,8 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
             outcome.status = PairOutcome::Status::Failed;
             outcome.message = error.text();
         }
+        if (outcome.status != PairOutcome::Status::Planned)
+            current->missed(pair);
     }
     if (current)
         current->save();

@@ -34,6 +34,7 @@ struct ExportRequest {
     QString paper = QStringLiteral("A4"); // A4 or A3
     Orientation orientation = Orientation::Portrait;
 
+    bool overview = false; // the month-end overview sheet in each workbook
     bool dryRun = false;
     QDate today;
     QString monthText; // {month}: the month or range as resolved, "202611" or "202601-202611"

@@ -395,6 +395,11 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
 
 } // namespace
 
+QString companyTitle()
+{
+    return kCompany;
+}
+
 PrintTitles reportPrintTitles(const QString &officeName, const QDate &from, const QDate &to,
                               const QDate &printedOn)
 {

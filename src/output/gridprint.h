@@ -19,6 +19,9 @@ struct PrintTitles {
     QDate printedOn = QDate::currentDate(); // the footer's print date
 };
 
+// The company title every printed page starts with.
+QString companyTitle();
+
 // The print branch's titles, the same in every report window: "(office)"
 // followed by "收款日报表" (a leftover of the first report, kept), and the
 // date range line; printed on the day given.

@@ -2,6 +2,7 @@
 
 #include "output/gridexport.h"
 #include "output/legacyconversion.h"
+#include "output/overviewsheet.h"
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "xlsx/xlsxworkbook.h"
@@ -93,6 +94,11 @@ void WorkbookTarget::writeTable(const ReportTable &table, const QVector<int> &ch
         // Compressed at once: the next report's grid can then take the memory.
         m_book->finishSheet(*m_book->worksheet(sheet));
     });
+}
+
+void WorkbookTarget::writeOverview(const OfficeOverview &overview, const QString &sheet)
+{
+    asRuntimeError([&] { writeOverviewSheet(*m_book, overview, sheet); });
 }
 
 QStringList WorkbookTarget::warnings() const

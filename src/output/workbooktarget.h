@@ -11,6 +11,7 @@
 namespace quorvale {
 
 class ReportTable;
+struct OfficeOverview;
 class OutputSet;
 namespace xlsx {
 class Workbook;
@@ -42,6 +43,8 @@ class WorkbookTarget {
     // export window's rules (see writeTableToWorkbook).
     void writeTable(const ReportTable &table, const QVector<int> &chosenColumns,
                     ExportVariant variant, const QString &sheet);
+    // Writes the month-end overview into its sheet, first in the workbook.
+    void writeOverview(const OfficeOverview &overview, const QString &sheet);
     // Writes the whole workbook into a new output of the set.
     void stage(OutputSet &outputs);
     // What was written differently from what was asked, so far (a text cut

@@ -121,8 +121,9 @@ AdminCommand exportCommand()
         "several reports and offices in one run for the month end");
     command.options = {
         {QStringLiteral("--report NAME[,NAME…]|all"),
-         QStringLiteral("report windows or menu items, e.g. 房产客户 or frm车位基础表; all: the six "
-                        "in menu order")},
+         QStringLiteral(
+             "report windows or menu items, e.g. 房产客户 or frm车位基础表; all: the six "
+             "in menu order")},
         {QStringLiteral("--office CODE[,CODE…]|all"),
          QStringLiteral("management offices the window's office list offers the post; all: every "
                         "one of them except commercial offices")},
@@ -155,6 +156,10 @@ AdminCommand exportCommand()
         {QStringLiteral("--paper A4|A3"), QStringLiteral("the PDF's paper (default A4)")},
         {QStringLiteral("--orientation portrait|landscape|auto"),
          QStringLiteral("the PDF's page; auto turns it for a table too wide upright")},
+        {QStringLiteral("--overview"),
+         QStringLiteral("write the month-end overview sheet 月末概览 (totals and charts of the "
+                        "finance reports) first in each workbook; the default with --report all")},
+        {QStringLiteral("--no-overview"), QStringLiteral("leave the overview out")},
         {QStringLiteral("--dry-run"), QStringLiteral("list what would be written; write nothing")},
     };
     command.example = QStringLiteral(

@@ -69,7 +69,7 @@ QString exportSynopsis()
         "[--month YYYYMM|this|last|last-N | --months FIRST:LAST] "
         "[--cutoff DATE|today|month-end] [--receipts DATE:DATE|month] "
         "--xlsx FILE [--sheet NAME] [--pdf FILE] [--paper A4|A3] "
-        "[--orientation portrait|landscape|auto] [--dry-run]");
+        "[--orientation portrait|landscape|auto] [--overview | --no-overview] [--dry-run]");
 }
 
 ExportRequest parseExportRequest(const QStringList &arguments, const QDate &today)
@@ -83,7 +83,10 @@ ExportRequest parseExportRequest(const QStringList &arguments, const QDate &toda
         QStringLiteral("receipts"),      QStringLiteral("xlsx"),
         QStringLiteral("sheet"),         QStringLiteral("pdf"),
         QStringLiteral("paper"),         QStringLiteral("orientation")};
-    const CommandLine line(arguments, {QStringLiteral("dry-run")}, valued);
+    const CommandLine line(
+        arguments,
+        {QStringLiteral("dry-run"), QStringLiteral("overview"), QStringLiteral("no-overview")},
+        valued);
     if (!line.positional().isEmpty())
         throw UsageError(QStringLiteral("unexpected argument %1").arg(line.positional().first()));
     line.require({QStringLiteral("report"), QStringLiteral("office"), QStringLiteral("user"),
@@ -94,7 +97,8 @@ ExportRequest parseExportRequest(const QStringList &arguments, const QDate &toda
     ExportRequest r;
     r.today = today;
     r.reports = listArgument(QStringLiteral("report"), line.value(QStringLiteral("report")));
-    if (r.reports == QStringList{QStringLiteral("all")})
+    const bool allReports = r.reports == QStringList{QStringLiteral("all")};
+    if (allReports)
         r.reports = menuReportNames();
     for (const QString &name : r.reports)
         if (!findReport(name))
@@ -111,6 +115,11 @@ ExportRequest parseExportRequest(const QStringList &arguments, const QDate &toda
     r.sheet = line.value(QStringLiteral("sheet"));
     r.pdf = line.value(QStringLiteral("pdf"));
     r.dryRun = line.isSet(QStringLiteral("dry-run"));
+    if (line.isSet(QStringLiteral("overview")) && line.isSet(QStringLiteral("no-overview")))
+        throw UsageError(QStringLiteral("--overview and --no-overview exclude each other"));
+    // The month end's run of every report gets its overview unless told not to.
+    r.overview = line.isSet(QStringLiteral("overview")) ||
+                 (allReports && !line.isSet(QStringLiteral("no-overview")));
     if (r.xlsx.isEmpty())
         throw UsageError(QStringLiteral("--xlsx needs a file name"));
     if (line.isSet(QStringLiteral("sheet")) && r.sheet.isEmpty())

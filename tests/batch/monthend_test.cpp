@@ -24,6 +24,7 @@ using quorvale::testing::cellsOf;
 using quorvale::testing::dumpWorkbook;
 using quorvale::testing::ProcessRun;
 using quorvale::testing::runAdmin;
+using quorvale::testing::sheetOf;
 
 namespace {
 
@@ -69,8 +70,8 @@ TEST_F(MonthEnd, EveryReportOfEveryOfficeEqualsTheSingleExports)
                                  "财务数据预收表车位", "财务数据预收表房产"};
     for (const QString office : {"2", "10"}) {
         const QJsonObject together = dumpWorkbook(out.filePath("books/" + office + ".xlsx"));
-        // A new workbook starts with Sheet1, as Excel's does.
-        ASSERT_EQ(together.value("sheets").toArray().size(), 7);
+        // The overview first; then Sheet1, as a new workbook of Excel starts.
+        ASSERT_EQ(together.value("sheets").toArray().size(), 8);
         for (const QString &report : reports) {
             SCOPED_TRACE((office + " " + report).toStdString());
             const QString single = out.filePath("single.xlsx");
@@ -218,6 +219,136 @@ TEST_F(MonthEnd, APrintTurnsWhenTooWideUprightAndTheSheetTakesItsName)
     const QString printed = QString::fromUtf8(text.readAllStandardOutput());
     EXPECT_TRUE(printed.contains("(幸福里花园)") && printed.contains("第1页"))
         << printed.left(400).toStdString();
+}
+
+// A column of a written sheet added up (rows 2 on), and how many rows had a value.
+std::pair<double, int> columnSum(const QJsonObject &cells, const QString &column)
+{
+    double sum = 0;
+    int rows = 0;
+    for (int r = 2; cells.contains(column + QString::number(r)); ++r) {
+        sum += cells.value(column + QString::number(r)).toObject().value("value").toDouble();
+        ++rows;
+    }
+    return {sum, rows};
+}
+
+// The overview's row whose column A reads `caption`, from row `from` on.
+int rowOf(const QJsonObject &cells, const QString &caption, int from = 1)
+{
+    for (int r = from; r < 200; ++r)
+        if (cells.value("A" + QString::number(r)).toObject().value("value").toString() == caption)
+            return r;
+    ADD_FAILURE() << "no row " << caption.toStdString();
+    return 0;
+}
+
+double number(const QJsonObject &cells, const QString &column, int row)
+{
+    return cells.value(column + QString::number(row)).toObject().value("value").toDouble();
+}
+
+// The overview's figures are the report sheets' own columns added up; its
+// charts are bound to its own cells.
+TEST_F(MonthEnd, OverviewAddsUpTheReportSheetsAndChartsItsCells)
+{
+    const QString book = out.filePath("month.xlsx");
+    const ProcessRun run = runAdmin(QStringList{"export", "--report", "all", "--office", "2",
+                                                "--month", "this", "--xlsx", book} +
+                                    signIn());
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QJsonObject dump = dumpWorkbook(book);
+    ASSERT_EQ(dump.value("sheets").toArray().first().toString(), "月末概览");
+    const QJsonObject o = cellsOf(dump, "月末概览");
+
+    // Every finance report puts the amount in its sixth column, whatever its heading.
+    const auto [property, propertyRows] = columnSum(cellsOf(dump, "财务房产数据欠收表"), "F");
+    const auto [parking, parkingRows] = columnSum(cellsOf(dump, "财务车位数据欠收表"), "F");
+    const auto [advance1, advanceRows1] = columnSum(cellsOf(dump, "财务房产数据预收表"), "F");
+    const auto [advance2, advanceRows2] = columnSum(cellsOf(dump, "财务车位数据预收表"), "F");
+    ASSERT_GT(propertyRows, 0);
+    ASSERT_GT(parkingRows, 0);
+
+    const int propertySum = rowOf(o, "房产小计"), parkingSum = rowOf(o, "车位小计");
+    const int total = rowOf(o, "合计");
+    EXPECT_NEAR(number(o, "G", propertySum), property, 1e-6);
+    EXPECT_NEAR(number(o, "G", parkingSum), parking, 1e-6);
+    EXPECT_NEAR(number(o, "G", total), property + parking, 1e-6);
+    EXPECT_EQ(number(o, "D", total), propertyRows + parkingRows);
+
+    // The ages part the same total.
+    const int firstAge = rowOf(o, "当月");
+    double aged = 0;
+    for (int r = firstAge; r < firstAge + 5; ++r)
+        aged += number(o, "C", r);
+    EXPECT_NEAR(aged, property + parking, 1e-6);
+
+    const int advanceTotal = rowOf(o, "合计", rowOf(o, "四、预收 按收费项目"));
+    EXPECT_NEAR(number(o, "D", advanceTotal), advance1 + advance2, 1e-6);
+    EXPECT_EQ(number(o, "C", advanceTotal), advanceRows1 + advanceRows2);
+
+    // A bar chart of the fee items' outstanding amounts, a column chart of the ages.
+    const QJsonArray charts = sheetOf(dump, "月末概览").value("charts").toArray();
+    ASSERT_EQ(charts.size(), 2);
+    const int header = rowOf(o, "类别");
+    const auto series = [&](int chart) {
+        const QJsonObject s = charts[chart].toObject().value("series").toArray()[0].toObject();
+        return (s.value("categories").toString() + " " + s.value("values").toString())
+            .toStdString();
+    };
+    EXPECT_EQ(charts[0].toObject().value("direction").toString(), "bar");
+    EXPECT_EQ(series(0), QStringLiteral("'月末概览'!$B$%1:$B$%2 '月末概览'!$G$%1:$G$%2")
+                             .arg(header + 1)
+                             .arg(propertySum - 1)
+                             .toStdString());
+    EXPECT_EQ(charts[1].toObject().value("direction").toString(), "col");
+    EXPECT_EQ(series(1), QStringLiteral("'月末概览'!$A$%1:$A$%2 '月末概览'!$C$%1:$C$%2")
+                             .arg(firstAge)
+                             .arg(firstAge + 4)
+                             .toStdString());
+
+    // Run again: the overview is replaced, not added to, and its old charts go.
+    ASSERT_EQ(runAdmin(QStringList{"export", "--report", "all", "--office", "2", "--month", "this",
+                                   "--xlsx", book} +
+                       signIn())
+                  .status,
+              0);
+    const QJsonObject again = dumpWorkbook(book);
+    EXPECT_EQ(again.value("sheets").toArray(), dump.value("sheets").toArray());
+    QStringList chartParts;
+    for (const QString &entry : again.value("entries").toObject().keys())
+        if (entry.startsWith("xl/charts/") || entry.startsWith("xl/drawings/drawing"))
+            chartParts << entry;
+    EXPECT_EQ(chartParts, QStringList({"xl/charts/chart1.xml", "xl/charts/chart2.xml",
+                                       "xl/drawings/drawing1.xml"}));
+    EXPECT_EQ(cellsOf(again, "月末概览"), o);
+}
+
+TEST_F(MonthEnd, OverviewOnlyWhenAskedOrForEveryReport)
+{
+    const struct {
+        QStringList arguments;
+        bool overview;
+    } cases[] = {
+        {{"--report", "all", "--no-overview"}, false},
+        {{"--report", "财务数据欠收表房产"}, false},
+        {{"--report", "财务数据欠收表房产", "--overview"}, true},
+    };
+    for (const auto &c : cases) {
+        SCOPED_TRACE(c.arguments.join(' ').toStdString());
+        const QString book = out.filePath("asked.xlsx");
+        QFile::remove(book);
+        const ProcessRun run = runAdmin(QStringList{"export", "--office", "2", "--xlsx", book} +
+                                        c.arguments + signIn());
+        ASSERT_EQ(run.status, 0) << run.err.toStdString();
+        EXPECT_EQ(dumpWorkbook(book).value("sheets").toArray().contains("月末概览"), c.overview);
+    }
+    const ProcessRun customers =
+        runAdmin(QStringList{"export", "--report", "房产客户", "--office", "2", "--overview",
+                             "--xlsx", out.filePath("c.xlsx")} +
+                 signIn());
+    EXPECT_EQ(customers.status, 2);
+    EXPECT_TRUE(customers.err.contains("--overview needs a finance report"));
 }
 
 TEST(ExportDates, WordsResolveAcrossYearsAndLeapMonths)
