@@ -129,10 +129,12 @@ void makeFolderFor(const QString &path, const QString &pattern)
 class WorkbookRun {
   public:
     WorkbookRun(const Session &session, const ExportRequest &request,
-                const BatchCallbacks &callbacks)
+                const BatchCallbacks &callbacks, OverviewCollector &overviews,
+                QList<PlannedOverview> planned)
         : m_session(session), m_request(request), m_callbacks(callbacks),
           m_font(reportWindowFont(QGuiApplication::font())),
-          m_textWidth(textWidthsIn(m_font, screenDpi())), m_overviews(request)
+          m_textWidth(textWidthsIn(m_font, screenDpi())), m_overviews(overviews),
+          m_planned(std::move(planned))
     {
     }
 
@@ -242,15 +244,33 @@ class WorkbookRun {
     }
 
   private:
+    // The overviews of the workbook's offices, each with its PDF.
     void writeOverviews()
     {
-        if (!m_request.overview)
-            return;
-        for (const OverviewCollector::Overview &o : m_overviews.complete())
-            m_target->writeOverview(o.overview, o.sheet);
-        if (m_callbacks.warning)
-            for (const QString &office : m_overviews.incomplete())
-                m_callbacks.warning(QStringLiteral("no overview for ") + office);
+        for (const PlannedOverview &planned : m_planned) {
+            const std::optional<OfficeOverview> overview =
+                m_overviews.overviewOf(planned.officeCode);
+            if (!overview) {
+                if (m_callbacks.warning)
+                    m_callbacks.warning(
+                        QStringLiteral("no overview for office %1: %2 was not written, so it "
+                                       "would not add up")
+                            .arg(planned.officeCode, m_overviews.missedReport(planned.officeCode)));
+                continue;
+            }
+            m_target->writeOverview(*overview, planned.sheet);
+            if (planned.pdf.isEmpty())
+                continue;
+            makeFolderFor(planned.pdf, m_request.pdf);
+            StagedFile &pdf = m_outputs.add(planned.pdf);
+            try {
+                printOverviewForBatch(pdf, *overview, printLookOf(m_font, screenDpi()),
+                                      batchPageLayout(m_request.paper, m_request.orientation, 0));
+            } catch (...) {
+                m_outputs.discard(pdf);
+                throw;
+            }
+        }
     }
 
     const Session &m_session;
@@ -262,8 +282,34 @@ class WorkbookRun {
     std::unique_ptr<WorkbookTarget> m_target;
     QList<PairOutcome *> m_written;
     QString m_broken;
-    OverviewCollector m_overviews;
+    OverviewCollector &m_overviews;
+    QList<PlannedOverview> m_planned;
 };
+
+// The company's overview from the offices' ones, in a workbook of its own.
+void writeCompanyOverview(const ExportPlan &plan, const OverviewCollector &overviews,
+                          const ExportRequest &request, const BatchCallbacks &callbacks,
+                          BatchRun &run)
+{
+    QList<OfficeOverview> offices;
+    for (const PlannedOverview &planned : plan.overviews)
+        if (const auto overview = overviews.overviewOf(planned.officeCode))
+            offices << *overview;
+    if (offices.isEmpty())
+        return;
+    run.companyOverview = plan.companyOverview;
+    try {
+        makeFolderFor(plan.companyOverview,
+                      request.overviewFile.isEmpty() ? request.xlsx : request.overviewFile);
+        WorkbookTarget target(plan.companyOverview, callbacks.notice);
+        target.writeCompanyOverview(offices, companyOverviewHeading(offices.first()));
+        OutputSet outputs;
+        target.stage(outputs);
+        outputs.commit();
+    } catch (const RuntimeError &error) {
+        run.companyOverviewError = error.description();
+    }
+}
 
 } // namespace
 
@@ -278,6 +324,7 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
     BatchRun run;
     run.period = periodOf(request);
     run.skipped = plan.skipped;
+    run.overviews = plan.overviews;
     for (const PlannedExport &pair : plan.pairs) {
         if (pair.refusal.isEmpty())
             checkOutputPaths(pair);
@@ -288,6 +335,14 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
     if (request.dryRun)
         return run;
 
+    OverviewCollector overviews(request);
+    const auto plannedIn = [&plan](const QString &book) {
+        QList<PlannedOverview> planned;
+        for (const PlannedOverview &o : plan.overviews)
+            if (QDir::cleanPath(QFileInfo(o.workbook).absoluteFilePath()) == book)
+                planned << o;
+        return planned;
+    };
     std::unique_ptr<WorkbookRun> current;
     QString currentBook;
     for (qsizetype i = 0; i < plan.pairs.size(); ++i) {
@@ -297,7 +352,8 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
         if (!current || book != currentBook) {
             if (current)
                 current->save();
-            current = std::make_unique<WorkbookRun>(session, request, callbacks);
+            current = std::make_unique<WorkbookRun>(session, request, callbacks, overviews,
+                                                    plannedIn(book));
             currentBook = book;
         }
         if (outcome.status == PairOutcome::Status::Refused) {
@@ -328,6 +384,8 @@ BatchRun runBatchExport(const ExportRequest &request, const BatchCallbacks &call
     }
     if (current)
         current->save();
+    if (!plan.companyOverview.isEmpty())
+        writeCompanyOverview(plan, overviews, request, callbacks, run);
     return run;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "batch/exportplan.h"
 #include "batch/exportrequest.h"
 
 #include <QList>
@@ -27,6 +28,9 @@ struct BatchRun {
     QString period;     // "month 202611, cut-off 2026-11-30, today …"; empty without finance reports
     QStringList skipped; // commercial offices `--office all` left out
     QList<PairOutcome> outcomes;
+    QList<PlannedOverview> overviews; // the month-end overviews planned
+    QString companyOverview;          // the company overview written, or empty
+    QString companyOverviewError;     // why it could not be written
 };
 
 // A report running: its place in the run, and the rows read so far. Stage

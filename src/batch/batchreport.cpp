@@ -3,6 +3,8 @@
 #include "batch/exportdates.h"
 #include "batch/refusederror.h"
 #include "output/gridprint.h"
+#include "output/overviewcells.h"
+#include "output/overviewprint.h"
 #include "reports/feecodelist.h"
 #include "reports/financereport.h"
 #include "reports/financereporttraits.h"
@@ -105,6 +107,18 @@ void printForBatch(StagedFile &pdf, const ReportEntry &entry, const ReportParams
                                    "shifted left"));
         PrintGrid(*printer, table, look, titles, false, 0);
         printer->EndDoc();
+    } catch (...) {
+        pdf.checkWrites();
+        throw;
+    }
+}
+
+void printOverviewForBatch(StagedFile &pdf, const OfficeOverview &overview, const PrintLook &look,
+                           const QPageLayout &layout)
+{
+    try {
+        const auto printer = Printer::pdf(pdf.device(), layout);
+        printOverview(*printer, officeOverviewCells(overview), look, QDate::currentDate());
     } catch (...) {
         pdf.checkWrites();
         throw;

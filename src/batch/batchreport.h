@@ -3,10 +3,11 @@
 #include "batch/exportrequest.h"
 #include "batch/reportlookup.h"
 #include "db/connection.h"
+#include "output/officeoverview.h"
 #include "reports/reportparams.h"
-#include "table/reporttable.h"
 #include "reports/tablefill.h"
 #include "runtime/printer.h"
+#include "table/reporttable.h"
 
 #include <QPageLayout>
 #include <QString>
@@ -40,5 +41,10 @@ QPageLayout batchPageLayout(const QString &paper, ExportRequest::Orientation ori
 void printForBatch(StagedFile &pdf, const ReportEntry &report, const ReportParams &params,
                    const ReportTable &table, const PrintLook &look, const QPageLayout &layout,
                    const std::function<void(const QString &)> &warning);
+
+// Prints an office's month-end overview into a staged PDF: its tables, then
+// its charts, dated today.
+void printOverviewForBatch(StagedFile &pdf, const OfficeOverview &overview, const PrintLook &look,
+                           const QPageLayout &layout);
 
 } // namespace quorvale

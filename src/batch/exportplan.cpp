@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
+#include <algorithm>
 
 namespace quorvale {
 
@@ -42,7 +43,74 @@ PlannedExport namedPair(const ExportRequest &request, const ReportEntry &report,
     return p;
 }
 
-void refuseClashes(const QList<PlannedExport> &pairs)
+QString overviewReportName()
+{
+    return QStringLiteral("月末概览");
+}
+
+// One overview for each office that has a finance report, in the workbook
+// of its first; a workbook of several offices names each one's sheet.
+QList<PlannedOverview> planOverviews(const ExportRequest &request,
+                                     const QList<PlannedExport> &pairs)
+{
+    QList<PlannedOverview> overviews;
+    for (const PlannedExport &p : pairs) {
+        const bool known = std::any_of(overviews.begin(), overviews.end(),
+                                       [&](const auto &o) { return o.officeCode == p.officeCode; });
+        if (!p.report.finance || !p.refusal.isEmpty() || known)
+            continue;
+        const PatternValues values{p.officeCode, p.officeName, overviewReportName(),
+                                   request.monthText,
+                                   request.today.toString(QStringLiteral("yyyyMMdd"))};
+        overviews << PlannedOverview{p.officeCode, p.officeName, p.workbook, overviewReportName(),
+                                     request.pdf.isEmpty() ? QString()
+                                                           : expandPattern(request.pdf, values)};
+    }
+    for (PlannedOverview &o : overviews) {
+        const bool shared = std::any_of(overviews.begin(), overviews.end(), [&](const auto &other) {
+            return other.officeCode != o.officeCode &&
+                   pathKey(other.workbook) == pathKey(o.workbook);
+        });
+        if (shared)
+            o.sheet += u' ' + o.officeCode;
+    }
+    return overviews;
+}
+
+// The company's overview beside the offices' workbooks, when each office
+// has a workbook of its own; where each has a folder, it must be named.
+QString planCompanyOverview(const ExportRequest &request, const QList<PlannedOverview> &overviews,
+                            QStringList &notes)
+{
+    QStringList books;
+    for (const PlannedOverview &o : overviews)
+        if (!books.contains(pathKey(o.workbook)))
+            books << pathKey(o.workbook);
+    if (!request.overviewFile.isEmpty())
+        return exportTargetPath(expandPattern(
+            request.overviewFile, {{},
+                                   {},
+                                   overviewReportName(),
+                                   request.monthText,
+                                   request.today.toString(QStringLiteral("yyyyMMdd"))}));
+    if (books.size() < 2 || books.size() != overviews.size())
+        return {};
+    const QString folder = QFileInfo(request.xlsx).path();
+    if (folder.contains(QLatin1String("{office"))) {
+        notes << QStringLiteral("no company overview: each office writes into a folder of its "
+                                "own (name one with --overview-file)");
+        return {};
+    }
+    return expandPattern(folder + QStringLiteral("/概览.xlsx"),
+                         {{},
+                          {},
+                          overviewReportName(),
+                          request.monthText,
+                          request.today.toString(QStringLiteral("yyyyMMdd"))});
+}
+
+void refuseClashes(const QList<PlannedExport> &pairs, const QList<PlannedOverview> &overviews,
+                   const QString &companyOverview)
 {
     QHash<QString, QString> sheets, files;
     QStringList clashes;
@@ -66,6 +134,22 @@ void refuseClashes(const QList<PlannedExport> &pairs)
                            .arg(files.value(key), pairName(p), p.pdf);
         files.insert(key, QStringLiteral("the PDF of ") + pairName(p));
     }
+    for (const PlannedOverview &o : overviews) {
+        const QString sheetKey = pathKey(o.workbook) + u'\n' + o.sheet.toLower();
+        if (sheets.contains(sheetKey))
+            clashes << QStringLiteral("%1 and the overview of %2 both write sheet %3 of %4")
+                           .arg(sheets.value(sheetKey), o.officeCode, o.sheet, o.workbook);
+        if (o.pdf.isEmpty())
+            continue;
+        if (files.contains(pathKey(o.pdf)))
+            clashes << QStringLiteral("%1 and the overview's PDF of %2 are both %3 (put {report} "
+                                      "in --pdf)")
+                           .arg(files.value(pathKey(o.pdf)), o.officeCode, o.pdf);
+        files.insert(pathKey(o.pdf), QStringLiteral("the overview's PDF of ") + o.officeCode);
+    }
+    if (!companyOverview.isEmpty() && files.contains(pathKey(companyOverview)))
+        clashes << QStringLiteral("%1 and the company overview are both %2")
+                       .arg(files.value(pathKey(companyOverview)), companyOverview);
     if (!clashes.isEmpty())
         throw UsageError(QStringLiteral("outputs clash: ") + clashes.join(QStringLiteral("; ")));
 }
@@ -110,7 +194,11 @@ ExportPlan planExports(const ExportRequest &request, const OfficeLister &offices
             pairs << p;
         }
     }
-    refuseClashes(pairs);
+    if (request.overview) {
+        plan.overviews = planOverviews(request, pairs);
+        plan.companyOverview = planCompanyOverview(request, plan.overviews, plan.skipped);
+    }
+    refuseClashes(pairs, plan.overviews, plan.companyOverview);
 
     // One save per workbook: its pairs run one after another, in the order
     // the workbooks first appear.

@@ -25,9 +25,21 @@ struct PlannedExport {
 // Every report-office pair of a run, ordered so that the pairs writing one
 // workbook follow each other (one save per workbook), and the commercial
 // offices that `--office all` left out.
+// The month-end overview of one office: its sheet in the office's workbook
+// and, with --pdf, its own PDF (the pattern's {report} is 月末概览).
+struct PlannedOverview {
+    QString officeCode;
+    QString officeName;
+    QString workbook;
+    QString sheet; // 月末概览, with the office code when a workbook holds several
+    QString pdf;
+};
+
 struct ExportPlan {
     QList<PlannedExport> pairs;
-    QStringList skipped;
+    QStringList skipped;              // and what else the run leaves out, said before it starts
+    QList<PlannedOverview> overviews; // with --overview, one per office with a finance report
+    QString companyOverview; // the company's overview workbook when several offices have one
 };
 
 // The offices a report's window lists for the signed-in post, in its order.

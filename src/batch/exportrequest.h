@@ -35,6 +35,7 @@ struct ExportRequest {
     Orientation orientation = Orientation::Portrait;
 
     bool overview = false; // the month-end overview sheet in each workbook
+    QString overviewFile;  // the company overview's workbook; empty: beside the offices' ones
     bool dryRun = false;
     QDate today;
     QString monthText; // {month}: the month or range as resolved, "202611" or "202601-202611"

@@ -3,7 +3,6 @@
 #include "batch/batchreport.h"
 #include "batch/exportrequest.h"
 #include "output/gridprint.h"
-#include "output/overviewsheet.h"
 #include "reports/financereporttraits.h"
 #include "runtime/vb.h"
 
@@ -45,29 +44,27 @@ void OverviewCollector::missed(const PlannedExport &pair)
         office.missed = pair.report.menuItem;
 }
 
-QList<OverviewCollector::Overview> OverviewCollector::complete() const
+const OverviewCollector::Office *OverviewCollector::find(const QString &officeCode) const
 {
-    QList<Overview> out;
-    for (const Office &office : m_offices) {
-        if (!office.missed.isEmpty() || (!office.arrears && !office.advance))
-            continue;
-        const QString sheet = m_offices.size() == 1
-                                  ? overviewSheetName()
-                                  : overviewSheetName() + QLatin1Char(' ') + office.code;
-        out << Overview{sheet, office.builder->result(overviewHeading(
-                                   office.name, office.arrears, office.advance, m_request.today))};
-    }
-    return out;
+    for (const Office &office : m_offices)
+        if (office.code == officeCode)
+            return &office;
+    return nullptr;
 }
 
-QStringList OverviewCollector::incomplete() const
+std::optional<OfficeOverview> OverviewCollector::overviewOf(const QString &officeCode) const
 {
-    QStringList out;
-    for (const Office &office : m_offices)
-        if (!office.missed.isEmpty())
-            out << QStringLiteral("%1 %2: %3 was not written, so its overview would not add up")
-                       .arg(office.code, office.name, office.missed);
-    return out;
+    const Office *office = find(officeCode);
+    if (!office || !office->missed.isEmpty() || (!office->arrears && !office->advance))
+        return std::nullopt;
+    return office->builder->result(
+        overviewHeading(office->name, office->arrears, office->advance, m_request.today));
+}
+
+QString OverviewCollector::missedReport(const QString &officeCode) const
+{
+    const Office *office = find(officeCode);
+    return office ? office->missed : QString();
 }
 
 QStringList overviewHeading(const QString &officeName, const std::optional<ReportParams> &arrears,
@@ -88,6 +85,14 @@ QStringList overviewHeading(const QString &officeName, const std::optional<Repor
                       : QStringLiteral("预收 收款截止日期:%1")
                             .arg(vbrt::formatChineseDate(advance->receiptCutOff)));
     lines << QStringLiteral("统计时间:") + vbrt::formatChineseDate(today);
+    return lines;
+}
+
+QStringList companyOverviewHeading(const OfficeOverview &anyOffice)
+{
+    QStringList lines = anyOffice.headingLines;
+    if (lines.size() > 1)
+        lines[1] = QStringLiteral("各管理处 月末概览");
     return lines;
 }
 

@@ -16,9 +16,9 @@ namespace quorvale {
 
 struct ExportRequest;
 
-// The month-end overviews of the offices of one workbook, gathered from the
-// finance reports' tables as each is computed (the tables are released one
-// after the other).
+// The month-end overviews of a run's offices, gathered from the finance
+// reports' tables as each is computed (the tables are released one after
+// the other).
 class OverviewCollector {
   public:
     explicit OverviewCollector(const ExportRequest &request);
@@ -30,15 +30,10 @@ class OverviewCollector {
     // would not add up to the sheets, so it is not written.
     void missed(const PlannedExport &pair);
 
-    struct Overview {
-        QString sheet;
-        OfficeOverview overview;
-    };
-    // The complete overviews; one office's sheet is 月末概览, several
-    // offices' sheets carry their code.
-    QList<Overview> complete() const;
-    // "office: why", for each office left without its overview.
-    QStringList incomplete() const;
+    // The office's overview when every finance report of it was computed.
+    std::optional<OfficeOverview> overviewOf(const QString &officeCode) const;
+    // The finance report the office's overview misses, or empty.
+    QString missedReport(const QString &officeCode) const;
 
   private:
     struct Office {
@@ -48,6 +43,7 @@ class OverviewCollector {
         QString missed;
     };
     Office &officeOf(const PlannedExport &pair, const ReportParams &params);
+    const Office *find(const QString &officeCode) const;
 
     const ExportRequest &m_request;
     std::vector<Office> m_offices;
@@ -57,5 +53,8 @@ class OverviewCollector {
 // and receipt dates as the finance windows took them, and the date made.
 QStringList overviewHeading(const QString &officeName, const std::optional<ReportParams> &arrears,
                             const std::optional<ReportParams> &advance, const QDate &today);
+
+// The company overview's heading: an office's, titled for every office.
+QStringList companyOverviewHeading(const OfficeOverview &anyOffice);
 
 } // namespace quorvale

@@ -256,10 +256,10 @@ double BodyLineHeight(Printer &printer)
     return printer.TextHeight(QStringLiteral("中"));
 }
 
-// Heading block and column-heading row of one page, from the top of the
-// page; returns the y of the table's top rule. The body font stays set.
-double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
-                       double bodyFontSize, const GridPrintTable &table)
+// The heading block of a page: company, title and second line, from the
+// top of the page; returns the y below it. The body font stays set.
+double PrintHeadingBlock(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
+                         double bodyFontSize)
 {
     const double innerWidth = printer.ScaleWidth();
     printer.setFontSize(kHeadingSize);
@@ -287,7 +287,15 @@ double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QStrin
         printer.setCurrentY(centredTop(printer, emptyLineTop, tableTop - emptyLineTop));
         printer.Print(titles.secondLine);
     }
+    return tableTop;
+}
 
+// Heading block and column-heading row of one page, from the top of the
+// page; returns the y of the table's top rule. The body font stays set.
+double PrintPageHeader(Printer &printer, const PrintTitles &titles, const QString &bodyFontName,
+                       double bodyFontSize, const GridPrintTable &table)
+{
+    const double tableTop = PrintHeadingBlock(printer, titles, bodyFontName, bodyFontSize);
     const Band band{tableTop, table.rowPitch, centredTop(printer, tableTop, table.rowPitch)};
     TextAdvances advances;
     for (int c = 0; c < table.widths.size(); ++c) {
@@ -329,7 +337,8 @@ void PrintPageFooter(Printer &printer, const QDate &printedOn, double left, doub
 }
 
 void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
-                const PrintTitles &titles, bool signature, const PrintProgress &progress)
+                const PrintTitles &titles, bool signature, const PrintProgress &progress,
+                const ExtraPages &extra)
 {
     const ReportTable &source = *table.table;
     const double headingHeight = LineHeight(printer);
@@ -349,6 +358,7 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
             throw RuntimeError(ErrorNumber::DivisionByZero, QStringLiteral("Division by zero"));
         pageCount = dataRows / rowsPerPage + (dataRows % rowsPerPage >= 1 ? 1 : 0);
     }
+    pageCount += extra.count;
 
     const QString bodyFont = look.font.family();
     const double bodySize = bodyFontSize(look.font);
@@ -388,6 +398,20 @@ void printTable(Printer &printer, GridPrintTable table, const PrintLook &look,
     printColumnRules(printer, table, tableTop, y);
     PrintPageFooter(printer, titles.printedOn, table.left, table.width(), signature, page,
                     pageCount, y);
+    for (int i = 0; i < extra.count; ++i) {
+        if (progress)
+            progress(page, pageCount);
+        printer.NewPage();
+        ++page;
+        const double top = PrintHeadingBlock(printer, titles, bodyFont, bodySize);
+        const double bottom = printer.ScaleHeight() - 3 * h;
+        extra.draw(printer, i, top, bottom);
+        printer.setFontName(bodyFont);
+        printer.setFontSize(bodySize);
+        printer.setFontBold(false);
+        PrintPageFooter(printer, titles.printedOn, table.left, table.width(), signature, page,
+                        pageCount, bottom);
+    }
     printer.EndDoc();
     if (progress)
         progress(page, pageCount);
@@ -427,12 +451,12 @@ bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing)
     return centredTable(printer, table, trailing).left >= 0;
 }
 
-
 void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
                const PrintTitles &titles, bool signature, int trailing,
-               const PrintProgress &progress)
+               const PrintProgress &progress, const ExtraPages &extra)
 {
-    printTable(printer, centredTable(printer, table, trailing), look, titles, signature, progress);
+    printTable(printer, centredTable(printer, table, trailing), look, titles, signature, progress,
+               extra);
 }
 
 void AutoFitColumns(ReportTable &table, const TextWidthFn &textWidth)

@@ -40,6 +40,14 @@ bool tableFitsPaper(Printer &printer, const ReportTable &table, int trailing);
 // Told after each page is drawn: pages done, pages in all.
 using PrintProgress = std::function<void(int page, int pageCount)>;
 
+// Pages a document prints after a grid's (the month-end overview's charts),
+// with the grid's heading block and footer, counted in its page numbers.
+// draw() fills the band between the heading and the footer of each.
+struct ExtraPages {
+    int count = 0;
+    std::function<void(Printer &printer, int index, double top, double bottom)> draw;
+};
+
 // Prints rows 1 .. rows-1 of the table, row 0 as the column heading of
 // every page, leaving out the last `trailing` columns. signature = true adds
 // the signature fields to every footer. It asks nothing: a table wider than
@@ -47,7 +55,7 @@ using PrintProgress = std::function<void(int page, int pageCount)>;
 // tableFitsPaper). Printer failures throw RuntimeError.
 void PrintGrid(Printer &printer, const ReportTable &table, const PrintLook &look,
                const PrintTitles &titles, bool signature, int trailing,
-               const PrintProgress &progress = {});
+               const PrintProgress &progress = {}, const ExtraPages &extra = {});
 
 // Sets every column's width (twips) to the widest of its cell texts.
 void AutoFitColumns(ReportTable &table, const TextWidthFn &textWidth);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "output/officeoverview.h"
+#include "output/overviewcells.h"
 
 #include <QString>
 
@@ -13,12 +13,10 @@ class Workbook;
 // The month-end overview's sheet name.
 QString overviewSheetName();
 
-// Writes the overview into its own sheet, placed first: the heading, the
-// arrears by fee item (properties and parking spaces, subtotals, total), by
-// age and the ten largest, the advance receipts by fee item; and two native
-// charts bound to those cells (outstanding by fee item, by age). An
+// Writes the overview's cells into a sheet of their own, placed first: the
+// heading merged across the tables, the tables bordered, and its charts as
+// native charts bound to those cells, printed turned and one page wide. An
 // overview sheet of an earlier run is replaced whole. Throws xlsx::Error.
-void writeOverviewSheet(xlsx::Workbook &book, const OfficeOverview &overview,
-                        const QString &sheetName);
+void writeOverviewSheet(xlsx::Workbook &book, const OverviewCells &cells, const QString &sheetName);
 
 } // namespace quorvale

@@ -98,7 +98,15 @@ void WorkbookTarget::writeTable(const ReportTable &table, const QVector<int> &ch
 
 void WorkbookTarget::writeOverview(const OfficeOverview &overview, const QString &sheet)
 {
-    asRuntimeError([&] { writeOverviewSheet(*m_book, overview, sheet); });
+    asRuntimeError([&] { writeOverviewSheet(*m_book, officeOverviewCells(overview), sheet); });
+}
+
+void WorkbookTarget::writeCompanyOverview(const QList<OfficeOverview> &offices,
+                                          const QStringList &heading)
+{
+    asRuntimeError([&] {
+        writeOverviewSheet(*m_book, companyOverviewCells(offices, heading), overviewSheetName());
+    });
 }
 
 QStringList WorkbookTarget::warnings() const

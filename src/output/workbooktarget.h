@@ -3,7 +3,9 @@
 #include "output/exportoptions.h"
 #include "runtime/writerlock.h"
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 #include <chrono>
 #include <memory>
@@ -43,8 +45,10 @@ class WorkbookTarget {
     // export window's rules (see writeTableToWorkbook).
     void writeTable(const ReportTable &table, const QVector<int> &chosenColumns,
                     ExportVariant variant, const QString &sheet);
-    // Writes the month-end overview into its sheet, first in the workbook.
+    // Writes an office's month-end overview into its sheet, first in the workbook.
     void writeOverview(const OfficeOverview &overview, const QString &sheet);
+    // Writes the company's overview of the offices' ones into 月末概览.
+    void writeCompanyOverview(const QList<OfficeOverview> &offices, const QStringList &heading);
     // Writes the whole workbook into a new output of the set.
     void stage(OutputSet &outputs);
     // What was written differently from what was asked, so far (a text cut

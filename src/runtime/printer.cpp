@@ -135,6 +135,17 @@ void Printer::Line(double x1, double y1, double x2, double y2)
     m_y = y2;
 }
 
+void Printer::Box(double x1, double y1, double x2, double y2, const QColor &fill)
+{
+    start();
+    m_painter.fillRect(
+        QRectF(QPointF(toDeviceX(x1), toDeviceY(y1)), QPointF(toDeviceX(x2), toDeviceY(y2)))
+            .normalized(),
+        fill);
+    m_x = x2;
+    m_y = y2;
+}
+
 void Printer::NewPage()
 {
     start();

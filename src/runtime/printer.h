@@ -68,6 +68,8 @@ class Printer {
     // Draws text with its top at CurrentY, then moves to the start of the next line.
     void Print(const QString &text = QString());
     void Line(double x1, double y1, double x2, double y2);
+    // A box filled with the colour, as Line with the BF option draws it.
+    void Box(double x1, double y1, double x2, double y2, const QColor &fill);
     void NewPage();
     void EndDoc();
 

@@ -77,6 +77,25 @@ QString summary(const BatchRun &run, bool dryRun)
     return alignedTable(rows);
 }
 
+// Where the month-end overviews go (or went).
+void reportOverviews(const BatchRun &run, QTextStream &out)
+{
+    for (const PlannedOverview &o : run.overviews) {
+        out << "overview of " << printableText(o.officeCode) << ": sheet " << printableText(o.sheet)
+            << " of " << printableText(o.workbook);
+        if (!o.pdf.isEmpty())
+            out << " and " << printableText(o.pdf);
+        out << '\n';
+    }
+    if (!run.companyOverview.isEmpty() && run.companyOverviewError.isEmpty())
+        out << "company overview: " << printableText(run.companyOverview) << '\n';
+    out.flush();
+    if (!run.companyOverviewError.isEmpty())
+        throw RuntimeError(ErrorNumber::PathFileAccessError,
+                           QStringLiteral("company overview not written: ") +
+                               run.companyOverviewError);
+}
+
 // One report for one office says what it wrote in one line, as it always has.
 void reportSingle(const PairOutcome &o, QTextStream &out)
 {
@@ -160,6 +179,10 @@ AdminCommand exportCommand()
          QStringLiteral("write the month-end overview sheet 月末概览 (totals and charts of the "
                         "finance reports) first in each workbook; the default with --report all")},
         {QStringLiteral("--no-overview"), QStringLiteral("leave the overview out")},
+        {QStringLiteral("--overview-file FILE"),
+         QStringLiteral("the company overview (one row and a stacked column per office) when "
+                        "several offices are run; by default 概览.xlsx beside the offices' "
+                        "workbooks when each has its own; may hold {month} and {date}")},
         {QStringLiteral("--dry-run"), QStringLiteral("list what would be written; write nothing")},
     };
     command.example = QStringLiteral(
@@ -202,14 +225,16 @@ AdminCommand exportCommand()
                 printError(QStringLiteral("warning: ") + warning);
         if (request.dryRun) {
             out << summary(run, true);
+            reportOverviews(run, out);
             return;
         }
         if (single) {
             reportSingle(run.outcomes.first(), out);
+            reportOverviews(run, out);
             return;
         }
         out << summary(run, false);
-        out.flush();
+        reportOverviews(run, out);
         reportWorst(run);
     };
     return command;

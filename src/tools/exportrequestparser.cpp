@@ -69,20 +69,21 @@ QString exportSynopsis()
         "[--month YYYYMM|this|last|last-N | --months FIRST:LAST] "
         "[--cutoff DATE|today|month-end] [--receipts DATE:DATE|month] "
         "--xlsx FILE [--sheet NAME] [--pdf FILE] [--paper A4|A3] "
-        "[--orientation portrait|landscape|auto] [--overview | --no-overview] [--dry-run]");
+        "[--orientation portrait|landscape|auto] [--overview | --no-overview] "
+        "[--overview-file FILE] [--dry-run]");
 }
 
 ExportRequest parseExportRequest(const QStringList &arguments, const QDate &today)
 {
-    const QStringList valued = {
-        QStringLiteral("report"),        QStringLiteral("office"),
-        QStringLiteral("user"),          QStringLiteral("password"),
-        QStringLiteral("password-file"), QStringLiteral("password-env"),
-        QStringLiteral("post"),          QStringLiteral("month"),
-        QStringLiteral("months"),        QStringLiteral("cutoff"),
-        QStringLiteral("receipts"),      QStringLiteral("xlsx"),
-        QStringLiteral("sheet"),         QStringLiteral("pdf"),
-        QStringLiteral("paper"),         QStringLiteral("orientation")};
+    const QStringList valued = {QStringLiteral("report"),        QStringLiteral("office"),
+                                QStringLiteral("user"),          QStringLiteral("password"),
+                                QStringLiteral("password-file"), QStringLiteral("password-env"),
+                                QStringLiteral("post"),          QStringLiteral("month"),
+                                QStringLiteral("months"),        QStringLiteral("cutoff"),
+                                QStringLiteral("receipts"),      QStringLiteral("xlsx"),
+                                QStringLiteral("sheet"),         QStringLiteral("pdf"),
+                                QStringLiteral("paper"),         QStringLiteral("orientation"),
+                                QStringLiteral("overview-file")};
     const CommandLine line(
         arguments,
         {QStringLiteral("dry-run"), QStringLiteral("overview"), QStringLiteral("no-overview")},
@@ -120,6 +121,10 @@ ExportRequest parseExportRequest(const QStringList &arguments, const QDate &toda
     // The month end's run of every report gets its overview unless told not to.
     r.overview = line.isSet(QStringLiteral("overview")) ||
                  (allReports && !line.isSet(QStringLiteral("no-overview")));
+    r.overviewFile = line.value(QStringLiteral("overview-file"));
+    if (line.isSet(QStringLiteral("overview-file")) && (r.overviewFile.isEmpty() || !r.overview))
+        throw UsageError(QStringLiteral("--overview-file names the company overview's workbook "
+                                        "of a run with the overview"));
     if (r.xlsx.isEmpty())
         throw UsageError(QStringLiteral("--xlsx needs a file name"));
     if (line.isSet(QStringLiteral("sheet")) && r.sheet.isEmpty())

@@ -6,6 +6,8 @@
 #include "support/adminprocess.h"
 #include "support/files.h"
 #include "support/fixturedb.h"
+#include "support/libreoffice.h"
+#include "support/pdfprinter.h"
 #include "support/xlsxdump.h"
 
 #include <QDir>
@@ -63,7 +65,7 @@ TEST_F(MonthEnd, EveryReportOfEveryOfficeEqualsTheSingleExports)
         << run.out.toStdString();
     EXPECT_TRUE(run.err.contains("skipping office 1A")) << run.err.toStdString();
     EXPECT_EQ(files(out.filePath("books")),
-              (QStringList{"10.xlsx", "2.xlsx", "3.xlsx"}));
+              (QStringList{"10.xlsx", "2.xlsx", "3.xlsx", "概览.xlsx"}));
 
     const QStringList reports = {"房产客户",           "车位客户",
                                  "财务数据欠收表房产", "财务数据欠收表车位",
@@ -307,6 +309,12 @@ TEST_F(MonthEnd, OverviewAddsUpTheReportSheetsAndChartsItsCells)
                              .arg(firstAge + 4)
                              .toStdString());
 
+    // LibreOffice draws the charts: its PDF of the workbook carries their titles and labels.
+    const QString drawn = quorvale::testing::pdfText(
+        quorvale::testing::convertWithLibreOffice(book, "pdf", out.filePath("lo")));
+    for (const char *expected : {"欠收金额 按收费项目", "欠收金额 按账龄", "12个月以上"})
+        EXPECT_TRUE(drawn.contains(QString::fromUtf8(expected))) << expected;
+
     // Run again: the overview is replaced, not added to, and its old charts go.
     ASSERT_EQ(runAdmin(QStringList{"export", "--report", "all", "--office", "2", "--month", "this",
                                    "--xlsx", book} +
@@ -322,6 +330,55 @@ TEST_F(MonthEnd, OverviewAddsUpTheReportSheetsAndChartsItsCells)
     EXPECT_EQ(chartParts, QStringList({"xl/charts/chart1.xml", "xl/charts/chart2.xml",
                                        "xl/drawings/drawing1.xml"}));
     EXPECT_EQ(cellsOf(again, "月末概览"), o);
+}
+
+// Several offices: the company's overview adds up the offices' ones; with
+// --pdf each office's overview is printed, its tables and then its charts.
+TEST_F(MonthEnd, CompanyOverviewAddsUpTheOfficesAndThePdfDrawsTheCharts)
+{
+    const ProcessRun run =
+        runAdmin(QStringList{"export", "--report", "all", "--office", "2,10", "--month", "this",
+                             "--xlsx", out.filePath("{month}/{office}.xlsx"), "--pdf",
+                             out.filePath("{month}/{office}-{report}.pdf")} +
+                 signIn());
+    ASSERT_EQ(run.status, 0) << run.err.toStdString();
+    const QString month = out.filePath(QDate::currentDate().toString("yyyyMM"));
+    const QString company = month + "/概览.xlsx";
+    EXPECT_TRUE(run.out.contains("company overview: " + company)) << run.out.toStdString();
+
+    const QJsonObject dump = dumpWorkbook(company);
+    const QJsonObject c = cellsOf(dump, "月末概览");
+    const int header = rowOf(c, "管理处");
+    const int total = rowOf(c, "合计");
+    ASSERT_EQ(total, header + 3);
+    for (const QString office : {"2", "10"}) {
+        SCOPED_TRACE(office.toStdString());
+        const QJsonObject o = cellsOf(dumpWorkbook(month + "/" + office + ".xlsx"), "月末概览");
+        const int row = c.value("A" + QString::number(header + 1))
+                                .toObject()
+                                .value("value")
+                                .toString()
+                                .startsWith(office + " ")
+                            ? header + 1
+                            : header + 2;
+        // Outstanding (G) and advance receipts (I) are the office's totals.
+        EXPECT_NEAR(number(c, "G", row), number(o, "G", rowOf(o, "合计")), 1e-6);
+        EXPECT_NEAR(number(c, "I", row),
+                    number(o, "D", rowOf(o, "合计", rowOf(o, "四、预收 按收费项目"))), 1e-6);
+    }
+    EXPECT_NEAR(number(c, "G", total), number(c, "G", header + 1) + number(c, "G", header + 2),
+                1e-6);
+    const QJsonArray charts = sheetOf(dump, "月末概览").value("charts").toArray();
+    ASSERT_EQ(charts.size(), 1);
+    EXPECT_EQ(charts[0].toObject().value("grouping").toString(), "stacked");
+    EXPECT_EQ(charts[0].toObject().value("series").toArray().size(), 5);
+
+    const QString pdf = month + "/2-月末概览.pdf";
+    const QString text = quorvale::testing::pdfText(pdf);
+    for (const char *expected :
+         {"(幸福里花园) 月末概览", "房产小计", "三、欠收最多的十个房间或车位",
+          "欠收金额 按收费项目", "欠收金额 按账龄", "12个月以上", "第2页 共2页"})
+        EXPECT_TRUE(text.contains(QString::fromUtf8(expected))) << expected;
 }
 
 TEST_F(MonthEnd, OverviewOnlyWhenAskedOrForEveryReport)
