@@ -4,6 +4,7 @@
 #include "table/reporttable.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace quorvale {
 
@@ -24,6 +25,11 @@ QString monthOf(const QString &firstDay)
 int monthIndex(const QString &yyyymm)
 {
     return yyyymm.left(4).toInt() * 12 + yyyymm.mid(4, 2).toInt() - 1;
+}
+
+QString monthText(int index)
+{
+    return QStringLiteral("%1%2").arg(index / 12).arg(index % 12 + 1, 2, 10, QLatin1Char('0'));
 }
 
 int ageBucket(int monthsOverdue)
@@ -88,62 +94,86 @@ OverviewBuilder::OverviewBuilder(QString officeCode, QString officeName, QString
 void OverviewBuilder::add(FinanceReportKind kind, const ReportTable &table)
 {
     const FinanceReportTraits &traits = financeTraits(kind);
-    QStringList row;
+    // Four cells of each row, each read on its own: a whole row costs more.
     for (int r = table.fixedRows(); r < table.rows(); ++r) {
-        table.readRow(r, row);
         if (traits.advance)
-            addAdvance(traits.parking, row);
+            addAdvance(traits.parking, table.text(r, FeeItemColumn), table.text(r, AmountColumn),
+                       table.text(r, MonthColumn));
         else
-            addArrears(traits.parking, row);
+            addArrears(traits.parking, table.text(r, PlaceColumn), table.text(r, FeeItemColumn),
+                       table.text(r, AmountColumn), table.text(r, MonthColumn));
     }
     (traits.advance ? m_hasAdvance : m_hasArrears) = true;
 }
 
-void OverviewBuilder::addArrears(bool parking, const QStringList &row)
+namespace {
+
+// Marks the place in a set kept as bits by place number; true when it was new.
+bool markPlace(std::vector<bool> &places, int id)
 {
-    const QString place = row.value(PlaceColumn);
-    const QString month = monthOf(row.value(MonthColumn));
-    const Amount amount = Amount::parse(row.value(AmountColumn));
+    if (size_t(id) >= places.size())
+        places.resize(size_t(id) + 1);
+    if (places[size_t(id)])
+        return false;
+    places[size_t(id)] = true;
+    return true;
+}
+
+} // namespace
+
+void OverviewBuilder::addArrears(bool parking, const QString &place, const QString &feeItem,
+                                 const QString &amountText, const QString &firstDay)
+{
+    const int months = monthIndex(monthOf(firstDay));
+    const Amount amount = Amount::parse(amountText);
+
+    // The same place may owe in both blocks (a space rented out and owned).
+    const int id = placeId(place, months);
+    Place &p = m_places[size_t(id)];
+    ++p.entries;
+    p.amount += amount;
+    p.firstMonth = std::min(p.firstMonth, months);
 
     QList<Item> &items = m_arrears[parking ? 1 : 0];
-    auto found = std::find_if(items.begin(), items.end(), [&](const Item &item) {
-        return item.arrears.feeItem == row.value(FeeItemColumn);
-    });
+    auto found = std::find_if(items.begin(), items.end(),
+                              [&](const Item &item) { return item.arrears.feeItem == feeItem; });
     if (found == items.end()) {
         items.append(Item{});
-        items.last().arrears.feeItem = row.value(FeeItemColumn);
+        items.last().arrears.feeItem = feeItem;
         found = items.end() - 1;
     }
-    m_blockPlaces[parking ? 1 : 0].insert(place, true);
+    markPlace(m_blockPlaces[parking ? 1 : 0], id);
     ArrearsLine &line = found->arrears;
     ++line.entries;
     line.receivable += amount;
-    if (!found->places.contains(place)) {
-        found->places.insert(place, true);
+    if (markPlace(found->places, id))
         ++line.places;
-    }
 
-    AgeLine &age = m_ages[ageBucket(m_monthIndex - monthIndex(month))];
+    AgeLine &age = m_ages[ageBucket(m_monthIndex - months)];
     ++age.entries;
     age.amount += amount;
-
-    // The same place may owe in both blocks (a space rented out and owned).
-    const bool first = !m_places.contains(place);
-    Place &p = m_places[place];
-    if (first)
-        p.order = int(m_places.size());
-    ++p.entries;
-    p.amount += amount;
-    if (p.firstMonth.isEmpty() || month < p.firstMonth)
-        p.firstMonth = month;
 }
 
-void OverviewBuilder::addAdvance(bool parking, const QStringList &row)
+void OverviewBuilder::addAdvance(bool parking, const QString &feeItem, const QString &amountText,
+                                 const QString &firstDay)
 {
-    AdvanceLine &line = lineFor(m_advance[parking ? 1 : 0], row.value(FeeItemColumn));
+    AdvanceLine &line = lineFor(m_advance[parking ? 1 : 0], feeItem);
     ++line.entries;
-    line.amount += Amount::parse(row.value(AmountColumn));
-    widenMonths(line, monthOf(row.value(MonthColumn)));
+    line.amount += Amount::parse(amountText);
+    widenMonths(line, monthOf(firstDay));
+}
+
+int OverviewBuilder::placeId(const QString &place, int month)
+{
+    if (m_lastPlace >= 0 && m_places[size_t(m_lastPlace)].name == place)
+        return m_lastPlace;
+    const auto known = m_placeIds.constFind(place);
+    if (known != m_placeIds.cend())
+        return m_lastPlace = known.value();
+    m_lastPlace = int(m_places.size());
+    m_placeIds.insert(place, m_lastPlace);
+    m_places.push_back(Place{place, month, 0, {}});
+    return m_lastPlace;
 }
 
 OfficeOverview OverviewBuilder::result(const QStringList &headingLines) const
@@ -162,7 +192,8 @@ OfficeOverview OverviewBuilder::result(const QStringList &headingLines) const
             arrears[b]->lines << item.arrears;
             addInto(arrears[b]->subtotal, item.arrears);
         }
-        arrears[b]->subtotal.places = int(m_blockPlaces[b].size());
+        arrears[b]->subtotal.places =
+            int(std::count(m_blockPlaces[b].begin(), m_blockPlaces[b].end(), true));
         addInto(o.totalArrears, arrears[b]->subtotal);
     }
     o.totalArrears.feeItem = QStringLiteral("合计");
@@ -171,20 +202,19 @@ OfficeOverview OverviewBuilder::result(const QStringList &headingLines) const
 
     o.ages = m_ages;
 
-    QList<std::pair<QString, Place>> places;
-    places.reserve(m_places.size());
-    for (auto it = m_places.cbegin(); it != m_places.cend(); ++it)
-        places.append({it.key(), it.value()});
-    const auto largestFirst = [](const auto &a, const auto &b) {
-        if (!(a.second.amount == b.second.amount))
-            return b.second.amount < a.second.amount;
-        return a.second.order < b.second.order; // ties in report order
+    std::vector<int> order(m_places.size());
+    std::iota(order.begin(), order.end(), 0);
+    const auto largestFirst = [this](int a, int b) {
+        if (!(m_places[a].amount == m_places[b].amount))
+            return m_places[b].amount < m_places[a].amount;
+        return a < b; // ties in report order
     };
-    const qsizetype kept = std::min<qsizetype>(LargestCount, places.size());
-    std::partial_sort(places.begin(), places.begin() + kept, places.end(), largestFirst);
-    for (qsizetype i = 0; i < kept; ++i)
-        o.largest << LargestPlace{places[i].first, places[i].second.firstMonth,
-                                  places[i].second.entries, places[i].second.amount};
+    const auto kept = std::min<std::ptrdiff_t>(LargestCount, std::ptrdiff_t(order.size()));
+    std::partial_sort(order.begin(), order.begin() + kept, order.end(), largestFirst);
+    for (std::ptrdiff_t i = 0; i < kept; ++i) {
+        const Place &p = m_places[order[i]];
+        o.largest << LargestPlace{p.name, monthText(p.firstMonth), p.entries, p.amount};
+    }
 
     AdvanceBlock *advance[] = {&o.propertyAdvance, &o.parkingAdvance};
     for (int b = 0; b < 2; ++b) {

@@ -4,6 +4,7 @@
 #include "reports/financereportkind.h"
 
 #include <QHash>
+#include <vector>
 
 namespace quorvale {
 
@@ -20,27 +21,34 @@ class OverviewBuilder {
     OfficeOverview result(const QStringList &headingLines) const;
 
   private:
+    // Rooms or spaces count once in a sum however many fee items they owe;
+    // each is known by its number in the order it first owes.
     struct Item {
         ArrearsLine arrears;
-        QHash<QString, bool> places;
+        std::vector<bool> places; // by place number
     };
-    // Rooms or spaces count once in a sum however many fee items they owe.
     struct Place {
-        QString firstMonth;
+        QString name;
+        int firstMonth = 0; // month index
         int entries = 0;
         Amount amount;
-        int order = 0;
     };
-    void addArrears(bool parking, const QStringList &row);
-    void addAdvance(bool parking, const QStringList &row);
+    int placeId(const QString &place, int month);
+    // The place, fee item, amount and billing month's first day of a row.
+    void addArrears(bool parking, const QString &place, const QString &feeItem,
+                    const QString &amount, const QString &firstDay);
+    void addAdvance(bool parking, const QString &feeItem, const QString &amount,
+                    const QString &firstDay);
 
     QString m_officeCode, m_officeName;
     int m_monthIndex = 0;
     QList<Item> m_arrears[2]; // property, parking
-    QHash<QString, bool> m_blockPlaces[2];
+    std::vector<bool> m_blockPlaces[2];
     QList<AdvanceLine> m_advance[2];
     QList<AgeLine> m_ages;
-    QHash<QString, Place> m_places;
+    QHash<QString, int> m_placeIds;
+    std::vector<Place> m_places;
+    int m_lastPlace = -1; // a room's rows follow each other
     bool m_hasArrears = false, m_hasAdvance = false;
 };
 
