@@ -355,13 +355,16 @@ if [ "${built[quorvale-admin]}" = 1 ]; then
         echo "released; a large finished sheet waits for the save in an unnamed"
         echo "temporary file, and the shared strings of all six keep their texts in"
         echo "large blocks, so the run holds little more than one report at a time."
+        echo "The run of every report also writes the month-end overview sheet; it is"
+        echo "timed again with \\`--no-overview\\`, alternating, to give the overview's cost."
         echo
         grep '^|' "$work/monthend.out"
         echo
         sed -n 's/^monthend: //p' "$work/monthend.out"
         echo
     } | emit
-    summary "month-end run, --report all for $scale rows" "$(sed -n 's/^monthend: //p' "$work/monthend.out")"
+    summary "month-end run, --report all for $scale rows" \
+        "$(sed -n 's/^monthend: //p' "$work/monthend.out" | paste -sd ';' - | sed 's/;/; /g')"
 else
     not_built quorvale-admin | emit
 fi

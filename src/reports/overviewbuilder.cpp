@@ -171,9 +171,24 @@ int OverviewBuilder::placeId(const QString &place, int month)
     if (known != m_placeIds.cend())
         return m_lastPlace = known.value();
     m_lastPlace = int(m_places.size());
-    m_placeIds.insert(place, m_lastPlace);
-    m_places.push_back(Place{place, month, 0, {}});
+    const QStringView kept = m_names.add(place);
+    m_placeIds.insert(kept, m_lastPlace);
+    m_places.push_back(Place{kept, month, 0, {}});
     return m_lastPlace;
+}
+
+QStringView OverviewBuilder::NameStore::add(const QString &name)
+{
+    constexpr qsizetype BlockSize = 64 * 1024;
+    if (m_used + name.size() > m_size) {
+        m_size = std::max(BlockSize, name.size());
+        m_blocks.push_back(std::make_unique<QChar[]>(size_t(m_size)));
+        m_used = 0;
+    }
+    QChar *at = m_blocks.back().get() + m_used;
+    std::copy(name.begin(), name.end(), at);
+    m_used += name.size();
+    return QStringView(at, name.size());
 }
 
 OfficeOverview OverviewBuilder::result(const QStringList &headingLines) const
@@ -213,7 +228,7 @@ OfficeOverview OverviewBuilder::result(const QStringList &headingLines) const
     std::partial_sort(order.begin(), order.begin() + kept, order.end(), largestFirst);
     for (std::ptrdiff_t i = 0; i < kept; ++i) {
         const Place &p = m_places[order[i]];
-        o.largest << LargestPlace{p.name, monthText(p.firstMonth), p.entries, p.amount};
+        o.largest << LargestPlace{p.name.toString(), monthText(p.firstMonth), p.entries, p.amount};
     }
 
     AdvanceBlock *advance[] = {&o.propertyAdvance, &o.parkingAdvance};

@@ -4,6 +4,8 @@
 #include "reports/financereportkind.h"
 
 #include <QHash>
+#include <QStringView>
+#include <memory>
 #include <vector>
 
 namespace quorvale {
@@ -27,8 +29,18 @@ class OverviewBuilder {
         ArrearsLine arrears;
         std::vector<bool> places; // by place number
     };
+    // Places' names in large blocks: an office's hundred thousand rooms
+    // would otherwise be as many small allocations held through the run.
+    class NameStore {
+      public:
+        QStringView add(const QString &name);
+
+      private:
+        std::vector<std::unique_ptr<QChar[]>> m_blocks;
+        qsizetype m_used = 0, m_size = 0;
+    };
     struct Place {
-        QString name;
+        QStringView name;   // in m_names
         int firstMonth = 0; // month index
         int entries = 0;
         Amount amount;
@@ -46,7 +58,8 @@ class OverviewBuilder {
     std::vector<bool> m_blockPlaces[2];
     QList<AdvanceLine> m_advance[2];
     QList<AgeLine> m_ages;
-    QHash<QString, int> m_placeIds;
+    NameStore m_names;
+    QHash<QStringView, int> m_placeIds;
     std::vector<Place> m_places;
     int m_lastPlace = -1; // a room's rows follow each other
     bool m_hasArrears = false, m_hasAdvance = false;

@@ -130,3 +130,27 @@ TEST(OverviewBuilder, AdvanceReceiptsByFeeItemAndTheMonthsTheyCover)
 
 } // namespace
 } // namespace quorvale
+
+namespace quorvale {
+namespace {
+
+// A space rented out and owned owes in both parking blocks: one place,
+// one line among the largest, however its rows are spread.
+TEST(OverviewBuilder, APlaceOwingInBothBlocksIsOnePlace)
+{
+    OverviewBuilder builder("01", "一处", "202403");
+    builder.add(FinanceReportKind::ParkingArrears,
+                financeTable({{"一处->库->A-01", "停车费", "80", "2024-01-01"},
+                              {"一处->库->B-02", "停车费", "50", "2024-02-01"},
+                              {"一处->库->A-01", "停车费", "80", "2023-12-01"}}));
+    const OfficeOverview o = builder.result({});
+    EXPECT_EQ(o.parkingArrears.lines.value(0).places, 2);
+    EXPECT_EQ(o.parkingArrears.subtotal.places, 2);
+    ASSERT_EQ(o.largest.size(), 2);
+    EXPECT_EQ(o.largest[0].place, "一处->库->A-01");
+    EXPECT_EQ(o.largest[0].amount.toText(), "160");
+    EXPECT_EQ(o.largest[0].firstMonth, "202312");
+}
+
+} // namespace
+} // namespace quorvale
