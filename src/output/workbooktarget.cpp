@@ -6,6 +6,7 @@
 #include "runtime/outputset.h"
 #include "runtime/runtimeerror.h"
 #include "xlsx/xlsxworkbook.h"
+#include "xlsx/xlsxworksheet.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -78,10 +79,9 @@ WorkbookTarget::WorkbookTarget(QString path, const WriterLock::Waiting &waiting,
         m_note = conversion.note();
         return;
     }
-    m_book = asRuntimeError([&] {
-        return QFileInfo::exists(m_path) ? xlsx::Workbook::open(m_path)
-                                         : xlsx::Workbook::create(m_path);
-    });
+    m_created = !QFileInfo::exists(m_path);
+    m_book = asRuntimeError(
+        [&] { return m_created ? xlsx::Workbook::create(m_path) : xlsx::Workbook::open(m_path); });
 }
 
 WorkbookTarget::~WorkbookTarget() = default;
@@ -106,6 +106,10 @@ void WorkbookTarget::writeCompanyOverview(const QList<OfficeOverview> &offices,
 {
     asRuntimeError([&] {
         writeOverviewSheet(*m_book, companyOverviewCells(offices, heading), overviewSheetName());
+        // A workbook of its own needs no empty first sheet beside it.
+        if (xlsx::Worksheet *empty = m_book->worksheet(QStringLiteral("Sheet1"));
+            empty && m_created)
+            m_book->removeWorksheet(*empty);
     });
 }
 

@@ -60,6 +60,7 @@ class WorkbookTarget {
     QString m_note;
     std::unique_ptr<WriterLock> m_lock;
     std::unique_ptr<xlsx::Workbook> m_book;
+    bool m_created = false; // a new workbook, not one read from the file
 };
 
 // The lock file a spreadsheet program keeps beside a workbook it has open:

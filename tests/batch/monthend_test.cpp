@@ -347,6 +347,7 @@ TEST_F(MonthEnd, CompanyOverviewAddsUpTheOfficesAndThePdfDrawsTheCharts)
     EXPECT_TRUE(run.out.contains("company overview: " + company)) << run.out.toStdString();
 
     const QJsonObject dump = dumpWorkbook(company);
+    EXPECT_EQ(dump.value("sheets").toArray(), QJsonArray{"月末概览"});
     const QJsonObject c = cellsOf(dump, "月末概览");
     const int header = rowOf(c, "管理处");
     const int total = rowOf(c, "合计");
