@@ -10,6 +10,8 @@
 
 using namespace quorvale;
 
+using quorvale::testing::entryText;
+
 namespace {
 
 OfficeOverview sample()
@@ -28,11 +30,6 @@ OfficeOverview sample()
         o.ages << AgeLine{label, 0, {}};
     o.ages[0] = AgeLine{"当月", 2, Amount::parse("200")};
     return o;
-}
-
-QString entry(const QJsonObject &dump, const QString &part)
-{
-    return dump["entries"][part]["text"].toString();
 }
 
 } // namespace
@@ -60,10 +57,10 @@ TEST(OverviewSheet, ChartsOfAStrictWorkbookAreStrict)
     ASSERT_EQ(charts.size(), 2);
     for (const QString &part : charts + drawings) {
         SCOPED_TRACE(part.toStdString());
-        EXPECT_TRUE(entry(dump, part).contains("purl.oclc.org/ooxml/"));
-        EXPECT_FALSE(entry(dump, part).contains("schemas.openxmlformats.org/drawingml"));
-        EXPECT_FALSE(entry(dump, part).contains("schemas.openxmlformats.org/officeDocument"));
+        EXPECT_TRUE(entryText(dump, part).contains("purl.oclc.org/ooxml/"));
+        EXPECT_FALSE(entryText(dump, part).contains("schemas.openxmlformats.org/drawingml"));
+        EXPECT_FALSE(entryText(dump, part).contains("schemas.openxmlformats.org/officeDocument"));
     }
-    const QString workbook = entry(dump, "xl/workbook.xml");
+    const QString workbook = entryText(dump, "xl/workbook.xml");
     EXPECT_LT(workbook.indexOf("月末概览"), workbook.indexOf("Sheet1"));
 }

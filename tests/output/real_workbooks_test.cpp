@@ -20,6 +20,8 @@
 using namespace quorvale;
 using namespace quorvale::testing;
 
+using quorvale::testing::entryText;
+
 namespace {
 
 const QString Report = QStringLiteral("报表");
@@ -65,11 +67,6 @@ QList<QStringList> topLeft(const QList<QStringList> &rows)
     return out;
 }
 
-QString entry(const QJsonObject &dump, const QString &part)
-{
-    return dump["entries"][part]["text"].toString();
-}
-
 } // namespace
 
 TEST(RealWorkbooks, ExportKeepsEveryShapeReadable)
@@ -91,9 +88,9 @@ TEST(RealWorkbooks, ExportKeepsEveryShapeReadable)
          {},
          [](const QJsonObject &dump, const QString &) {
              // openpyxl reads no Strict sheet; the package must stay Strict throughout.
-             EXPECT_FALSE(entry(dump, "xl/_rels/workbook.xml.rels")
+             EXPECT_FALSE(entryText(dump, "xl/_rels/workbook.xml.rels")
                               .contains("schemas.openxmlformats.org/officeDocument"));
-             EXPECT_TRUE(entry(dump, "xl/worksheets/sheet2.xml")
+             EXPECT_TRUE(entryText(dump, "xl/worksheets/sheet2.xml")
                              .contains("purl.oclc.org/ooxml/spreadsheetml/main"));
          }},
         {"merges.xlsx",
@@ -141,7 +138,7 @@ TEST(RealWorkbooks, ExportKeepsEveryShapeReadable)
          nullptr,
          {},
          [](const QJsonObject &dump, const QString &) {
-             EXPECT_TRUE(entry(dump, "[Content_Types].xml")
+             EXPECT_TRUE(entryText(dump, "[Content_Types].xml")
                              .contains("application/vnd.ms-excel.sheet.macroEnabled.main+xml"));
          }},
         // Excel lets a protected sheet change only where its cells are

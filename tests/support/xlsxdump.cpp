@@ -53,6 +53,11 @@ QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet)
     return sheetOf(dump, sheet)[QStringLiteral("cells")].toObject();
 }
 
+QString entryText(const QJsonObject &dump, const QString &part)
+{
+    return dump[QStringLiteral("entries")][part][QStringLiteral("text")].toString();
+}
+
 void makeWorkbookFixture(const QString &path)
 {
     runTool({QStringLiteral("fixture"), path});

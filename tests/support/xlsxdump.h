@@ -15,6 +15,8 @@ QJsonObject dumpWorkbook(const QString &path);
 // One sheet of a dump, and that sheet's cells keyed by reference ("A1").
 QJsonObject sheetOf(const QJsonObject &dump, const QString &sheet);
 QJsonObject cellsOf(const QJsonObject &dump, const QString &sheet);
+// A zip entry's text as the dump holds it ("" for a large one).
+QString entryText(const QJsonObject &dump, const QString &part);
 
 // Writes an existing-style workbook (three sheets, chart, formulas, calc
 // chain, defined name, merges, conditional format, custom part).

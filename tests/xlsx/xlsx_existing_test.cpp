@@ -15,6 +15,8 @@ using namespace quorvale;
 using namespace quorvale::xlsx;
 using namespace quorvale::testing;
 
+using quorvale::testing::entryText;
+
 namespace {
 
 const QString Report = QStringLiteral("报表");
@@ -43,11 +45,6 @@ QStringList changedEntries(const QJsonObject &before, const QJsonObject &after)
             changed.append(name);
     changed.sort();
     return changed;
-}
-
-QString entryText(const QJsonObject &dump, const QString &entry)
-{
-    return dump["entries"][entry]["text"].toString();
 }
 
 } // namespace
