@@ -28,14 +28,17 @@ TEST(MonthEndDate, LastDayOfTheMonthTextIncludingLeapYearsAndOutOfRangeMonths)
             << c.month;
 }
 
-ReportParams upToMonth()
+// Office 0'1 (a quote in its code, as a spliced value may hold), March 2024
+// or January to June, receipts by the end of March or in January and February.
+ReportParams params(bool ranges)
 {
     ReportParams p;
-    p.officeCode = "01";
-    p.feeCodeList = "'01','02'";
+    p.officeCode = "0'1";
+    p.feeCodeList = "'01','03','11'";
     p.month = "202403";
     p.firstMonth = "202401";
     p.lastMonth = "202406";
+    p.monthRange = p.receiptRange = ranges;
     p.receiptCutOffText = "2024/03/31";
     p.receiptCutOff = QDate(2024, 3, 31);
     p.receiptFrom = QDate(2024, 1, 1);
@@ -61,9 +64,8 @@ TEST(OfficeStatement, KeepsEachWindowsBlanks)
     }
 }
 
-// Office 0'1 (a quote in its code, as a spliced value may hold) with two
-// buildings, "2栋" listed before "10栋", a car park of a rented-and-owned
-// space and an owned one, and their ledgers.
+// Office 0'1 with two buildings, "2栋" listed before "10栋", a car park of a
+// rented-and-owned space and an owned one, and their ledgers.
 class ReportRows : public ::testing::Test {
   protected:
     void SetUp() override
@@ -104,22 +106,6 @@ class ReportRows : public ::testing::Test {
                 {23, none, 500, none, "Z", "202405", "11", 80, QDate(2024, 2, 1)},
                 {24, none, none, 701, "Z", "202405", "11", 80, none},
             });
-    }
-
-    static ReportParams params(bool ranges)
-    {
-        ReportParams p;
-        p.officeCode = "0'1";
-        p.feeCodeList = "'01','03','11'";
-        p.month = "202403";
-        p.firstMonth = "202401";
-        p.lastMonth = "202406";
-        p.monthRange = p.receiptRange = ranges;
-        p.receiptCutOffText = "2024/03/31";
-        p.receiptCutOff = QDate(2024, 3, 31);
-        p.receiptFrom = QDate(2024, 1, 1);
-        p.receiptTo = QDate(2024, 2, 29);
-        return p;
     }
 
     // The chosen fields of every row of the statements, the rows parted by " | ".
@@ -183,7 +169,7 @@ TEST_F(ReportRows, FinanceReportsSelectTheirMonthsAndReceiptsInEachMode)
 
 TEST(FinanceCheck, RefusalsInTheirOrderWithMessageTitleStyleAndFocus)
 {
-    ReportParams noFees = upToMonth();
+    ReportParams noFees = params(false);
     noFees.feeCodeList.clear();
     noFees.month = "x"; // not looked at
     EXPECT_EQ(checkFinanceInput(FinanceReportKind::PropertyArrears, noFees).outcome,
@@ -225,7 +211,7 @@ TEST(FinanceCheck, RefusalsInTheirOrderWithMessageTitleStyleAndFocus)
          false, march, month + "Text1"},
     };
     for (const auto &c : cases) {
-        ReportParams p = upToMonth();
+        ReportParams p = params(false);
         p.monthRange = c.monthRange;
         p.month = QString::fromUtf8(c.month);
         p.firstMonth = QString::fromUtf8(c.first);
